@@ -1,0 +1,34 @@
+// Main: wires the real adapters to the logic, runs the start-up and shows the bar.
+#include "Clock.h"
+#include "DesktopShell.h"
+#include "IniFileStore.h"
+#include "MainWindow.h"
+#include "QtMessageBoxes.h"
+#include "QtSettingsStore.h"
+#include "frmMain.h"
+
+#include <QApplication>
+
+int main(int argc, char* argv[])
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Tolvane"));
+    QApplication::setOrganizationName(QStringLiteral("Tolvane"));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    SystemClock clock;
+    DesktopShell shell;
+    QtSettingsStore settings;
+    QtMessageBoxes boxes;
+    IniFileStore ini;
+
+    frmMain form({shell, settings, boxes, clock, ini});
+    MainWindow window(form);
+    shell.setKeyTarget(&window);
+    boxes.setParentWindow(&window);
+
+    if (form.Form_Load() == frmMain::LoadResult::End)
+        return 0;
+    window.show();
+    return app.exec();
+}

@@ -1,0 +1,63 @@
+#include "BrowserLocator.h"
+
+#include <QFileInfo>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
+
+namespace {
+constexpr int VersionTimeoutMs = 10000;
+}
+
+QString BrowserLocator::executable()
+{
+    const QString chosen = qEnvironmentVariable("TOLVANE_BROWSER");
+    if (!chosen.isEmpty()) {
+        const QString found = QStandardPaths::findExecutable(chosen);
+        return found.isEmpty() ? chosen : found;
+    }
+    for (const char* name :
+         {"chromium", "chromium-browser", "google-chrome", "microsoft-edge", "brave-browser"}) {
+        const QString found = QStandardPaths::findExecutable(QString::fromLatin1(name));
+        if (!found.isEmpty())
+            return found;
+    }
+    return {};
+}
+
+QString BrowserLocator::executableToken(const QString& executable)
+{
+    const QString name = QFileInfo(executable).completeBaseName();
+    return name.isEmpty() ? QStringLiteral("chromium") : name;
+}
+
+std::optional<BrowserLocator::VersionInfo>
+BrowserLocator::parseVersionOutput(const QString& output)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral(R"(^\s*(.*?)\s+(\d+)\.(\d+)(?:\.\d+)*(?:\s|$))"));
+    const auto match = pattern.match(output);
+    if (!match.hasMatch())
+        return std::nullopt;
+    VersionInfo info;
+    info.productName = match.captured(1).trimmed();
+    info.major = match.captured(2).toInt();
+    info.minor = match.captured(3).toInt();
+    if (info.productName.isEmpty())
+        info.productName = QStringLiteral("Chromium");
+    return info;
+}
+
+std::optional<BrowserLocator::VersionInfo> BrowserLocator::queryVersion(const QString& executable)
+{
+    if (executable.isEmpty())
+        return std::nullopt;
+    QProcess process;
+    process.start(executable, {QStringLiteral("--version")});
+    if (!process.waitForFinished(VersionTimeoutMs)) {
+        process.kill();
+        process.waitForFinished(1000);
+        return std::nullopt;
+    }
+    return parseVersionOutput(QString::fromLocal8Bit(process.readAllStandardOutput()));
+}

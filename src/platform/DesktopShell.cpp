@@ -1,0 +1,113 @@
+#include "DesktopShell.h"
+
+#include "AppError.h"
+#include "BrowserLocator.h"
+#include "DefaultApplication.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QKeyEvent>
+#include <QStandardPaths>
+#include <QWidget>
+
+namespace {
+// The oldest browser whose DevTools protocol offers what the adapter uses.
+const QString MinimumChromiumVersion = QStringLiteral("100.0");
+
+QString withoutTrailingSeparator(QString path)
+{
+    while (path.size() > 1 && (path.endsWith(QLatin1Char('/')) || path.endsWith(QLatin1Char('\\'))))
+        path.chop(1);
+    return QDir::toNativeSeparators(path);
+}
+} // namespace
+
+DesktopShell::DesktopShell() : m_browser(BrowserLocator::executable()) {}
+
+DesktopShell::~DesktopShell() = default;
+
+void DesktopShell::setKeyTarget(QWidget* target)
+{
+    m_keyTarget = target;
+}
+
+std::optional<BrowserLocator::VersionInfo> DesktopShell::browserVersion()
+{
+    // Asked once: running the browser is slow and its answer does not change while we run.
+    if (!m_versionAsked) {
+        m_version = BrowserLocator::queryVersion(m_browser);
+        m_versionAsked = true;
+    }
+    return m_version;
+}
+
+bool DesktopShell::IsAnotherInstanceRunning()
+{
+    if (m_instanceLock)
+        return false;
+    auto lock = std::make_unique<QLockFile>(QDir::tempPath() + QStringLiteral("/Tolvane.lock"));
+    // A lock left by a copy that died is taken over; only a live holder counts.
+    lock->setStaleLockTime(0);
+    if (!lock->tryLock(0))
+        return true;
+    m_instanceLock = std::move(lock);
+    return false;
+}
+
+BrowserIdentity DesktopShell::browserIdentity()
+{
+    QString name = QStringLiteral("Chromium");
+    if (const auto version = browserVersion())
+        name = version->productName;
+    return {name, name, BrowserLocator::executableToken(m_browser), MinimumChromiumVersion};
+}
+
+DllVersion DesktopShell::DllGetVersion()
+{
+    const auto version = browserVersion();
+    if (!version)
+        throw AppError(ErrorNumber::FileNotFound,
+                       QStringLiteral("No Chromium-family browser could be run."));
+    return {version->major, version->minor};
+}
+
+QString DesktopShell::TempFolder()
+{
+    return withoutTrailingSeparator(QDir::tempPath());
+}
+
+QString DesktopShell::FindExecutable(const QString& file)
+{
+    return DefaultApplication::forFile(file);
+}
+
+std::optional<QString> DesktopShell::AppDataFolder()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (folder.isEmpty())
+        return std::nullopt;
+    return withoutTrailingSeparator(folder);
+}
+
+QString DesktopShell::ProgramFolder()
+{
+    return withoutTrailingSeparator(QCoreApplication::applicationDirPath());
+}
+
+void DesktopShell::SendKeys(const QString& keys)
+{
+    static const QHash<QString, int> named = {
+        {QStringLiteral("{F1}"), Qt::Key_F1},       {QStringLiteral("{ENTER}"), Qt::Key_Return},
+        {QStringLiteral("{ESC}"), Qt::Key_Escape},  {QStringLiteral("{TAB}"), Qt::Key_Tab},
+        {QStringLiteral("{DOWN}"), Qt::Key_Down},   {QStringLiteral("{UP}"), Qt::Key_Up}};
+    const auto key = named.constFind(keys.toUpper());
+    if (key == named.constEnd())
+        throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+    QWidget* target = QApplication::focusWidget();
+    if (!target)
+        target = m_keyTarget;
+    if (!target)
+        return;
+    QCoreApplication::postEvent(target, new QKeyEvent(QEvent::KeyPress, *key, Qt::NoModifier));
+    QCoreApplication::postEvent(target, new QKeyEvent(QEvent::KeyRelease, *key, Qt::NoModifier));
+}

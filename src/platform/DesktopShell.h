@@ -1,0 +1,40 @@
+#pragma once
+
+#include "BrowserLocator.h"
+#include "ShellServices.h"
+
+#include <QLockFile>
+#include <QPointer>
+#include <memory>
+
+class QWidget;
+
+// The shell services on a desktop: an instance lock in the temporary folder, the installed
+// Chromium-family browser, freedesktop file associations and the per-user data folder.
+class DesktopShell : public ShellServices
+{
+public:
+    DesktopShell();
+    ~DesktopShell() override;
+
+    // Where SendKeys delivers its keys when no widget of the program has the focus.
+    void setKeyTarget(QWidget* target);
+
+    bool IsAnotherInstanceRunning() override;
+    BrowserIdentity browserIdentity() override;
+    DllVersion DllGetVersion() override;
+    QString TempFolder() override;
+    QString FindExecutable(const QString& file) override;
+    std::optional<QString> AppDataFolder() override;
+    QString ProgramFolder() override;
+    void SendKeys(const QString& keys) override;
+
+private:
+    std::optional<BrowserLocator::VersionInfo> browserVersion();
+
+    std::unique_ptr<QLockFile> m_instanceLock;
+    QString m_browser;
+    bool m_versionAsked = false;
+    std::optional<BrowserLocator::VersionInfo> m_version;
+    QPointer<QWidget> m_keyTarget;
+};

@@ -1,0 +1,176 @@
+#include "IniDocument.h"
+
+namespace {
+const QString CrLf = QStringLiteral("\r\n");
+
+bool isBlank(QChar c)
+{
+    return c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\v');
+}
+
+QString trimBlanks(QStringView text)
+{
+    qsizetype begin = 0;
+    qsizetype end = text.size();
+    while (begin < end && isBlank(text.at(begin)))
+        ++begin;
+    while (end > begin && isBlank(text.at(end - 1)))
+        --end;
+    return text.mid(begin, end - begin).toString();
+}
+
+bool sameName(const QString& a, const QString& b)
+{
+    return a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
+bool hasLineBreakOrNul(const QString& text)
+{
+    return text.contains(QLatin1Char('\r')) || text.contains(QLatin1Char('\n')) ||
+           text.contains(QChar(0));
+}
+} // namespace
+
+IniDocument::IniDocument(const QString& text)
+{
+    qsizetype start = 0;
+    const qsizetype size = text.size();
+    for (qsizetype i = 0; i < size; ++i) {
+        const QChar c = text.at(i);
+        if (c != QLatin1Char('\r') && c != QLatin1Char('\n'))
+            continue;
+        const qsizetype endingLength =
+            (c == QLatin1Char('\r') && i + 1 < size && text.at(i + 1) == QLatin1Char('\n')) ? 2 : 1;
+        m_lines.push_back(parseLine(text.mid(start, i - start), text.mid(i, endingLength)));
+        i += endingLength - 1;
+        start = i + 1;
+    }
+    if (start < size)
+        m_lines.push_back(parseLine(text.mid(start), QString()));
+}
+
+IniDocument::Line IniDocument::parseLine(QString content, QString ending)
+{
+    Line line;
+    line.content = std::move(content);
+    line.ending = std::move(ending);
+    const QString trimmed = trimBlanks(line.content);
+    if (trimmed.startsWith(QLatin1Char(';')))
+        return line;
+    if (trimmed.startsWith(QLatin1Char('['))) {
+        const qsizetype close = trimmed.indexOf(QLatin1Char(']'));
+        line.kind = Kind::Section;
+        line.name = trimBlanks(QStringView(trimmed).mid(1, close < 0 ? -1 : close - 1));
+        return line;
+    }
+    const qsizetype equals = line.content.indexOf(QLatin1Char('='));
+    if (equals < 0)
+        return line;
+    line.kind = Kind::Entry;
+    line.name = trimBlanks(QStringView(line.content).left(equals));
+    line.valueAt = equals + 1;
+    return line;
+}
+
+bool IniDocument::isStorableSection(const QString& section)
+{
+    return !hasLineBreakOrNul(section) && !section.contains(QLatin1Char(']'));
+}
+
+bool IniDocument::isStorableKey(const QString& key)
+{
+    const QString name = trimBlanks(key);
+    return !name.isEmpty() && !hasLineBreakOrNul(key) && !key.contains(QLatin1Char('=')) &&
+           !name.startsWith(QLatin1Char('[')) && !name.startsWith(QLatin1Char(';'));
+}
+
+std::vector<size_t> IniDocument::sectionHeaders(const QString& section) const
+{
+    const QString name = trimBlanks(section);
+    std::vector<size_t> headers;
+    for (size_t i = 0; i < m_lines.size(); ++i) {
+        if (m_lines[i].kind == Kind::Section && sameName(m_lines[i].name, name))
+            headers.push_back(i);
+    }
+    return headers;
+}
+
+std::optional<size_t> IniDocument::findEntry(const QString& section, const QString& key) const
+{
+    const QString name = trimBlanks(key);
+    for (size_t header : sectionHeaders(section)) {
+        for (size_t i = header + 1; i < m_lines.size() && m_lines[i].kind != Kind::Section; ++i) {
+            if (m_lines[i].kind == Kind::Entry && sameName(m_lines[i].name, name))
+                return i;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> IniDocument::value(const QString& section, const QString& key) const
+{
+    if (!isStorableSection(section) || !isStorableKey(key))
+        return std::nullopt;
+    const auto entry = findEntry(section, key);
+    if (!entry)
+        return std::nullopt;
+    const Line& line = m_lines[*entry];
+    QString value = trimBlanks(QStringView(line.content).mid(line.valueAt));
+    if (value.size() >= 2 && value.front() == value.back() &&
+        (value.front() == QLatin1Char('"') || value.front() == QLatin1Char('\'')))
+        value = value.mid(1, value.size() - 2);
+    return value;
+}
+
+void IniDocument::ensureLastLineEnded()
+{
+    if (!m_lines.empty() && m_lines.back().ending.isEmpty())
+        m_lines.back().ending = CrLf;
+}
+
+bool IniDocument::setValue(const QString& section, const QString& key, const QString& value)
+{
+    if (!isStorableSection(section) || !isStorableKey(key) || value.contains(QLatin1Char('\r')) ||
+        value.contains(QLatin1Char('\n')))
+        return false;
+    // The classic calls took C strings: a value ends at its first NUL.
+    const QString stored = value.left(value.indexOf(QChar(0)));
+
+    if (const auto entry = findEntry(section, key)) {
+        Line& line = m_lines[*entry];
+        line.content = line.content.left(line.valueAt) + stored;
+        return true;
+    }
+
+    const QString entryText = trimBlanks(key) + QLatin1Char('=') + stored;
+    const auto headers = sectionHeaders(section);
+    if (headers.empty()) {
+        ensureLastLineEnded();
+        m_lines.push_back(parseLine(QLatin1Char('[') + trimBlanks(section) + QLatin1Char(']'), CrLf));
+        m_lines.push_back(parseLine(entryText, CrLf));
+        return true;
+    }
+    // After the section's last key, so trailing comments and blank lines stay below it.
+    size_t after = headers.front();
+    for (size_t i = after + 1; i < m_lines.size() && m_lines[i].kind != Kind::Section; ++i) {
+        if (m_lines[i].kind == Kind::Entry)
+            after = i;
+    }
+    if (m_lines[after].ending.isEmpty())
+        m_lines[after].ending = CrLf;
+    m_lines.insert(m_lines.begin() + static_cast<std::ptrdiff_t>(after) + 1,
+                   parseLine(entryText, CrLf));
+    return true;
+}
+
+QString IniDocument::text() const
+{
+    QString text;
+    qsizetype size = 0;
+    for (const Line& line : m_lines)
+        size += line.content.size() + line.ending.size();
+    text.reserve(size);
+    for (const Line& line : m_lines)
+        text += line.content + line.ending;
+    return text;
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+#include <vector>
+
+// One INI file's text, parsed the way the Windows profile calls read it, and edited so that
+// every line a write does not touch stays as it was.
+class IniDocument
+{
+public:
+    explicit IniDocument(const QString& text = {});
+
+    // The value with surrounding blanks and one pair of enclosing quotes removed.
+    std::optional<QString> value(const QString& section, const QString& key) const;
+    // False, and nothing changed, for names or values that could not be read back as written.
+    bool setValue(const QString& section, const QString& key, const QString& value);
+
+    QString text() const;
+
+    // Names that would read back as another entry (line breaks, "=" or a leading "[" or ";"
+    // in a key, "]" in a section) can never be stored.
+    static bool isStorableSection(const QString& section);
+    static bool isStorableKey(const QString& key);
+
+private:
+    enum class Kind { Other, Section, Entry };
+    struct Line
+    {
+        QString content;
+        QString ending; // "\r\n", "\n", "\r" or empty for a last line without one
+        Kind kind = Kind::Other;
+        QString name;           // section name or key, trimmed
+        qsizetype valueAt = 0;  // for entries: where the value starts (after "=")
+    };
+
+    static Line parseLine(QString content, QString ending);
+    // Index of the first line of each section body with that name, in file order.
+    std::vector<size_t> sectionHeaders(const QString& section) const;
+    std::optional<size_t> findEntry(const QString& section, const QString& key) const;
+    void ensureLastLineEnded();
+
+    std::vector<Line> m_lines;
+};

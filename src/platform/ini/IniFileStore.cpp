@@ -1,0 +1,150 @@
+#include "IniFileStore.h"
+
+#include "Cp1252.h"
+#include "IniDocument.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
+namespace {
+const QByteArray Utf8Bom = QByteArrayLiteral("\xEF\xBB\xBF");
+// Larger files are parsed on every call rather than held in memory.
+constexpr qint64 MaxCachedBytes = 8 * 1024 * 1024;
+constexpr int MaxCachedFiles = 64;
+
+// What identifies one version of a file on disk; a missing file has no stamp.
+struct Stamp
+{
+    bool exists = false;
+    qint64 size = 0;
+    qint64 modified = 0;
+    qint64 changed = 0;
+    quint64 inode = 0;
+    bool operator==(const Stamp&) const = default;
+};
+
+Stamp stampOf(const QString& file)
+{
+    Stamp stamp;
+#ifdef Q_OS_UNIX
+    struct stat st;
+    if (::stat(QFile::encodeName(file).constData(), &st) != 0)
+        return stamp;
+    stamp.exists = true;
+    stamp.size = st.st_size;
+    stamp.modified = qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
+    stamp.changed = qint64(st.st_ctim.tv_sec) * 1000000000 + st.st_ctim.tv_nsec;
+    stamp.inode = st.st_ino;
+#else
+    const QFileInfo info(file);
+    if (!info.exists())
+        return stamp;
+    stamp.exists = true;
+    stamp.size = info.size();
+    stamp.modified = info.lastModified().toMSecsSinceEpoch();
+    stamp.changed = info.metadataChangeTime().toMSecsSinceEpoch();
+#endif
+    return stamp;
+}
+
+// Text as it comes back from the file: what the code page cannot hold is already replaced.
+QString asStored(const QString& text)
+{
+    return Cp1252::decode(Cp1252::encode(text));
+}
+} // namespace
+
+struct IniFileStore::Parsed
+{
+    Stamp stamp;
+    bool bom = false;
+    IniDocument document;
+};
+
+IniFileStore::IniFileStore() = default;
+IniFileStore::~IniFileStore() = default;
+
+std::shared_ptr<const IniFileStore::Parsed> IniFileStore::load(const QString& file)
+{
+    const Stamp stamp = stampOf(file);
+    if (!stamp.exists) {
+        m_cache.remove(file);
+        return std::make_shared<const Parsed>();
+    }
+    if (const auto cached = m_cache.value(file); cached && cached->stamp == stamp)
+        return cached;
+
+    QFile in(file);
+    if (QFileInfo(file).isDir() || !in.open(QIODevice::ReadOnly))
+        return nullptr;
+    QByteArray bytes = in.readAll();
+    if (in.error() != QFileDevice::NoError)
+        return nullptr;
+    auto parsed = std::make_shared<Parsed>();
+    parsed->stamp = stamp;
+    parsed->bom = bytes.startsWith(Utf8Bom);
+    if (parsed->bom)
+        bytes.remove(0, Utf8Bom.size());
+    parsed->document = IniDocument(Cp1252::decode(bytes));
+    remember(file, parsed);
+    return parsed;
+}
+
+void IniFileStore::remember(const QString& file, std::shared_ptr<const Parsed> parsed)
+{
+    if (parsed->stamp.size > MaxCachedBytes) {
+        m_cache.remove(file);
+        return;
+    }
+    if (m_cache.size() >= MaxCachedFiles && !m_cache.contains(file))
+        m_cache.erase(m_cache.begin());
+    m_cache.insert(file, std::move(parsed));
+}
+
+std::optional<QString> IniFileStore::readEntry(const QString& file, const QString& section,
+                                               const QString& key)
+{
+    const auto parsed = load(file);
+    if (!parsed)
+        return std::nullopt;
+    return parsed->document.value(asStored(section), asStored(key));
+}
+
+bool IniFileStore::writeEntry(const QString& file, const QString& section, const QString& key,
+                              const QString& value)
+{
+    const auto current = load(file);
+    // A file we cannot read could not be rewritten without losing its other entries.
+    if (!current)
+        return false;
+    // Read-only means no write bit at all, even for a user the system would let write.
+    const QFileInfo info(file);
+    const auto writeBits = QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
+    if (info.exists() && (!info.isWritable() || !(info.permissions() & writeBits)))
+        return false;
+
+    auto updated = std::make_shared<Parsed>(*current);
+    if (!updated->document.setValue(asStored(section), asStored(key), asStored(value)))
+        return false;
+
+    QSaveFile out(file);
+    // A folder that allows no new files still lets an existing file be rewritten in place.
+    out.setDirectWriteFallback(true);
+    if (!out.open(QIODevice::WriteOnly))
+        return false;
+    if (updated->bom)
+        out.write(Utf8Bom);
+    out.write(Cp1252::encode(updated->document.text()));
+    if (!out.commit()) {
+        m_cache.remove(file);
+        return false;
+    }
+    updated->stamp = stampOf(file);
+    remember(file, std::move(updated));
+    return true;
+}

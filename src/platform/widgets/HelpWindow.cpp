@@ -1,0 +1,24 @@
+#include "HelpWindow.h"
+
+#include <QFile>
+
+HelpWindow::HelpWindow(QWidget* parent) : QTextBrowser(parent)
+{
+    setObjectName(QStringLiteral("HelpWindow"));
+    setWindowFlag(Qt::Window);
+    setWindowTitle(QStringLiteral("Tolvane Help"));
+    setOpenExternalLinks(true);
+    resize(520, 640);
+}
+
+void HelpWindow::showFile(const QString& helpFile)
+{
+    QFile file(helpFile);
+    if (file.open(QIODevice::ReadOnly))
+        setHtml(QString::fromUtf8(file.readAll()));
+    else
+        setPlainText(QStringLiteral("The help file %1 could not be opened.").arg(helpFile));
+    show();
+    raise();
+    activateWindow();
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QTextBrowser>
+
+// Shows the program's help file.
+class HelpWindow : public QTextBrowser
+{
+    Q_OBJECT
+public:
+    explicit HelpWindow(QWidget* parent = nullptr);
+    // Loads the help file and brings the window up; a missing file is said in the window.
+    void showFile(const QString& helpFile);
+};

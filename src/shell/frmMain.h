@@ -1,0 +1,101 @@
+#pragma once
+
+#include "Controls.h"
+#include "ErrorReport.h"
+#include "Ini.h"
+
+#include <QObject>
+#include <array>
+#include <memory>
+
+class Clock;
+class IniBackend;
+class MessageBoxes;
+class SettingsStore;
+class ShellServices;
+
+// The main bar: its controls, its lifecycle from load to unload, the status line, pause and the
+// common error report.
+class frmMain : public QObject, public ErrorReport
+{
+    Q_OBJECT
+public:
+    struct Services
+    {
+        ShellServices& shell;
+        SettingsStore& settings;
+        MessageBoxes& boxes;
+        const Clock& clock;
+        IniBackend& ini;
+    };
+
+    enum class LoadResult { Show, End };
+
+    explicit frmMain(const Services& services, QObject* parent = nullptr);
+    ~frmMain() override;
+
+    // The start-up sequence; End means the program stops now, without the unload.
+    LoadResult Form_Load();
+    void Form_Unload();
+
+    QString GetProfilePrefix(int a_iIndex = -1) const;
+    void ShowStatus(const QString& text);
+    void ReportError(const AppError& error, const QString& procedure) override;
+
+    void cmdExit_Click();
+    void cmdPause_Click();
+    void lblHelp_Click();
+    void TimerClearStatus_Timer();
+
+    bool isPaused() const { return m_paused; }
+    const Ini& ini() const { return m_ini; }
+    QString HelpFile() const { return m_helpFile; }
+    QString DataFolder() const { return m_dataFolder; }
+    QString ProfilesFile() const { return m_profilesFile; }
+    QString ShortcutsFile() const { return m_shortcutsFile; }
+
+    // The window itself; its text is the caption.
+    Control window{QStringLiteral("frmMain")};
+    Control lblHelp{QStringLiteral("lblHelp"), QStringLiteral("Help - Press F1")};
+    std::array<std::unique_ptr<Control>, 4> Frame;
+    std::array<std::unique_ptr<Control>, 3> Label;
+    ComboControl cboProfiles{QStringLiteral("cboProfiles")};
+    Control cmdProfiles{QStringLiteral("cmdProfiles"), QStringLiteral("Edit...")};
+    Control txtActive{QStringLiteral("txtActive")};
+    Control txtURL{QStringLiteral("txtURL")};
+    Control imgCookie{QStringLiteral("imgCookie")};
+    Control cmdAddShortcut{QStringLiteral("cmdAddShortcut"),
+                           QStringLiteral("Add active page to shortcuts")};
+    ListViewControl lvShortcuts{QStringLiteral("lvShortcuts")};
+    Control fraBottom{QStringLiteral("fraBottom")};
+    Control Label1{QStringLiteral("Label1"), QStringLiteral("Last Visit")};
+    Control lblLastEntry{QStringLiteral("lblLastEntry"), QStringLiteral("Last Entry")};
+    Control Label3{QStringLiteral("Label3"), QStringLiteral("Visits")};
+    Control lblEntries{QStringLiteral("lblEntries"), QStringLiteral("1")};
+    CheckBoxControl chkAutoJump{QStringLiteral("chkAutoJump"),
+                                QStringLiteral("Auto-jump to first field")};
+    Control cmdPause{QStringLiteral("cmdPause"), QStringLiteral("&Pause")};
+    Control cmdExit{QStringLiteral("cmdExit"), QStringLiteral("E&xit")};
+    Control StatusBar{QStringLiteral("StatusBar")};
+    TimerControl TimerClearStatus{QStringLiteral("TimerClearStatus"), 500};
+
+Q_SIGNALS:
+    // The bar is to close; the window then runs Form_Unload.
+    void unloadRequested();
+
+private:
+    float secondsSinceMidnight() const;
+    void loadSettingsAndLists();
+
+    ShellServices& m_shell;
+    SettingsStore& m_settings;
+    MessageBoxes& m_boxes;
+    const Clock& m_clock;
+    Ini m_ini;
+
+    bool m_paused = false;
+    QString m_helpFile;
+    QString m_dataFolder;
+    QString m_profilesFile;
+    QString m_shortcutsFile;
+};

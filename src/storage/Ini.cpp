@@ -1,0 +1,45 @@
+#include "Ini.h"
+
+#include "IniBackend.h"
+#include "VbText.h"
+
+namespace {
+// The profile read buffer held 256 characters including its terminator.
+constexpr qsizetype MaxValueLength = 255;
+} // namespace
+
+QString Ini::ReadINI(const QString& section, const QString& key, const QString& defaultValue,
+                     const QString& file) const
+{
+    const QString value = m_backend.readEntry(file, section, key).value_or(defaultValue);
+    return TrimSpaces(value.left(MaxValueLength));
+}
+
+int Ini::WriteINI(const QString& section, const QString& key, const QString& value,
+                  const QString& file) const
+{
+    return m_backend.writeEntry(file, section, key, value) ? 1 : 0;
+}
+
+bool SameText(const QString& a, const QString& b)
+{
+    return TrimSpaces(a.toUpper()) == TrimSpaces(b.toUpper());
+}
+
+QString ProfilePrefixOf(int index)
+{
+    if (index <= 0)
+        return QStringLiteral("z");
+    switch (index) {
+    case 1:
+        return QStringLiteral("v");
+    case 2:
+        return QStringLiteral("w");
+    case 3:
+        return QStringLiteral("x");
+    case 4:
+        return QStringLiteral("y");
+    default:
+        return {};
+    }
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+class IniBackend;
+
+// The two primitives every data file goes through. No error trap of their own: a failure of the
+// backend surfaces in the caller.
+class Ini
+{
+public:
+    explicit Ini(IniBackend& backend) : m_backend(backend) {}
+
+    // At most 255 characters of the stored value, leading and trailing spaces removed; the
+    // default (likewise cut and trimmed) when the entry is missing.
+    QString ReadINI(const QString& section, const QString& key, const QString& defaultValue,
+                    const QString& file) const;
+    // Writes the value as it is; the result is the success flag, which no caller needs.
+    int WriteINI(const QString& section, const QString& key, const QString& value,
+                 const QString& file) const;
+
+private:
+    IniBackend& m_backend;
+};
+
+// Equal when upper-cased and stripped of surrounding spaces.
+bool SameText(const QString& a, const QString& b);
+
+// The one-letter file-name prefix of a profile index: 0 or below "z", 1 "v", 2 "w", 3 "x",
+// 4 "y", anything else empty.
+QString ProfilePrefixOf(int index);

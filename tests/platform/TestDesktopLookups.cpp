@@ -1,0 +1,131 @@
+// What the desktop tells the start-up: browser name and version, the default browser, the
+// single-instance lock.
+#include "AppError.h"
+#include "BrowserLocator.h"
+#include "DefaultApplication.h"
+#include "DesktopShell.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+void writeFile(const QString& path, const QByteArray& bytes, bool executable = false)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(bytes);
+    file.close();
+    if (executable)
+        file.setPermissions(file.permissions() | QFileDevice::ExeOwner);
+}
+
+// Points the freedesktop lookups and the temporary folder at a fresh folder for one test.
+class Desktop
+{
+public:
+    Desktop()
+    {
+        for (const auto& [name, sub] : {std::pair{"XDG_CONFIG_HOME", "config"}, {"XDG_CONFIG_DIRS", "etc"},
+                                        {"XDG_DATA_HOME", "data"}, {"XDG_DATA_DIRS", "share"},
+                                        {"TMPDIR", "tmp"}}) {
+            m_saved.emplace_back(name, qgetenv(name));
+            QDir().mkpath(path(QString::fromLatin1(sub)));
+            qputenv(name, QFile::encodeName(path(QString::fromLatin1(sub))));
+        }
+    }
+    ~Desktop()
+    {
+        for (const auto& [name, value] : m_saved)
+            value.isNull() ? qunsetenv(name) : qputenv(name, value);
+    }
+    QString path(const QString& sub) const { return m_root.path() + QLatin1Char('/') + sub; }
+
+private:
+    QTemporaryDir m_root;
+    std::vector<std::pair<const char*, QByteArray>> m_saved;
+};
+
+TEST(BrowserLocator, ReadsNameAndVersionFromVersionOutput)
+{
+    struct Case
+    {
+        const char* output;
+        const char* name; // nullptr: no version
+        int major;
+        int minor;
+    } cases[] = {
+        {"Chromium 156.0.8078.73 built on Debian GNU/Linux 12 (bookworm)\n", "Chromium", 156, 0},
+        {"Google Chrome 120.1.6099.71 \n", "Google Chrome", 120, 1},
+        {"Microsoft Edge 119.0.2151.97", "Microsoft Edge", 119, 0},
+        {"Brave Browser 1.60.118 Chromium: 119.0.6045.199", "Brave Browser", 1, 60},
+        {"", nullptr, 0, 0},
+        {"segmentation fault", nullptr, 0, 0},
+    };
+    for (const Case& c : cases) {
+        const auto info = BrowserLocator::parseVersionOutput(QString::fromUtf8(c.output));
+        ASSERT_EQ(info.has_value(), c.name != nullptr) << c.output;
+        if (!info)
+            continue;
+        EXPECT_EQ(info->productName, QString::fromUtf8(c.name));
+        EXPECT_EQ(info->major, c.major);
+        EXPECT_EQ(info->minor, c.minor);
+    }
+}
+
+TEST(BrowserLocator, RunsTheBrowserNamedByTheEnvironment)
+{
+    Desktop desktop;
+    const QString fake = desktop.path(QStringLiteral("bin/my-chromium"));
+    writeFile(fake, "#!/bin/sh\necho 'Chromium 142.3.1.1 built on test'\n", true);
+    qputenv("TOLVANE_BROWSER", QFile::encodeName(fake));
+    EXPECT_EQ(BrowserLocator::executable(), fake);
+    DesktopShell shell;
+    EXPECT_EQ(shell.browserIdentity().productName, QStringLiteral("Chromium"));
+    EXPECT_EQ(shell.browserIdentity().executableToken, QStringLiteral("my-chromium"));
+    EXPECT_EQ(shell.DllGetVersion().major, 142);
+    EXPECT_EQ(shell.DllGetVersion().minor, 3);
+
+    qputenv("TOLVANE_BROWSER", QFile::encodeName(desktop.path(QStringLiteral("bin/none"))));
+    DesktopShell missing;
+    EXPECT_THROW(missing.DllGetVersion(), AppError);
+    qunsetenv("TOLVANE_BROWSER");
+}
+
+TEST(DefaultApplication, FollowsMimeappsListToTheDesktopEntrysProgram)
+{
+    Desktop desktop;
+    const QString html = desktop.path(QStringLiteral("tmp/Test120000.html"));
+    writeFile(html, "\r\n");
+    EXPECT_EQ(DefaultApplication::forFile(html), QString());
+
+    writeFile(desktop.path(QStringLiteral("share/applications/chromium.desktop")),
+              "[Desktop Entry]\nName=Chromium\nExec=/usr/bin/chromium %U\n");
+    writeFile(desktop.path(QStringLiteral("share/applications/other.desktop")),
+              "[Desktop Entry]\nExec=\"/opt/other browser/run\" --new %u\n");
+    writeFile(desktop.path(QStringLiteral("share/applications/defaults.list")),
+              "[Default Applications]\ntext/html=chromium.desktop\n");
+    EXPECT_EQ(DefaultApplication::forFile(html), QStringLiteral("/usr/bin/chromium"));
+
+    // The user's own choice comes first; a listed entry that does not exist is passed over.
+    writeFile(desktop.path(QStringLiteral("config/mimeapps.list")),
+              "[Added Associations]\ntext/html=chromium.desktop\n"
+              "[Default Applications]\ntext/html=gone.desktop;other.desktop;\n");
+    EXPECT_EQ(DefaultApplication::forFile(html), QStringLiteral("/opt/other browser/run"));
+}
+
+TEST(DesktopShell, OnlyOneHolderOfTheInstanceLock)
+{
+    Desktop desktop;
+    DesktopShell first;
+    DesktopShell second;
+    EXPECT_FALSE(first.IsAnotherInstanceRunning());
+    EXPECT_TRUE(second.IsAnotherInstanceRunning());
+    EXPECT_FALSE(first.IsAnotherInstanceRunning());
+    EXPECT_EQ(first.TempFolder(), desktop.path(QStringLiteral("tmp")));
+    EXPECT_EQ(first.AppDataFolder(), desktop.path(QStringLiteral("data")));
+}
+} // namespace

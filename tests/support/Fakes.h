@@ -1,0 +1,118 @@
+#pragma once
+
+// Test doubles for what the logic needs of the machine: a settable clock, pre-answered message
+// boxes, an in-memory settings store and a scriptable shell.
+
+#include "AppError.h"
+#include "Clock.h"
+#include "MessageBoxes.h"
+#include "SettingsStore.h"
+#include "ShellServices.h"
+
+#include <QMap>
+#include <QStringList>
+#include <functional>
+#include <optional>
+#include <vector>
+
+class FakeClock : public Clock
+{
+public:
+    QDateTime current = QDateTime(QDate(2026, 11, 23), QTime(12, 0, 0));
+    qint64 monotonic = 0;
+    QDateTime now() const override { return current; }
+    qint64 monotonicMs() const override { return monotonic; }
+    void advanceMs(qint64 ms)
+    {
+        current = current.addMSecs(ms);
+        monotonic += ms;
+    }
+};
+
+class FakeMessageBoxes : public MessageBoxes
+{
+public:
+    struct Shown
+    {
+        QString text;
+        MsgButtons buttons;
+        MsgIcon icon;
+        QString title;
+    };
+    std::vector<Shown> shown;
+    MsgAnswer nextAnswer = MsgAnswer::Ok;
+
+    MsgAnswer show(const QString& text, MsgButtons buttons, MsgIcon icon,
+                   const QString& title) override
+    {
+        shown.push_back({text, buttons, icon, title});
+        return nextAnswer;
+    }
+};
+
+class FakeSettings : public SettingsStore
+{
+public:
+    QMap<QString, QString> values; // "Section/Key"
+    QStringList failingKeys;
+
+    QString GetSetting(const QString& section, const QString& key,
+                       const QString& defaultValue) override
+    {
+        return values.value(section + QLatin1Char('/') + key, defaultValue);
+    }
+    void SaveSetting(const QString& section, const QString& key, const QString& value) override
+    {
+        if (failingKeys.contains(key))
+            throw AppError(ErrorNumber::PathNotFound, QStringLiteral("Path not found"));
+        values.insert(section + QLatin1Char('/') + key, value);
+    }
+};
+
+class FakeShell : public ShellServices
+{
+public:
+    bool anotherInstance = false;
+    BrowserIdentity identity{QStringLiteral("Microsoft Internet Explorer"),
+                             QStringLiteral("Internet Explorer"), QStringLiteral("iexplor"),
+                             QStringLiteral("5.0")};
+    std::optional<DllVersion> version = DllVersion{6, 0};
+    QString tempFolder;
+    bool tempFolderFails = false;
+    std::function<QString(const QString&)> findExecutable = [](const QString&) {
+        return QStringLiteral("C:\\Program Files\\Internet Explorer\\iexplore.exe");
+    };
+    std::optional<QString> appDataFolder;
+    bool appDataFails = false;
+    QString programFolder;
+    QStringList keysSent;
+    QStringList filesAskedFor;
+
+    bool IsAnotherInstanceRunning() override { return anotherInstance; }
+    BrowserIdentity browserIdentity() override { return identity; }
+    DllVersion DllGetVersion() override
+    {
+        if (!version)
+            throw AppError(453, QStringLiteral("Can't find DLL entry point DllGetVersion"));
+        return *version;
+    }
+    QString TempFolder() override
+    {
+        if (tempFolderFails)
+            throw AppError(ErrorNumber::PathNotFound, QStringLiteral("Path not found"));
+        return tempFolder;
+    }
+    QString FindExecutable(const QString& file) override
+    {
+        filesAskedFor << file;
+        return findExecutable(file);
+    }
+    std::optional<QString> AppDataFolder() override
+    {
+        if (appDataFails)
+            throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call"));
+        return appDataFolder;
+    }
+    QString ProgramFolder() override { return programFolder; }
+    void SendKeys(const QString& keys) override { keysSent << keys; }
+};

@@ -23,7 +23,8 @@ constexpr float StatusSeconds = 1.0f;
 
 frmMain::frmMain(const Services& services, QObject* parent)
     : QObject(parent), m_shell(services.shell), m_settings(services.settings),
-      m_boxes(services.boxes), m_clock(services.clock), m_ini(services.ini)
+      m_boxes(services.boxes), m_clock(services.clock), m_ini(services.ini),
+      m_siteFiles(m_ini, *this, *this, m_clock), m_valueStore(m_ini, *this, *this, m_siteFiles)
 {
     for (size_t i = 0; i < Frame.size(); ++i)
         Frame[i] = std::make_unique<Control>(QStringLiteral("Frame(%1)").arg(i));

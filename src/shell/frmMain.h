@@ -1,8 +1,11 @@
 #pragma once
 
 #include "Controls.h"
+#include "DataLocation.h"
 #include "ErrorReport.h"
 #include "Ini.h"
+#include "SiteFiles.h"
+#include "ValueStore.h"
 
 #include <QObject>
 #include <array>
@@ -16,7 +19,7 @@ class ShellServices;
 
 // The main bar: its controls, its lifecycle from load to unload, the status line, pause and the
 // common error report.
-class frmMain : public QObject, public ErrorReport
+class frmMain : public QObject, public ErrorReport, public DataLocation
 {
     Q_OBJECT
 public:
@@ -38,7 +41,7 @@ public:
     LoadResult Form_Load();
     void Form_Unload();
 
-    QString GetProfilePrefix(int a_iIndex = -1) const;
+    QString GetProfilePrefix(int a_iIndex = -1) const override;
     void ShowStatus(const QString& text);
     void ReportError(const AppError& error, const QString& procedure) override;
 
@@ -49,8 +52,10 @@ public:
 
     bool isPaused() const { return m_paused; }
     const Ini& ini() const { return m_ini; }
+    SiteFiles& siteFiles() { return m_siteFiles; }
+    ValueStore& valueStore() { return m_valueStore; }
     QString HelpFile() const { return m_helpFile; }
-    QString DataFolder() const { return m_dataFolder; }
+    QString DataFolder() const override { return m_dataFolder; }
     QString ProfilesFile() const { return m_profilesFile; }
     QString ShortcutsFile() const { return m_shortcutsFile; }
 
@@ -92,6 +97,8 @@ private:
     MessageBoxes& m_boxes;
     const Clock& m_clock;
     Ini m_ini;
+    SiteFiles m_siteFiles;
+    ValueStore m_valueStore;
 
     bool m_paused = false;
     QString m_helpFile;

@@ -72,21 +72,29 @@ IniDocument::Line IniDocument::parseLine(QString content, QString ending)
     return line;
 }
 
-bool IniDocument::isStorableSection(const QString& section)
+std::optional<QString> IniDocument::sectionAsStored(const QString& section)
 {
-    return !hasLineBreakOrNul(section) && !section.contains(QLatin1Char(']'));
+    if (hasLineBreakOrNul(section))
+        return std::nullopt;
+    QString name = trimBlanks(section);
+    return name.replace(QLatin1Char(']'), QLatin1String("%5D"));
 }
 
-bool IniDocument::isStorableKey(const QString& key)
+std::optional<QString> IniDocument::keyAsStored(const QString& key)
 {
-    const QString name = trimBlanks(key);
-    return !name.isEmpty() && !hasLineBreakOrNul(key) && !key.contains(QLatin1Char('=')) &&
-           !name.startsWith(QLatin1Char('[')) && !name.startsWith(QLatin1Char(';'));
+    QString name = trimBlanks(key);
+    if (name.isEmpty() || hasLineBreakOrNul(name))
+        return std::nullopt;
+    name.replace(QLatin1Char('='), QLatin1String("%3D"));
+    if (name.startsWith(QLatin1Char('[')))
+        name.replace(0, 1, QLatin1String("%5B"));
+    else if (name.startsWith(QLatin1Char(';')))
+        name.replace(0, 1, QLatin1String("%3B"));
+    return name;
 }
 
-std::vector<size_t> IniDocument::sectionHeaders(const QString& section) const
+std::vector<size_t> IniDocument::sectionHeaders(const QString& name) const
 {
-    const QString name = trimBlanks(section);
     std::vector<size_t> headers;
     for (size_t i = 0; i < m_lines.size(); ++i) {
         if (m_lines[i].kind == Kind::Section && sameName(m_lines[i].name, name))
@@ -95,9 +103,8 @@ std::vector<size_t> IniDocument::sectionHeaders(const QString& section) const
     return headers;
 }
 
-std::optional<size_t> IniDocument::findEntry(const QString& section, const QString& key) const
+std::optional<size_t> IniDocument::findEntry(const QString& section, const QString& name) const
 {
-    const QString name = trimBlanks(key);
     for (size_t header : sectionHeaders(section)) {
         for (size_t i = header + 1; i < m_lines.size() && m_lines[i].kind != Kind::Section; ++i) {
             if (m_lines[i].kind == Kind::Entry && sameName(m_lines[i].name, name))
@@ -109,9 +116,11 @@ std::optional<size_t> IniDocument::findEntry(const QString& section, const QStri
 
 std::optional<QString> IniDocument::value(const QString& section, const QString& key) const
 {
-    if (!isStorableSection(section) || !isStorableKey(key))
+    const auto storedSection = sectionAsStored(section);
+    const auto storedKey = keyAsStored(key);
+    if (!storedSection || !storedKey)
         return std::nullopt;
-    const auto entry = findEntry(section, key);
+    const auto entry = findEntry(*storedSection, *storedKey);
     if (!entry)
         return std::nullopt;
     const Line& line = m_lines[*entry];
@@ -130,23 +139,25 @@ void IniDocument::ensureLastLineEnded()
 
 bool IniDocument::setValue(const QString& section, const QString& key, const QString& value)
 {
-    if (!isStorableSection(section) || !isStorableKey(key) || value.contains(QLatin1Char('\r')) ||
+    const auto storedSection = sectionAsStored(section);
+    const auto storedKey = keyAsStored(key);
+    if (!storedSection || !storedKey || value.contains(QLatin1Char('\r')) ||
         value.contains(QLatin1Char('\n')))
         return false;
     // The classic calls took C strings: a value ends at its first NUL.
     const QString stored = value.left(value.indexOf(QChar(0)));
 
-    if (const auto entry = findEntry(section, key)) {
+    if (const auto entry = findEntry(*storedSection, *storedKey)) {
         Line& line = m_lines[*entry];
         line.content = line.content.left(line.valueAt) + stored;
         return true;
     }
 
-    const QString entryText = trimBlanks(key) + QLatin1Char('=') + stored;
-    const auto headers = sectionHeaders(section);
+    const QString entryText = *storedKey + QLatin1Char('=') + stored;
+    const auto headers = sectionHeaders(*storedSection);
     if (headers.empty()) {
         ensureLastLineEnded();
-        m_lines.push_back(parseLine(QLatin1Char('[') + trimBlanks(section) + QLatin1Char(']'), CrLf));
+        m_lines.push_back(parseLine(QLatin1Char('[') + *storedSection + QLatin1Char(']'), CrLf));
         m_lines.push_back(parseLine(entryText, CrLf));
         return true;
     }

@@ -13,15 +13,17 @@ public:
 
     // The value with surrounding blanks and one pair of enclosing quotes removed.
     std::optional<QString> value(const QString& section, const QString& key) const;
-    // False, and nothing changed, for names or values that could not be read back as written.
+    // False, and nothing changed, for names or values holding a line break or NUL, and for
+    // an empty key.
     bool setValue(const QString& section, const QString& key, const QString& value);
 
     QString text() const;
 
-    // Names that would read back as another entry (line breaks, "=" or a leading "[" or ";"
-    // in a key, "]" in a section) can never be stored.
-    static bool isStorableSection(const QString& section);
-    static bool isStorableKey(const QString& key);
+    // How a name is written in the file. Characters that would end the name early or turn the
+    // line into something else are written as %XX: "]" in a section; "=" and a leading "[" or
+    // ";" in a key. Names with a line break or NUL, and empty keys, have no written form.
+    static std::optional<QString> sectionAsStored(const QString& section);
+    static std::optional<QString> keyAsStored(const QString& key);
 
 private:
     enum class Kind { Other, Section, Entry };
@@ -36,6 +38,7 @@ private:
 
     static Line parseLine(QString content, QString ending);
     // Index of the first line of each section body with that name, in file order.
+    // Both take names as stored.
     std::vector<size_t> sectionHeaders(const QString& section) const;
     std::optional<size_t> findEntry(const QString& section, const QString& key) const;
     void ensureLastLineEnded();

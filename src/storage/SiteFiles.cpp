@@ -1,0 +1,115 @@
+#include "SiteFiles.h"
+
+#include "AppError.h"
+#include "Clock.h"
+#include "DataLocation.h"
+#include "DateText.h"
+#include "ErrorReport.h"
+#include "Ini.h"
+#include "VbText.h"
+
+#include <cmath>
+#include <limits>
+
+namespace {
+const QString AllowedCharacters =
+    QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789^&'@{}[],$=!-#()%.+~_");
+constexpr qsizetype MaxNameLength = 40;
+constexpr int Overflow = 6;
+const QString UrlSection = QStringLiteral("URL");
+const QString LastVisitKey = QStringLiteral("LastVisit");
+const QString VisitsKey = QStringLiteral("Visits");
+} // namespace
+
+int WholeNumber(const QString& text)
+{
+    // Halves go to the even neighbour, as the classic conversion did.
+    const double rounded = std::nearbyint(Val(text));
+    if (rounded < std::numeric_limits<int>::min() || rounded > std::numeric_limits<int>::max())
+        throw AppError(Overflow, QStringLiteral("Overflow"));
+    return static_cast<int>(rounded);
+}
+
+SiteFiles::SiteFiles(const Ini& ini, const DataLocation& location, ErrorReport& errors,
+                     const Clock& clock)
+    : m_ini(ini), m_location(location), m_errors(errors), m_clock(clock)
+{
+}
+
+QString SiteFiles::URL2INIFile(QString address) const
+{
+    const QString original = address;
+    try {
+        QString name = m_location.GetProfilePrefix(-1);
+        address.replace(QLatin1String("http://"), QString());
+        address.replace(QLatin1String("//"), QString());
+        address.replace(QLatin1String("\\\\"), QString());
+        address.replace(QLatin1Char('/'), QLatin1Char('!'));
+        address.replace(QLatin1Char('\\'), QLatin1Char('!'));
+        for (const QChar c : std::as_const(address)) {
+            const QChar upper = c.toUpper();
+            if (upper.unicode() < 128 && AllowedCharacters.contains(upper))
+                name += upper;
+            // Nothing further can make it into the name.
+            if (name.size() >= MaxNameLength)
+                break;
+        }
+        return name.left(MaxNameLength) + QStringLiteral(".ini");
+    } catch (const AppError& error) {
+        m_errors.ReportError(error, QStringLiteral("URL2INIFile ") + original);
+        return {};
+    }
+}
+
+QString SiteFiles::SiteFilePath(const QString& address) const
+{
+    return DataFilePath(m_location, URL2INIFile(address));
+}
+
+void SiteFiles::SetLastVisit(const QString& address)
+{
+    try {
+        const QString file = SiteFilePath(address);
+        const QDateTime now = m_clock.now();
+        const QString yesterday = DateText::fromDate(now.date().addDays(-1));
+        const QDateTime previous = SafeDate(m_ini.ReadINI(UrlSection, LastVisitKey, yesterday, file));
+        m_ini.WriteINI(UrlSection, LastVisitKey, DateText::fromDateTime(now), file);
+        if (previous.date() != now.date()) {
+            const int visits = WholeNumber(m_ini.ReadINI(UrlSection, VisitsKey, QStringLiteral("0"), file));
+            if (visits == std::numeric_limits<int>::max())
+                throw AppError(Overflow, QStringLiteral("Overflow"));
+            m_ini.WriteINI(UrlSection, VisitsKey, QString::number(visits + 1), file);
+        }
+    } catch (const AppError& error) {
+        m_errors.ReportError(error, QStringLiteral("SetLastVisit"));
+    }
+}
+
+QString SiteFiles::GetLastVisit(const QString& address)
+{
+    QString text;
+    try {
+        text = m_ini.ReadINI(UrlSection, LastVisitKey, QStringLiteral("never"), SiteFilePath(address));
+        if (const auto visit = DateText::toDateTime(text))
+            return DateText::display(*visit);
+        return text;
+    } catch (const AppError& error) {
+        m_errors.ReportError(error, QStringLiteral("GetLastVisit"));
+        return text;
+    }
+}
+
+int SiteFiles::GetTotalVisits(const QString& address)
+{
+    try {
+        return WholeNumber(m_ini.ReadINI(UrlSection, VisitsKey, QStringLiteral("0"), SiteFilePath(address)));
+    } catch (const AppError& error) {
+        m_errors.ReportError(error, QStringLiteral("GetTotalVisits"));
+        return 0;
+    }
+}
+
+QDateTime SiteFiles::SafeDate(const QString& value) const
+{
+    return DateText::toDateTime(value).value_or(m_clock.now().date().startOfDay());
+}

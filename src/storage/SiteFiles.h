@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+class Clock;
+class DataLocation;
+class ErrorReport;
+class Ini;
+
+// Every page address has a site file of its own; it holds the values remembered for the
+// address and its visit record (last visit, number of days visited).
+class SiteFiles
+{
+public:
+    SiteFiles(const Ini& ini, const DataLocation& location, ErrorReport& errors, const Clock& clock);
+
+    // The site file name (no folder): profile prefix and allowed address characters, cut to
+    // 40, then ".ini".
+    QString URL2INIFile(QString address) const;
+    // DataFolder + separator + URL2INIFile(address).
+    QString SiteFilePath(const QString& address) const;
+
+    // Records a visit now: the last visit always, one more day when the last one was on
+    // another day.
+    void SetLastVisit(const QString& address);
+    // The last visit for the user, or "never".
+    QString GetLastVisit(const QString& address);
+    int GetTotalVisits(const QString& address);
+
+    // The value as a date and time when it reads as one; today at midnight otherwise.
+    QDateTime SafeDate(const QString& value) const;
+
+private:
+    const Ini& m_ini;
+    const DataLocation& m_location;
+    ErrorReport& m_errors;
+    const Clock& m_clock;
+};
+
+// The leading number of a text rounded to a whole number, as the data files count; throws
+// AppError (overflow) beyond the 32-bit range.
+int WholeNumber(const QString& text);

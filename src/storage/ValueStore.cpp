@@ -1,0 +1,63 @@
+#include "ValueStore.h"
+
+#include "AppError.h"
+#include "DataLocation.h"
+#include "ErrorReport.h"
+#include "Ini.h"
+#include "SiteFiles.h"
+#include "VbText.h"
+
+namespace {
+const QString AnySection = QStringLiteral("Any");
+const QString CrEscape = QStringLiteral("<VBCR>");
+const QString LfEscape = QStringLiteral("<VBLF>");
+} // namespace
+
+QString EscapeLineBreaks(QString value)
+{
+    return value.replace(QLatin1Char('\r'), CrEscape).replace(QLatin1Char('\n'), LfEscape);
+}
+
+QString UnescapeLineBreaks(QString value)
+{
+    return value.replace(CrEscape, QStringLiteral("\r"), Qt::CaseInsensitive)
+        .replace(LfEscape, QStringLiteral("\n"), Qt::CaseInsensitive);
+}
+
+ValueStore::ValueStore(const Ini& ini, const DataLocation& location, ErrorReport& errors,
+                       const SiteFiles& sites)
+    : m_ini(ini), m_location(location), m_errors(errors), m_sites(sites)
+{
+}
+
+QString ValueStore::anyFile() const
+{
+    return DataFilePath(m_location, m_location.GetProfilePrefix(-1) + QStringLiteral("Any.ini"));
+}
+
+QString ValueStore::GetValue(const QString& site, const QString& key, const QString& defaultValue)
+{
+    try {
+        QString value = m_ini.ReadINI(site, key, QString(), m_sites.SiteFilePath(site));
+        if (value.isEmpty())
+            value = m_ini.ReadINI(AnySection, key, QString(), anyFile());
+        if (value.isEmpty())
+            value = defaultValue;
+        return UnescapeLineBreaks(value);
+    } catch (const AppError& error) {
+        m_errors.ReportError(error, QStringLiteral("GetValue"));
+        return {};
+    }
+}
+
+void ValueStore::SetValue(const QString& site, const QString& key, const QString& value)
+{
+    try {
+        const QString escaped = EscapeLineBreaks(value);
+        m_ini.WriteINI(site, key, escaped, m_sites.SiteFilePath(site));
+        if (!TrimSpaces(escaped).isEmpty())
+            m_ini.WriteINI(AnySection, key, escaped, anyFile());
+    } catch (const AppError& error) {
+        m_errors.ReportError(error, QStringLiteral("SetValue"));
+    }
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+
+class DataLocation;
+class ErrorReport;
+class Ini;
+class SiteFiles;
+
+// The remembered form values: each one for its site and, when not blank, for any site in the
+// profile's Any.ini. Line breaks are kept as "<VBCR>" and "<VBLF>".
+class ValueStore
+{
+public:
+    ValueStore(const Ini& ini, const DataLocation& location, ErrorReport& errors,
+               const SiteFiles& sites);
+
+    // The site's value, else the profile's value for any site, else the default; unescaped.
+    QString GetValue(const QString& site, const QString& key, const QString& defaultValue);
+    void SetValue(const QString& site, const QString& key, const QString& value);
+
+private:
+    QString anyFile() const;
+
+    const Ini& m_ini;
+    const DataLocation& m_location;
+    ErrorReport& m_errors;
+    const SiteFiles& m_sites;
+};
+
+QString EscapeLineBreaks(QString value);
+// Both escapes are matched without regard to letter case.
+QString UnescapeLineBreaks(QString value);

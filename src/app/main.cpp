@@ -3,7 +3,9 @@
 #include "DesktopShell.h"
 #include "IniFileStore.h"
 #include "MainWindow.h"
+#include "ModelBrowser.h"
 #include "QtMessageBoxes.h"
+#include "QtMessagePump.h"
 #include "QtSettingsStore.h"
 #include "frmMain.h"
 
@@ -21,8 +23,11 @@ int main(int argc, char* argv[])
     QtSettingsStore settings;
     QtMessageBoxes boxes;
     IniFileStore ini;
+    QtMessagePump pump;
+    // No browser adapter yet: the bar follows an empty window list.
+    ModelShell shellWindows;
 
-    frmMain form({shell, settings, boxes, clock, ini});
+    frmMain form({shell, settings, boxes, clock, ini, shellWindows, pump});
     MainWindow window(form);
     shell.setKeyTarget(&window);
     boxes.setParentWindow(&window);

@@ -24,8 +24,13 @@ constexpr float StatusSeconds = 1.0f;
 frmMain::frmMain(const Services& services, QObject* parent)
     : QObject(parent), m_shell(services.shell), m_settings(services.settings),
       m_boxes(services.boxes), m_clock(services.clock), m_ini(services.ini),
-      m_siteFiles(m_ini, *this, *this, m_clock), m_valueStore(m_ini, *this, *this, m_siteFiles)
+      m_siteFiles(m_ini, *this, *this, m_clock), m_valueStore(m_ini, *this, *this, m_siteFiles),
+      m_tracking(std::make_shared<BrowserTracking>(
+          services.shellWindows,
+          IEHolderServices{*this, *this, m_siteFiles, services.shellWindows, m_clock}, *this,
+          services.pump))
 {
+    window.setVisible(false);
     for (size_t i = 0; i < Frame.size(); ++i)
         Frame[i] = std::make_unique<Control>(QStringLiteral("Frame(%1)").arg(i));
     const QStringList labels = {QStringLiteral("Active web page"), QStringLiteral("&Shortcuts:"),
@@ -82,9 +87,11 @@ void frmMain::loadSettingsAndLists()
     const QString autojump = m_settings.GetSetting(SettingsSection, AutojumpKey, QStringLiteral("1"));
     chkAutoJump.setValue(Val(autojump) != 0 ? 1 : 0);
     ShowStatus(QString());
+    m_tracking->start();
     m_profilesFile = m_dataFolder + QDir::separator() + QStringLiteral("Profiles.ini");
     m_shortcutsFile =
         m_dataFolder + QDir::separator() + GetProfilePrefix(-1) + QStringLiteral("Shortcuts.ini");
+    m_tracking->ResetIEs();
 }
 
 void frmMain::Form_Unload()
@@ -150,3 +157,16 @@ void frmMain::lblHelp_Click()
 {
     m_shell.SendKeys(QStringLiteral("{F1}"));
 }
+
+void frmMain::IEHolder_NewDoc(int /*Index*/, const DocPtr& /*document*/) {}
+
+void frmMain::IEHolder_DocChanged(int /*Index*/, const DocPtr& /*document*/,
+                                  const ElementPtr& /*element*/)
+{
+}
+
+void frmMain::IEHolder_HTMLGotFocus(int /*Index*/, const DocPtr& /*document*/) {}
+
+void frmMain::IEHolder_UpdateShortcut(int /*Index*/, const QString& /*URL*/) {}
+
+void frmMain::IEHolder_SetStatus(int /*Index*/, const QString& /*Text*/) {}

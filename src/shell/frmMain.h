@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BrowserTracking.h"
 #include "Controls.h"
 #include "DataLocation.h"
 #include "ErrorReport.h"
@@ -14,12 +15,17 @@
 class Clock;
 class IniBackend;
 class MessageBoxes;
+class MessagePump;
 class SettingsStore;
 class ShellServices;
 
 // The main bar: its controls, its lifecycle from load to unload, the status line, pause and the
 // common error report.
-class frmMain : public QObject, public ErrorReport, public DataLocation
+class frmMain : public QObject,
+                public ErrorReport,
+                public DataLocation,
+                public IEHolderEvents,
+                public TrackingHost
 {
     Q_OBJECT
 public:
@@ -30,6 +36,8 @@ public:
         MessageBoxes& boxes;
         const Clock& clock;
         IniBackend& ini;
+        ShellWindowList& shellWindows;
+        MessagePump& pump;
     };
 
     enum class LoadResult { Show, End };
@@ -42,7 +50,8 @@ public:
     void Form_Unload();
 
     QString GetProfilePrefix(int a_iIndex = -1) const override;
-    void ShowStatus(const QString& text);
+    void ShowStatus(const QString& text) override;
+    bool isMainWindowVisible() const override { return window.isVisible(); }
     void ReportError(const AppError& error, const QString& procedure) override;
 
     void cmdExit_Click();
@@ -50,7 +59,15 @@ public:
     void lblHelp_Click();
     void TimerClearStatus_Timer();
 
+    // The browser holders' events.
+    void IEHolder_NewDoc(int Index, const DocPtr& document) override;
+    void IEHolder_DocChanged(int Index, const DocPtr& document, const ElementPtr& element) override;
+    void IEHolder_HTMLGotFocus(int Index, const DocPtr& document) override;
+    void IEHolder_UpdateShortcut(int Index, const QString& URL) override;
+    void IEHolder_SetStatus(int Index, const QString& Text) override;
+
     bool isPaused() const { return m_paused; }
+    BrowserTracking& tracking() { return *m_tracking; }
     const Ini& ini() const { return m_ini; }
     SiteFiles& siteFiles() { return m_siteFiles; }
     ValueStore& valueStore() { return m_valueStore; }
@@ -59,7 +76,7 @@ public:
     QString ProfilesFile() const { return m_profilesFile; }
     QString ShortcutsFile() const { return m_shortcutsFile; }
 
-    // The window itself; its text is the caption.
+    // The window itself; its text is the caption, its visibility the window's own.
     Control window{QStringLiteral("frmMain")};
     Control lblHelp{QStringLiteral("lblHelp"), QStringLiteral("Help - Press F1")};
     std::array<std::unique_ptr<Control>, 4> Frame;
@@ -99,6 +116,7 @@ private:
     Ini m_ini;
     SiteFiles m_siteFiles;
     ValueStore m_valueStore;
+    std::shared_ptr<BrowserTracking> m_tracking;
 
     bool m_paused = false;
     QString m_helpFile;

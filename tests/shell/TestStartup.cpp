@@ -172,3 +172,22 @@ TEST(Startup, ProfileNameStaysWhenItsNewFileCannotBeWritten)
     EXPECT_EQ(f.readDataFile(QStringLiteral("zShortcuts.ini")), QByteArray("[Profiles]\r\nProfile1=Bo\r\n"));
 }
 } // namespace
+
+namespace {
+TEST(Startup, WindowsAlreadyOpenAreTakenUpAndLaterOnesFollowed)
+{
+    FormFixture f;
+    auto first = f.shellWindows.open();
+    auto broken = f.shellWindows.open();
+    broken->close(); // listed but not answering: the first pass ends there, silently
+    f.form.Form_Load();
+    EXPECT_EQ(f.form.tracking().upperBound(), 1);
+    EXPECT_EQ(f.form.tracking().holder(1)->InternetExplorer(), first);
+    EXPECT_TRUE(f.boxes.shown.empty());
+
+    f.shellWindows.close(broken);
+    auto later = f.shellWindows.open();
+    EXPECT_EQ(f.form.tracking().upperBound(), 2);
+    EXPECT_EQ(f.form.tracking().holder(2)->InternetExplorer(), later);
+}
+} // namespace

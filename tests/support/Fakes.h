@@ -6,6 +6,7 @@
 #include "AppError.h"
 #include "Clock.h"
 #include "MessageBoxes.h"
+#include "MessagePump.h"
 #include "SettingsStore.h"
 #include "ShellServices.h"
 
@@ -115,4 +116,20 @@ public:
     }
     QString ProgramFolder() override { return programFolder; }
     void SendKeys(const QString& keys) override { keysSent << keys; }
+};
+
+// A message pump whose turn runs what tests have queued for it, as events arriving meanwhile.
+class ImmediatePump : public MessagePump
+{
+public:
+    std::vector<std::function<void()>> pending;
+    int turns = 0;
+    void DoEvents() override
+    {
+        ++turns;
+        auto now = std::move(pending);
+        pending.clear();
+        for (auto& action : now)
+            action();
+    }
 };

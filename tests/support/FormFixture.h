@@ -4,6 +4,7 @@
 
 #include "Fakes.h"
 #include "IniFileStore.h"
+#include "ModelBrowser.h"
 #include "frmMain.h"
 
 #include <QDir>
@@ -43,5 +44,7 @@ struct FormFixture
     FakeMessageBoxes boxes;
     FakeClock clock;
     IniFileStore ini;
-    frmMain form{{shell, settings, boxes, clock, ini}};
+    ModelShell shellWindows;
+    ImmediatePump pump;
+    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump}};
 };

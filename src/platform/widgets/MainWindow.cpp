@@ -179,6 +179,18 @@ void MainWindow::keyPressEvent(QKeyEvent* event)
     QWidget::keyPressEvent(event);
 }
 
+void MainWindow::showEvent(QShowEvent* event)
+{
+    m_form.window.setVisible(true);
+    QWidget::showEvent(event);
+}
+
+void MainWindow::hideEvent(QHideEvent* event)
+{
+    m_form.window.setVisible(false);
+    QWidget::hideEvent(event);
+}
+
 void MainWindow::closeEvent(QCloseEvent* event)
 {
     if (!m_unloaded) {

@@ -81,7 +81,7 @@ TEST_F(TestGuiMainWindow, LoadShowsCaptionSettingAndStatus)
     window.show();
     EXPECT_TRUE(window.windowTitle().startsWith(QStringLiteral("Tolvane v")));
     EXPECT_FALSE(widget<QCheckBox>("chkAutoJump")->isChecked());
-    EXPECT_EQ(widget<QLabel>("StatusBar")->text(), QStringLiteral(" "));
+    EXPECT_EQ(widget<QLabel>("StatusBar")->text(), QStringLiteral(" updating windows"));
     QTest::mouseClick(widget<QCheckBox>("chkAutoJump"), Qt::LeftButton);
     EXPECT_EQ(f.form.chkAutoJump.value(), 1);
 }
@@ -93,7 +93,9 @@ TEST_F(TestGuiMainWindow, StatusLineClearsItselfOnTheRealTimer)
     FakeSettings settings;
     FakeMessageBoxes boxes;
     IniFileStore ini;
-    frmMain form({shell, settings, boxes, realClock, ini});
+    ModelShell shellWindows;
+    ImmediatePump pump;
+    frmMain form({shell, settings, boxes, realClock, ini, shellWindows, pump});
     MainWindow live(form);
     form.ShowStatus(QStringLiteral("Filling"));
     auto* status = live.findChild<QLabel*>(QStringLiteral("StatusBar"));

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "HtmlElement.h"
+
+#include <QList>
+#include <QString>
+#include <memory>
+
+class HtmlDocument;
+using DocPtr = std::shared_ptr<HtmlDocument>;
+
+// The six document events the holders subscribe to. Click and double click answer the
+// document: true lets the browser act, false cancels.
+class DocumentEvents
+{
+public:
+    virtual ~DocumentEvents() = default;
+    virtual void HTML_onactivate() = 0;
+    virtual bool HTML_onclick() = 0;
+    virtual bool HTML_ondblclick() = 0;
+    virtual void HTML_onfocusin() = 0;
+    virtual void HTML_onpropertychange() = 0;
+    virtual void HTML_onreadystatechange() = 0;
+};
+
+// Anything with a "document" member: a browser window or a frame's window.
+class DocumentOwner
+{
+public:
+    virtual ~DocumentOwner() = default;
+    // The HTML document shown; nullptr when what is shown is no HTML document. Throws
+    // AppError when the document cannot be reached (gone, or another site's frame).
+    virtual DocPtr document() = 0;
+};
+
+using FramePtr = std::shared_ptr<DocumentOwner>;
+
+// An HTML document. Reads of a document whose browser has gone throw AppError.
+class HtmlDocument
+{
+public:
+    virtual ~HtmlDocument() = default;
+
+    virtual QString title() const = 0;
+    virtual QString url() const = 0;
+    virtual QString URLUnencoded() const = 0;
+    virtual QString readyState() const = 0;
+    virtual QString cookie() const = 0;
+    // nullptr when no element is active.
+    virtual ElementPtr activeElement() const = 0;
+    // all.tags(name): the elements with that tag name, in document order.
+    virtual QList<ElementPtr> tags(const QString& tagName) const = 0;
+    virtual int framesLength() const = 0;
+    // frames.item(index), counted from 0.
+    virtual FramePtr frameItem(int index) const = 0;
+
+    virtual void subscribe(const std::shared_ptr<DocumentEvents>& sink) = 0;
+    virtual void unsubscribe(const DocumentEvents* sink) = 0;
+};

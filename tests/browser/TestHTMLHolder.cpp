@@ -1,0 +1,109 @@
+// The document holder: property changes report the element active before them; double clicks
+// within two seconds ask for a refill; clicks are visits; complete loads are reported.
+#include "BrowserFixture.h"
+
+namespace {
+class HolderEvents : public HTMLHolderEvents
+{
+public:
+    QStringList lines;
+    void HTMLHolder_DocChanged(const DocPtr&, const ElementPtr& element) override
+    {
+        const QString name = element->tagName() == QLatin1String("BODY") ? QStringLiteral("body") : element->name();
+        lines << QStringLiteral("DocChanged ") + name;
+    }
+    void HTMLHolder_HTMLGotFocus(const DocPtr&) override { lines << QStringLiteral("HTMLGotFocus"); }
+    void HTMLHolder_DocComplete(const DocPtr&) override { lines << QStringLiteral("DocComplete"); }
+    void HTMLHolder_DocVisited(const DocPtr&) override { lines << QStringLiteral("DocVisited"); }
+};
+
+class TestHTMLHolder : public ::testing::Test
+{
+protected:
+    TestHTMLHolder() { holder->setHTMLDoc(document); }
+    FakeClock clock;
+    HolderEvents events;
+    std::shared_ptr<ModelDocument> document = std::make_shared<ModelDocument>(QStringLiteral("http://a/"));
+    std::shared_ptr<HTMLHolder> holder = std::make_shared<HTMLHolder>(events, clock);
+};
+
+TEST_F(TestHTMLHolder, PropertyChangesReportThePreviouslyActiveElement)
+{
+    auto first = document->add(ModelElement::input(QStringLiteral("text"), QStringLiteral("first")));
+    auto second = document->add(ModelElement::input(QStringLiteral("text"), QStringLiteral("second")));
+    document->type(first, QStringLiteral("Ann"));
+    document->focus(second);
+    EXPECT_EQ(events.lines, (QStringList{"HTMLGotFocus", "DocChanged body", "DocChanged first",
+                                         "HTMLGotFocus", "DocChanged first"}));
+    EXPECT_EQ(holder->LastActiveElement(), second);
+
+    // An active element that cannot be read: the next change raises nothing, then recovers.
+    events.lines.clear();
+    document->setActiveElementUnreadable(true);
+    document->type(second, QStringLiteral("x"));
+    document->setActiveElementUnreadable(false);
+    document->type(second, QStringLiteral("y"));
+    document->type(second, QStringLiteral("z"));
+    EXPECT_EQ(events.lines, (QStringList{"DocChanged second", "DocChanged second"}));
+}
+
+TEST_F(TestHTMLHolder, DoubleClicksWithinTwoSecondsRefillAndAreCancelled)
+{
+    struct Case
+    {
+        const char* name;
+        std::vector<qint64> atMs;
+        int refills;
+    } cases[] = {
+        {"single", {0}, 0},
+        {"0 and 1.5", {0, 1500}, 1},
+        {"0, 1.5 and 3.0", {0, 1500, 3000}, 2},
+        {"0 and 2.5", {0, 2500}, 0},
+        {"exactly 2.0 apart", {0, 2000}, 0},
+        {"0, 2.5, 4.0", {0, 2500, 4000}, 1},
+    };
+    for (const Case& c : cases) {
+        FakeClock clock;
+        clock.monotonic = 86'399'000; // across a day boundary of the wall clock, to no effect
+        clock.current = QDateTime(QDate(2026, 1, 1), QTime(23, 59, 59));
+        HolderEvents recorded;
+        auto doc = std::make_shared<ModelDocument>(QStringLiteral("http://b/"));
+        auto h = std::make_shared<HTMLHolder>(recorded, clock);
+        h->setHTMLDoc(doc);
+        qint64 last = 0;
+        for (qint64 at : c.atMs) {
+            clock.advanceMs(at - last);
+            last = at;
+            EXPECT_FALSE(doc->dblclick()) << c.name;
+        }
+        EXPECT_EQ(recorded.lines.count(QStringLiteral("DocComplete")), c.refills) << c.name;
+    }
+}
+
+TEST_F(TestHTMLHolder, ClicksAreVisitsAndLetTheBrowserAct)
+{
+    EXPECT_TRUE(document->click());
+    EXPECT_TRUE(document->click());
+    document->activate();
+    EXPECT_EQ(events.lines, (QStringList{"DocVisited", "DocVisited", "HTMLGotFocus"}));
+}
+
+TEST_F(TestHTMLHolder, EveryCompleteReadyStateIsReported)
+{
+    for (const char* state : {"loading", "interactive", "Complete", " complete ", "complete", "completed"})
+        document->setReadyState(QString::fromLatin1(state));
+    EXPECT_EQ(events.lines.count(QStringLiteral("DocComplete")), 3);
+}
+
+TEST_F(TestHTMLHolder, ReplacedOrDestroyedHolderNoLongerListens)
+{
+    auto other = std::make_shared<ModelDocument>(QStringLiteral("http://c/"));
+    holder->setHTMLDoc(other);
+    EXPECT_EQ(document->subscriberCount(), 0);
+    EXPECT_EQ(other->subscriberCount(), 1);
+    holder.reset();
+    EXPECT_EQ(other->subscriberCount(), 0);
+    other->click();
+    EXPECT_TRUE(events.lines.isEmpty());
+}
+} // namespace

@@ -28,7 +28,9 @@ frmMain::frmMain(const Services& services, QObject* parent)
       m_tracking(std::make_shared<BrowserTracking>(
           services.shellWindows,
           IEHolderServices{*this, *this, m_siteFiles, services.shellWindows, m_clock}, *this,
-          services.pump))
+          services.pump)),
+      m_capture({*this, m_valueStore, *this, services.pump, m_clock}),
+      m_fill({*this, m_valueStore, *this, services.pump, m_clock})
 {
     window.setVisible(false);
     for (size_t i = 0; i < Frame.size(); ++i)
@@ -158,15 +160,25 @@ void frmMain::lblHelp_Click()
     m_shell.SendKeys(QStringLiteral("{F1}"));
 }
 
-void frmMain::IEHolder_NewDoc(int /*Index*/, const DocPtr& /*document*/) {}
-
-void frmMain::IEHolder_DocChanged(int /*Index*/, const DocPtr& /*document*/,
-                                  const ElementPtr& /*element*/)
+void frmMain::IEHolder_NewDoc(int Index, const DocPtr& document)
 {
+    m_fill.IEHolder_NewDoc(Index, document);
 }
 
-void frmMain::IEHolder_HTMLGotFocus(int /*Index*/, const DocPtr& /*document*/) {}
+void frmMain::IEHolder_DocChanged(int Index, const DocPtr& document, const ElementPtr& element)
+{
+    m_capture.IEHolder_DocChanged(Index, document, element);
+}
 
+void frmMain::IEHolder_HTMLGotFocus(int Index, const DocPtr& document)
+{
+    m_notices.IEHolder_HTMLGotFocus(Index, document);
+}
+
+// Joins the shortcut list, which redraws the row of the visited address.
 void frmMain::IEHolder_UpdateShortcut(int /*Index*/, const QString& /*URL*/) {}
 
-void frmMain::IEHolder_SetStatus(int /*Index*/, const QString& /*Text*/) {}
+void frmMain::IEHolder_SetStatus(int /*Index*/, const QString& Text)
+{
+    ShowStatus(Text);
+}

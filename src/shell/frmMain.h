@@ -4,6 +4,9 @@
 #include "Controls.h"
 #include "DataLocation.h"
 #include "ErrorReport.h"
+#include "FormCapture.h"
+#include "FormFill.h"
+#include "PageNotices.h"
 #include "Ini.h"
 #include "SiteFiles.h"
 #include "ValueStore.h"
@@ -25,7 +28,8 @@ class frmMain : public QObject,
                 public ErrorReport,
                 public DataLocation,
                 public IEHolderEvents,
-                public TrackingHost
+                public TrackingHost,
+                public FormMemoryHost
 {
     Q_OBJECT
 public:
@@ -66,7 +70,9 @@ public:
     void IEHolder_UpdateShortcut(int Index, const QString& URL) override;
     void IEHolder_SetStatus(int Index, const QString& Text) override;
 
-    bool isPaused() const { return m_paused; }
+    bool isPaused() const override { return m_paused; }
+    bool isAutoJumpChecked() const override { return chkAutoJump.value() == 1; }
+    const FormFill& formFill() const { return m_fill; }
     BrowserTracking& tracking() { return *m_tracking; }
     const Ini& ini() const { return m_ini; }
     SiteFiles& siteFiles() { return m_siteFiles; }
@@ -117,6 +123,9 @@ private:
     SiteFiles m_siteFiles;
     ValueStore m_valueStore;
     std::shared_ptr<BrowserTracking> m_tracking;
+    FormCapture m_capture;
+    FormFill m_fill;
+    PageNotices m_notices{txtActive, txtURL, imgCookie};
 
     bool m_paused = false;
     QString m_helpFile;

@@ -83,7 +83,7 @@ std::optional<QString> IniDocument::sectionAsStored(const QString& section)
 std::optional<QString> IniDocument::keyAsStored(const QString& key)
 {
     QString name = trimBlanks(key);
-    if (name.isEmpty() || hasLineBreakOrNul(name))
+    if (hasLineBreakOrNul(name))
         return std::nullopt;
     name.replace(QLatin1Char('='), QLatin1String("%3D"));
     if (name.startsWith(QLatin1Char('[')))

@@ -13,15 +13,14 @@ public:
 
     // The value with surrounding blanks and one pair of enclosing quotes removed.
     std::optional<QString> value(const QString& section, const QString& key) const;
-    // False, and nothing changed, for names or values holding a line break or NUL, and for
-    // an empty key.
+    // False, and nothing changed, for names or values holding a line break or NUL.
     bool setValue(const QString& section, const QString& key, const QString& value);
 
     QString text() const;
 
     // How a name is written in the file. Characters that would end the name early or turn the
     // line into something else are written as %XX: "]" in a section; "=" and a leading "[" or
-    // ";" in a key. Names with a line break or NUL, and empty keys, have no written form.
+    // ";" in a key. Names with a line break or NUL have no written form.
     static std::optional<QString> sectionAsStored(const QString& section);
     static std::optional<QString> keyAsStored(const QString& key);
 

@@ -147,12 +147,27 @@ void ModelDocument::focus(const ElementPtr& element)
     raise([](DocumentEvents& e) { e.HTML_onpropertychange(); return true; });
 }
 
-void ModelDocument::type(const std::shared_ptr<ModelElement>& element, const QString& text)
+void ModelDocument::edit(const ElementPtr& element, const std::function<void()>& change)
 {
     if (m_active != element)
         focus(element);
-    element->setValue(text);
+    change();
     raise([](DocumentEvents& e) { e.HTML_onpropertychange(); return true; });
+}
+
+void ModelDocument::type(const std::shared_ptr<ModelElement>& element, const QString& text)
+{
+    edit(element, [&] { element->setValue(text); });
+}
+
+void ModelDocument::check(const std::shared_ptr<ModelElement>& element, bool checked)
+{
+    edit(element, [&] { element->setChecked(checked); });
+}
+
+void ModelDocument::choose(const std::shared_ptr<ModelElement>& list, int index)
+{
+    edit(list, [&] { list->setSelectedIndex(index); });
 }
 
 bool ModelDocument::click()

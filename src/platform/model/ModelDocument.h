@@ -59,6 +59,8 @@ public:
     // What a user and the browser do; each raises the document's events.
     void focus(const ElementPtr& element);
     void type(const std::shared_ptr<ModelElement>& element, const QString& text);
+    void check(const std::shared_ptr<ModelElement>& element, bool checked);
+    void choose(const std::shared_ptr<ModelElement>& list, int index);
     bool click();
     bool dblclick();
     void activate();
@@ -74,6 +76,8 @@ public:
 
 private:
     bool raise(const std::function<bool(DocumentEvents&)>& event);
+    // The user focuses the element (when it has not the focus yet) and changes it.
+    void edit(const ElementPtr& element, const std::function<void()>& change);
 
     QString m_url;
     QString m_title;

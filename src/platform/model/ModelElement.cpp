@@ -112,7 +112,7 @@ QString ModelElement::value() const
 {
     requireKind(isFormField());
     if (m_tag == QLatin1String("SELECT"))
-        return m_selected >= 0 ? m_options.at(m_selected).value : QString();
+        return m_selected >= 0 ? m_options.at(m_selected).effectiveValue() : QString();
     if (m_tag == QLatin1String("TEXTAREA"))
         return m_text;
     return m_value;
@@ -124,7 +124,7 @@ void ModelElement::setValue(const QString& value)
     if (m_tag == QLatin1String("SELECT")) {
         m_selected = -1;
         for (int i = 0; i < m_options.size(); ++i) {
-            if (m_options.at(i).value == value) {
+            if (m_options.at(i).effectiveValue() == value) {
                 m_selected = i;
                 break;
             }

@@ -17,6 +17,10 @@ public:
     {
         QString value;
         QString text;
+        bool valueGiven = true;
+        // An option without a value attribute: its value is its text.
+        static Option textOnly(const QString& text) { return {QString(), text, false}; }
+        QString effectiveValue() const { return valueGiven ? value : text; }
     };
 
     static std::shared_ptr<ModelElement> input(const QString& type, const QString& name,

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+class HtmlElement;
+
+// The element kinds form memory knows, from the tag name and input type in lower case.
+enum class FieldKind { TextField, Choice, List, TextArea, Other };
+
+FieldKind KindOfInput(const QString& type);
+// The key of a radio button or check box: name + "_" + value.
+QString ChoiceKey(const HtmlElement& element);
+// The index entry of a list: name + " SelectedIndex".
+QString SelectedIndexKey(const QString& name);
+// "True" or "False", as the choice entries hold them.
+QString BooleanText(bool value);
+// A stored choice read back: "True"/"False" in any case, or a number (0 is false). Anything
+// else throws a type mismatch.
+bool ReadBoolean(const QString& text);

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "FormMemoryServices.h"
+#include "HtmlDocument.h"
+
+// Remembers what the user put into a field, under the page's address and the field's key.
+class FormCapture
+{
+public:
+    explicit FormCapture(const FormMemoryServices& services) : m_services(services) {}
+
+    void IEHolder_DocChanged(int Index, const DocPtr& document, const ElementPtr& element);
+
+private:
+    void captureInput(const HtmlDocument& document, HtmlElement& input);
+    void captureList(const HtmlDocument& document, HtmlElement& list);
+
+    FormMemoryServices m_services;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "FormMemoryServices.h"
+#include "HtmlDocument.h"
+
+#include <optional>
+
+// Fills a page that is ready with the remembered values: inputs, then text areas, then lists,
+// letting pending events run after every field.
+class FormFill
+{
+public:
+    explicit FormFill(const FormMemoryServices& services) : m_services(services) {}
+
+    void IEHolder_NewDoc(int Index, const DocPtr& document);
+
+    QString LastFillURL() const { return m_lastFillURL; }
+
+private:
+    struct Changed
+    {
+        ElementPtr first;
+        ElementPtr last;
+    };
+    bool isRepeat(const HtmlDocument& document) const;
+    void fillInputs(const HtmlDocument& document, Changed& changed);
+    void fillTextAreas(const HtmlDocument& document);
+    void fillLists(const HtmlDocument& document);
+    void jumpTo(const Changed& changed);
+
+    FormMemoryServices m_services;
+    QString m_lastFillURL;
+    std::optional<qint64> m_lastFillTimeMs;
+};

@@ -1,0 +1,106 @@
+// What the user puts into fields is remembered under the field keys, for the site and Any.ini.
+#include "FormMemoryFixture.h"
+
+namespace {
+const QString Url = QStringLiteral("http://prizes.example/enter.html");
+const QString SiteFile = QStringLiteral("zPRIZES.EXAMPLE!ENTER.HTML.ini");
+
+using TestFormCapture = FormMemoryFixture;
+
+TEST_F(TestFormCapture, TypingThenMovingOnStoresForTheSiteAndAnySite)
+{
+    auto page = formPage(Url, {"fname", "lname"});
+    load(page);
+    page->type(field(page, "fname"), QStringLiteral("Ann"));
+    page->focus(field(page, "lname"));
+    EXPECT_EQ(stored(SiteFile, Url, "fname"), QStringLiteral("Ann"));
+    EXPECT_EQ(stored("zAny.ini", "Any", "fname"), QStringLiteral("Ann"));
+    EXPECT_EQ(statuses.last(), QStringLiteral(" fname = Ann"));
+
+    // Emptied by the user: the site entry empties, the site-independent one stays.
+    page->type(field(page, "fname"), QString());
+    page->focus(field(page, "lname"));
+    EXPECT_EQ(stored(SiteFile, Url, "fname"), QString());
+    EXPECT_EQ(stored("zAny.ini", "Any", "fname"), QStringLiteral("Ann"));
+}
+
+TEST_F(TestFormCapture, EveryKindOfFieldHasItsKey)
+{
+    auto page = formPage(Url);
+    auto optin = page->add(ModelElement::input(QStringLiteral("checkbox"), "optin", "yes"));
+    auto bare = page->add(ModelElement::input(QStringLiteral("checkbox"), QString(), QString()));
+    auto sizeS = page->add(ModelElement::input(QStringLiteral("radio"), "size", "S"));
+    auto sizeM = page->add(ModelElement::input(QStringLiteral("radio"), "size", "M"));
+    QList<ModelElement::Option> states;
+    for (int i = 0; i < 50; ++i)
+        states.append({i == 33 ? QStringLiteral("NY") : QStringLiteral("S%1").arg(i), QString()});
+    auto state = page->add(ModelElement::select("state", states));
+    auto unnamedList = page->add(ModelElement::select(QString(), {{"a", ""}, {"b", ""}}));
+    auto comments = page->add(ModelElement::textarea("comments"));
+    auto caps = page->add(ModelElement::input(QStringLiteral("TEXT"), "City"));
+    auto password = page->add(ModelElement::input(QStringLiteral("password"), "pw"));
+    auto hidden = page->add(ModelElement::input(QStringLiteral("hidden"), "token", "abc"));
+    auto nameless = page->add(ModelElement::input(QStringLiteral("text"), QString()));
+    load(page);
+
+    page->check(optin, true);
+    page->check(bare, true);
+    page->check(sizeM, true);
+    page->choose(state, 33);
+    page->choose(unnamedList, 1);
+    page->type(comments, QStringLiteral("line one\r\nline two"));
+    page->type(caps, QStringLiteral("Oslo"));
+    page->type(password, QStringLiteral("secret"));
+    page->type(hidden, QStringLiteral("changed"));
+    const int statusesBefore = statuses.size();
+    page->type(nameless, QStringLiteral("lost"));
+    EXPECT_EQ(statuses.size(), statusesBefore); // a nameless text field shows nothing
+    page->focus(optin);
+    page->check(optin, false);
+    page->focus(caps);
+
+    const std::pair<const char*, const char*> expected[] = {
+        {"optin_yes", "False"}, {"_", "True"}, {"size_M", "True"}, {"size_S", "<missing>"},
+        {"state", "NY"}, {"state SelectedIndex", "33"}, {"", "b"}, {"SelectedIndex", "1"},
+        {"comments", "line one<VBCR><VBLF>line two"}, {"City", "Oslo"}, {"pw", "<missing>"},
+        {"token", "<missing>"},
+    };
+    for (const auto& [key, value] : expected)
+        EXPECT_EQ(stored(SiteFile, Url, QString::fromUtf8(key)), QString::fromUtf8(value)) << key;
+    EXPECT_TRUE(statuses.contains(QStringLiteral(" state = NY")));
+    EXPECT_TRUE(statuses.contains(QStringLiteral(" optin_yes = False")));
+
+    // The first option selected: only the value entry is written, the old index stays.
+    page->choose(state, 0);
+    page->focus(caps);
+    EXPECT_EQ(stored(SiteFile, Url, "state"), QStringLiteral("S0"));
+    EXPECT_EQ(stored(SiteFile, Url, "state SelectedIndex"), QStringLiteral("33"));
+}
+
+TEST_F(TestFormCapture, PauseStopsCaptureButNotVisits)
+{
+    auto page = formPage(Url, {"fname", "lname"});
+    load(page);
+    f.form.cmdPause.click();
+    statuses.clear();
+    page->type(field(page, "fname"), QStringLiteral("Ann"));
+    page->focus(field(page, "lname"));
+    page->click();
+    EXPECT_EQ(stored(SiteFile, Url, "fname"), QStringLiteral("<missing>"));
+    EXPECT_TRUE(statuses.isEmpty());
+    EXPECT_EQ(f.form.siteFiles().GetTotalVisits(Url), 1);
+}
+
+TEST_F(TestFormCapture, AFieldThatNoLongerAnswersIsReported)
+{
+    auto page = formPage(Url, {"fname"});
+    load(page);
+    const auto fname = field(page, "fname");
+    page->type(fname, QStringLiteral("Ann"));
+    window->close();
+    f.form.IEHolder_DocChanged(1, page, fname);
+    ASSERT_EQ(f.boxes.shown.size(), 1u);
+    EXPECT_TRUE(f.boxes.shown[0].text.startsWith(
+        QStringLiteral("An error occured in procedure IEHolder_DocChanged.\r\n\r\n")));
+}
+} // namespace

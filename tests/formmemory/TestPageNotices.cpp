@@ -1,0 +1,70 @@
+// The bar shows the page that last got the focus: title or address, and its cookies.
+#include "FormMemoryFixture.h"
+
+namespace {
+using TestPageNotices = FormMemoryFixture;
+
+TEST_F(TestPageNotices, TitleAddressAndCookiesOfTheFocusedPage)
+{
+    struct Case
+    {
+        const char* name;
+        QString url;
+        QString title;
+        QString cookie;
+        QString active;
+        bool cookieShown;
+        QString toolTip;
+    } cases[] = {
+        {"titled with cookies", "http://a/", "Win a car", "id=42; seen=1", "Win a car", true,
+         "This page uses cookies: id=42; seen=1"},
+        {"no title", "http://b/", "", "", "http://b/", false, "This page uses cookies: "},
+        {"blank title", "http://c/", "   ", "  ", "http://c/", false, "This page uses cookies: "},
+        {"neither", "", "", "x=1", "", true, "This page uses cookies: x=1"},
+    };
+    for (const Case& c : cases) {
+        auto page = std::make_shared<ModelDocument>(c.url, c.title);
+        page->setCookie(c.cookie);
+        load(page);
+        page->activate();
+        EXPECT_EQ(f.form.txtActive.text(), c.active) << c.name;
+        EXPECT_EQ(f.form.txtURL.text(), c.url) << c.name;
+        EXPECT_EQ(f.form.imgCookie.isVisible(), c.cookieShown) << c.name;
+        EXPECT_EQ(f.form.imgCookie.toolTip(), c.toolTip) << c.name;
+    }
+}
+
+TEST_F(TestPageNotices, FocusMovingBetweenFramesFollowsEachFrame)
+{
+    auto left = formPage(QStringLiteral("http://a.example/left"), {"x"});
+    auto right = formPage(QStringLiteral("http://b.example/right"), {"y"});
+    right->setCookie("r=1");
+    left->setReadyState("complete");
+    right->setReadyState("complete");
+    auto top = formPage(QStringLiteral("http://a.example/"));
+    top->addFrame(left);
+    top->addFrame(right);
+    load(top);
+    left->focus(field(left, "x"));
+    EXPECT_EQ(f.form.txtURL.text(), QStringLiteral("http://a.example/left"));
+    EXPECT_FALSE(f.form.imgCookie.isVisible());
+    right->focus(field(right, "y"));
+    EXPECT_EQ(f.form.txtActive.text(), QStringLiteral("Contest at http://b.example/right"));
+    EXPECT_TRUE(f.form.imgCookie.isVisible());
+
+    // A page gone away empties the boxes and leaves the cookie picture as it was.
+    window->close();
+    f.form.IEHolder_HTMLGotFocus(1, left);
+    EXPECT_EQ(f.form.txtActive.text(), QString());
+    EXPECT_TRUE(f.form.imgCookie.isVisible());
+    EXPECT_TRUE(f.boxes.shown.empty());
+}
+
+TEST_F(TestPageNotices, BrowserStatusTextsReachTheStatusLine)
+{
+    statuses.clear();
+    window->progress(50, 200);
+    window->statusText(QStringLiteral("http://a/next"));
+    EXPECT_EQ(statuses, (QStringList{" loading ... 25%", " http://a/next"}));
+}
+} // namespace

@@ -6,6 +6,8 @@
 #include "ModelBrowser.h"
 #include "QtMessageBoxes.h"
 #include "QtMessagePump.h"
+#include "QtTextMetrics.h"
+#include "ShortcutDialog.h"
 #include "QtSettingsStore.h"
 #include "frmMain.h"
 
@@ -26,14 +28,18 @@ int main(int argc, char* argv[])
     QtMessagePump pump;
     // No browser adapter yet: the bar follows an empty window list.
     ModelShell shellWindows;
+    QtTextMetrics metrics;
+    ShortcutDialogDisplay shortcutEditor;
 
-    frmMain form({shell, settings, boxes, clock, ini, shellWindows, pump});
+    frmMain form({shell, settings, boxes, clock, ini, shellWindows, pump, metrics, shortcutEditor});
     MainWindow window(form);
     shell.setKeyTarget(&window);
     boxes.setParentWindow(&window);
+    shortcutEditor.setParentWindow(&window);
 
     if (form.Form_Load() == frmMain::LoadResult::End)
         return 0;
+    shortcutEditor.setHelpFile(form.HelpFile());
     window.show();
     return app.exec();
 }

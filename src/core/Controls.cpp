@@ -12,6 +12,7 @@ void Control::setText(const QString& text)
         return;
     m_text = text;
     notify();
+    Q_EMIT textChanged();
 }
 
 void Control::setEnabled(bool enabled)
@@ -87,20 +88,70 @@ void TimerControl::setEnabled(bool enabled)
     Q_EMIT changed();
 }
 
-void ListViewControl::setRows(const QVector<ListRow>& rows)
+void ListViewControl::clear()
 {
-    m_rows = rows;
-    if (m_selected >= m_rows.size())
-        m_selected = -1;
-    notify();
+    m_rows.clear();
+    m_selected = -1;
+    m_top = 0;
+    Q_EMIT rowsReset();
+}
+
+int ListViewControl::addRow(const ListRow& row)
+{
+    m_rows.append(row);
+    Q_EMIT rowAdded(count() - 1);
+    return count() - 1;
+}
+
+void ListViewControl::setRowIcon(int index, int icon)
+{
+    if (m_rows[index].icon == icon)
+        return;
+    m_rows[index].icon = icon;
+    Q_EMIT rowChanged(index);
+}
+
+void ListViewControl::setRowToolTip(int index, const QString& toolTip)
+{
+    if (m_rows[index].toolTip == toolTip)
+        return;
+    m_rows[index].toolTip = toolTip;
+    Q_EMIT rowChanged(index);
 }
 
 void ListViewControl::setSelectedIndex(int index)
 {
-    if (index < -1 || index >= m_rows.size())
+    if (index < -1 || index >= count())
         index = -1;
     if (index == m_selected)
         return;
     m_selected = index;
+    Q_EMIT selectionChanged();
+}
+
+void ListViewControl::ensureVisible(int index)
+{
+    if (index < 0 || index >= count())
+        return;
+    if (index < m_top)
+        m_top = index;
+    else if (index >= m_top + m_visibleRows)
+        m_top = index - m_visibleRows + 1;
+    Q_EMIT scrollRequested(index);
+}
+
+void ListViewControl::setColumnWidthTwips(int width)
+{
+    if (width == m_columnWidth)
+        return;
+    m_columnWidth = width;
+    Q_EMIT columnWidthChanged();
+}
+
+void DateControl::setValue(const QDate& value)
+{
+    if (value == m_value)
+        return;
+    m_value = value;
     notify();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDate>
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -28,6 +30,8 @@ public:
 
 Q_SIGNALS:
     void changed();
+    // The text changed (the classic Change event); raised after changed().
+    void textChanged();
     void clicked();
     void doubleClicked();
 
@@ -95,27 +99,93 @@ private:
     QString m_tag;
 };
 
-// A row of a list view: its text, tag, tool tip and icon number.
+// A row of a list view: its text, its number (tag), tool tip and state icon (1 to 6).
 struct ListRow
 {
     QString text;
-    QString tag;
+    int tag = 0;
     QString toolTip;
-    int icon = 0;
+    int icon = 1;
 };
 
-// A list view with one column of rows and one selected row (-1 for none).
+// A list view with one column of rows, one selected row (-1 for none) and a scroll position.
+// Changes are signalled row by row so that a view can follow a long list cheaply. Widths are
+// in twips, the unit of the forms.
 class ListViewControl : public Control
 {
     Q_OBJECT
 public:
     using Control::Control;
-    const QVector<ListRow>& rows() const { return m_rows; }
-    void setRows(const QVector<ListRow>& rows);
+
+    int count() const { return static_cast<int>(m_rows.size()); }
+    const ListRow& row(int index) const { return m_rows.at(index); }
+    void clear();
+    int addRow(const ListRow& row);
+    void setRowIcon(int index, int icon);
+    void setRowToolTip(int index, const QString& toolTip);
+
     int selectedIndex() const { return m_selected; }
     void setSelectedIndex(int index);
+
+    // The first row in view; ensureVisible scrolls as little as possible.
+    int topIndex() const { return m_top; }
+    void ensureVisible(int index);
+    int widthTwips() const { return m_width; }
+    int columnWidthTwips() const { return m_columnWidth; }
+    void setColumnWidthTwips(int width);
+
+    // What the view reports of itself.
+    void setTopIndex(int index) { m_top = index; }
+    void setVisibleRowCount(int rows) { m_visibleRows = rows > 0 ? rows : 1; }
+    void setWidthTwips(int width) { m_width = width; }
+
+    // The user's input, raised by the view (or a test). row is the row under the pointer.
+    void mouseDown(int button, int row) { Q_EMIT mouseDownRaised(button, row); }
+    void mouseUp(int button) { Q_EMIT mouseUpRaised(button); }
+    void keyDown(int keyCode) { Q_EMIT keyDownRaised(keyCode); }
+
+Q_SIGNALS:
+    void rowsReset();
+    void rowAdded(int index);
+    void rowChanged(int index);
+    void selectionChanged();
+    void scrollRequested(int index);
+    void columnWidthChanged();
+    void mouseDownRaised(int button, int row);
+    void mouseUpRaised(int button);
+    void keyDownRaised(int keyCode);
 
 private:
     QVector<ListRow> m_rows;
     int m_selected = -1;
+    int m_top = 0;
+    int m_visibleRows = 20;
+    int m_width = 2400;
+    int m_columnWidth = 1200;
+};
+
+// A date picker.
+class DateControl : public Control
+{
+    Q_OBJECT
+public:
+    using Control::Control;
+    QDate value() const { return m_value; }
+    void setValue(const QDate& value);
+
+private:
+    QDate m_value;
+};
+
+// A menu: its caption is the text, its items are commands ("-" for a separator) or submenus.
+class MenuControl : public Control
+{
+    Q_OBJECT
+public:
+    using Control::Control;
+    void addItem(Control* item) { m_items.append(item); }
+    const QList<Control*>& items() const { return m_items; }
+
+private:
+    QList<Control*> m_items;
 };

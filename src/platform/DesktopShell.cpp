@@ -4,7 +4,14 @@
 #include "BrowserLocator.h"
 #include "DefaultApplication.h"
 
+#include "Controls.h"
+
 #include <QApplication>
+#include <QCursor>
+#include <QDesktopServices>
+#include <QMenu>
+#include <QProcess>
+#include <QUrl>
 #include <QDir>
 #include <QKeyEvent>
 #include <QStandardPaths>
@@ -110,4 +117,47 @@ void DesktopShell::SendKeys(const QString& keys)
         return;
     QCoreApplication::postEvent(target, new QKeyEvent(QEvent::KeyPress, *key, Qt::NoModifier));
     QCoreApplication::postEvent(target, new QKeyEvent(QEvent::KeyRelease, *key, Qt::NoModifier));
+}
+
+void DesktopShell::OpenAddress(const QString& address)
+{
+    // In the followed browser when there is one, else with the desktop's own handler.
+    if (!m_browser.isEmpty() &&
+        QProcess::startDetached(m_browser, {QStringLiteral("--start-maximized"), address}))
+        return;
+    QDesktopServices::openUrl(QUrl::fromUserInput(address));
+}
+
+namespace {
+void fillMenu(QMenu& menu, MenuControl& model, Control* defaultItem)
+{
+    for (Control* item : model.items()) {
+        if (auto* submenu = qobject_cast<MenuControl*>(item)) {
+            QMenu* child = menu.addMenu(submenu->text());
+            child->setEnabled(submenu->isEnabled());
+            fillMenu(*child, *submenu, defaultItem);
+        } else if (item->text() == QLatin1String("-")) {
+            menu.addSeparator();
+        } else if (item->isVisible()) {
+            QAction* action = menu.addAction(item->text());
+            action->setEnabled(item->isEnabled());
+            action->setObjectName(item->objectName());
+            if (item == defaultItem) {
+                QFont bold = action->font();
+                bold.setBold(true);
+                action->setFont(bold);
+                menu.setDefaultAction(action);
+            }
+            QObject::connect(action, &QAction::triggered, item, &Control::click);
+        }
+    }
+}
+} // namespace
+
+void DesktopShell::PopupMenu(MenuControl& menu, Control* defaultItem)
+{
+    QMenu popup(m_keyTarget);
+    popup.setObjectName(menu.objectName());
+    fillMenu(popup, menu, defaultItem);
+    popup.exec(QCursor::pos());
 }

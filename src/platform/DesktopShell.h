@@ -28,6 +28,8 @@ public:
     std::optional<QString> AppDataFolder() override;
     QString ProgramFolder() override;
     void SendKeys(const QString& keys) override;
+    void OpenAddress(const QString& address) override;
+    void PopupMenu(MenuControl& menu, Control* defaultItem) override;
 
 private:
     std::optional<BrowserLocator::VersionInfo> browserVersion();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ShortcutPlatform.h"
+
 #include <QString>
 #include <optional>
 
@@ -21,11 +23,9 @@ struct BrowserIdentity
 
 // The machine services the start-up and the bar need. Calls that cannot be answered throw
 // AppError.
-class ShellServices
+class ShellServices : public ShortcutPlatform
 {
 public:
-    virtual ~ShellServices() = default;
-
     // True when another copy already runs; otherwise this copy now holds the instance lock.
     virtual bool IsAnotherInstanceRunning() = 0;
     virtual BrowserIdentity browserIdentity() = 0;

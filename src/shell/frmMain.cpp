@@ -30,8 +30,21 @@ frmMain::frmMain(const Services& services, QObject* parent)
           IEHolderServices{*this, *this, m_siteFiles, services.shellWindows, m_clock}, *this,
           services.pump)),
       m_capture({*this, m_valueStore, *this, services.pump, m_clock}),
-      m_fill({*this, m_valueStore, *this, services.pump, m_clock})
+      m_fill({*this, m_valueStore, *this, services.pump, m_clock}),
+      m_shortcutList(lvShortcuts, {m_ini, m_siteFiles, *this, m_clock, services.metrics,
+                                   [this] { return m_shortcutsFile; },
+                                   [this] { m_commands->lvShortcuts_Click(); }})
 {
+    buildMenus();
+    m_commands = std::make_unique<ShortcutCommands>(
+        ShortcutCommands::Controls{lvShortcuts, lblEntries, lblLastEntry, txtActive, txtURL,
+                                   cmdAddShortcut, mnuPopup, mnuGotoShortcut, mnuEditShortcut,
+                                   mnuRemoveShortcut},
+        ShortcutCommands::Services{
+            frmShortcut::Services{m_ini, m_siteFiles, *this, m_clock, services.shortcutEditor,
+                                  [this] { return m_shortcutsFile; },
+                                  [this](const QString& keys) { m_shell.SendKeys(keys); }},
+            m_shortcutList, m_boxes, m_shell});
     window.setVisible(false);
     for (size_t i = 0; i < Frame.size(); ++i)
         Frame[i] = std::make_unique<Control>(QStringLiteral("Frame(%1)").arg(i));
@@ -52,6 +65,18 @@ frmMain::frmMain(const Services& services, QObject* parent)
 }
 
 frmMain::~frmMain() = default;
+
+void frmMain::buildMenus()
+{
+    for (Control* item : {&mnuGotoShortcut, &mnuEditShortcut, &mnuRemoveShortcut, &mnuBar})
+        mnuPopup.addItem(item);
+    for (size_t i = 0; i < mnuProfile.size(); ++i) {
+        mnuProfile[i] = std::make_unique<Control>(QStringLiteral("mnuProfile(%1)").arg(i),
+                                                  QStringLiteral("Profile %1").arg(i + 1));
+        mnuCopyToProfile.addItem(mnuProfile[i].get());
+    }
+    mnuPopup.addItem(&mnuCopyToProfile);
+}
 
 frmMain::LoadResult frmMain::Form_Load()
 {
@@ -93,6 +118,7 @@ void frmMain::loadSettingsAndLists()
     m_profilesFile = m_dataFolder + QDir::separator() + QStringLiteral("Profiles.ini");
     m_shortcutsFile =
         m_dataFolder + QDir::separator() + GetProfilePrefix(-1) + QStringLiteral("Shortcuts.ini");
+    m_shortcutList.RequeryShortcuts();
     m_tracking->ResetIEs();
 }
 
@@ -175,8 +201,10 @@ void frmMain::IEHolder_HTMLGotFocus(int Index, const DocPtr& document)
     m_notices.IEHolder_HTMLGotFocus(Index, document);
 }
 
-// Joins the shortcut list, which redraws the row of the visited address.
-void frmMain::IEHolder_UpdateShortcut(int /*Index*/, const QString& /*URL*/) {}
+void frmMain::IEHolder_UpdateShortcut(int /*Index*/, const QString& URL)
+{
+    m_commands->UpdateShortcut(URL);
+}
 
 void frmMain::IEHolder_SetStatus(int /*Index*/, const QString& Text)
 {

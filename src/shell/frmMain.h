@@ -7,6 +7,8 @@
 #include "FormCapture.h"
 #include "FormFill.h"
 #include "PageNotices.h"
+#include "ShortcutCommands.h"
+#include "ShortcutList.h"
 #include "Ini.h"
 #include "SiteFiles.h"
 #include "ValueStore.h"
@@ -21,6 +23,8 @@ class MessageBoxes;
 class MessagePump;
 class SettingsStore;
 class ShellServices;
+class ShortcutEditorDisplay;
+class TextMetrics;
 
 // The main bar: its controls, its lifecycle from load to unload, the status line, pause and the
 // common error report.
@@ -42,6 +46,8 @@ public:
         IniBackend& ini;
         ShellWindowList& shellWindows;
         MessagePump& pump;
+        const TextMetrics& metrics;
+        ShortcutEditorDisplay& shortcutEditor;
     };
 
     enum class LoadResult { Show, End };
@@ -73,6 +79,8 @@ public:
     bool isPaused() const override { return m_paused; }
     bool isAutoJumpChecked() const override { return chkAutoJump.value() == 1; }
     const FormFill& formFill() const { return m_fill; }
+    ShortcutList& shortcutList() { return m_shortcutList; }
+    ShortcutCommands& shortcutCommands() { return *m_commands; }
     BrowserTracking& tracking() { return *m_tracking; }
     const Ini& ini() const { return m_ini; }
     SiteFiles& siteFiles() { return m_siteFiles; }
@@ -106,6 +114,13 @@ public:
     Control cmdExit{QStringLiteral("cmdExit"), QStringLiteral("E&xit")};
     Control StatusBar{QStringLiteral("StatusBar")};
     TimerControl TimerClearStatus{QStringLiteral("TimerClearStatus"), 500};
+    MenuControl mnuPopup{QStringLiteral("mnuPopup")};
+    Control mnuGotoShortcut{QStringLiteral("mnuGotoShortcut"), QStringLiteral("&Goto Shortcut")};
+    Control mnuEditShortcut{QStringLiteral("mnuEditShortcut"), QStringLiteral("&Edit Shortcut")};
+    Control mnuRemoveShortcut{QStringLiteral("mnuRemoveShortcut"), QStringLiteral("&Remove Shortcut")};
+    Control mnuBar{QStringLiteral("mnuBar"), QStringLiteral("-")};
+    MenuControl mnuCopyToProfile{QStringLiteral("mnuCopyToProfile"), QStringLiteral("&Copy to Profile")};
+    std::array<std::unique_ptr<Control>, 5> mnuProfile;
 
 Q_SIGNALS:
     // The bar is to close; the window then runs Form_Unload.
@@ -113,6 +128,7 @@ Q_SIGNALS:
 
 private:
     float secondsSinceMidnight() const;
+    void buildMenus();
     void loadSettingsAndLists();
 
     ShellServices& m_shell;
@@ -126,6 +142,8 @@ private:
     FormCapture m_capture;
     FormFill m_fill;
     PageNotices m_notices{txtActive, txtURL, imgCookie};
+    ShortcutList m_shortcutList;
+    std::unique_ptr<ShortcutCommands> m_commands;
 
     bool m_paused = false;
     QString m_helpFile;

@@ -45,6 +45,11 @@ std::optional<QDateTime> DateText::toDateTime(const QString& text)
     if (const QDate iso = QDate::fromString(trimmed, Qt::ISODate); iso.isValid())
         return iso.startOfDay();
     const QLocale user;
+    // What display() shows reads back too.
+    for (const QString& format : {shortDateFormat(user) + QStringLiteral(" h:mm AP"), shortDateFormat(user)}) {
+        if (const QDateTime value = user.toDateTime(trimmed, format); value.isValid())
+            return value;
+    }
     for (const auto form : {QLocale::ShortFormat, QLocale::LongFormat}) {
         if (const QDateTime value = user.toDateTime(trimmed, form); value.isValid())
             return value;

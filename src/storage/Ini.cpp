@@ -21,6 +21,11 @@ int Ini::WriteINI(const QString& section, const QString& key, const QString& val
     return m_backend.writeEntry(file, section, key, value) ? 1 : 0;
 }
 
+QStringList Ini::SectionNames(const QString& file) const
+{
+    return m_backend.sectionNames(file);
+}
+
 bool SameText(const QString& a, const QString& b)
 {
     return TrimSpaces(a.toUpper()) == TrimSpaces(b.toUpper());

@@ -18,6 +18,8 @@ public:
     // Writes the value as it is; the result is the success flag, which no caller needs.
     int WriteINI(const QString& section, const QString& key, const QString& value,
                  const QString& file) const;
+    // The sections the file holds, as stored (escaped characters stay escaped).
+    QStringList SectionNames(const QString& file) const;
 
 private:
     IniBackend& m_backend;

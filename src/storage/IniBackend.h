@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 // The INI files themselves: one entry at a time, as the operating system's profile calls did.
@@ -13,6 +14,9 @@ public:
     // nullopt when the file, section or key is missing or the file cannot be read.
     virtual std::optional<QString> readEntry(const QString& file, const QString& section,
                                              const QString& key) = 0;
+
+    // The names of the file's sections, in file order; empty when it cannot be read.
+    virtual QStringList sectionNames(const QString& file) = 0;
 
     // Writes the value unchanged; false when nothing could be written (the file is then as
     // it was).

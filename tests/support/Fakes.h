@@ -9,6 +9,8 @@
 #include "MessagePump.h"
 #include "SettingsStore.h"
 #include "ShellServices.h"
+#include "TextMetrics.h"
+#include "frmShortcut.h"
 
 #include <QMap>
 #include <QStringList>
@@ -88,6 +90,10 @@ public:
     QString programFolder;
     QStringList keysSent;
     QStringList filesAskedFor;
+    QStringList opened;
+    // What the user does with a pop-up menu once it is shown.
+    std::function<void(MenuControl&, Control*)> onPopup;
+    int popups = 0;
 
     bool IsAnotherInstanceRunning() override { return anotherInstance; }
     BrowserIdentity browserIdentity() override { return identity; }
@@ -116,6 +122,13 @@ public:
     }
     QString ProgramFolder() override { return programFolder; }
     void SendKeys(const QString& keys) override { keysSent << keys; }
+    void OpenAddress(const QString& address) override { opened << address; }
+    void PopupMenu(MenuControl& menu, Control* defaultItem) override
+    {
+        ++popups;
+        if (onPopup)
+            onPopup(menu, defaultItem);
+    }
 };
 
 // A message pump whose turn runs what tests have queued for it, as events arriving meanwhile.
@@ -131,5 +144,26 @@ public:
         pending.clear();
         for (auto& action : now)
             action();
+    }
+};
+
+// Every character is 100 twips wide.
+class FakeTextMetrics : public TextMetrics
+{
+public:
+    int TextWidth(const QString& text, double) const override { return 100 * static_cast<int>(text.size()); }
+};
+
+// The shortcut editor shown modally: what the user does in it is scripted by the test.
+class FakeEditorDisplay : public ShortcutEditorDisplay
+{
+public:
+    std::function<void(frmShortcut&)> user;
+    int shown = 0;
+    void ShowModal(frmShortcut& form) override
+    {
+        ++shown;
+        if (user)
+            user(form);
     }
 };

@@ -46,5 +46,7 @@ struct FormFixture
     IniFileStore ini;
     ModelShell shellWindows;
     ImmediatePump pump;
-    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump}};
+    FakeTextMetrics metrics;
+    FakeEditorDisplay editor;
+    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor}};
 };

@@ -174,6 +174,16 @@ bool IniDocument::setValue(const QString& section, const QString& key, const QSt
     return true;
 }
 
+QStringList IniDocument::sectionNames() const
+{
+    QStringList names;
+    for (const Line& line : m_lines) {
+        if (line.kind == Kind::Section)
+            names << line.name;
+    }
+    return names;
+}
+
 QString IniDocument::text() const
 {
     QString text;

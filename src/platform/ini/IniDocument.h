@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <optional>
 #include <vector>
 
@@ -17,6 +18,7 @@ public:
     bool setValue(const QString& section, const QString& key, const QString& value);
 
     QString text() const;
+    QStringList sectionNames() const;
 
     // How a name is written in the file. Characters that would end the name early or turn the
     // line into something else are written as %XX: "]" in a section; "=" and a leading "[" or

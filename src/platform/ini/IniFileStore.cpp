@@ -115,6 +115,12 @@ std::optional<QString> IniFileStore::readEntry(const QString& file, const QStrin
     return parsed->document.value(asStored(section), asStored(key));
 }
 
+QStringList IniFileStore::sectionNames(const QString& file)
+{
+    const auto parsed = load(file);
+    return parsed ? parsed->document.sectionNames() : QStringList();
+}
+
 bool IniFileStore::writeEntry(const QString& file, const QString& section, const QString& key,
                               const QString& value)
 {

@@ -19,6 +19,7 @@ public:
 
     std::optional<QString> readEntry(const QString& file, const QString& section,
                                      const QString& key) override;
+    QStringList sectionNames(const QString& file) override;
     bool writeEntry(const QString& file, const QString& section, const QString& key,
                     const QString& value) override;
 

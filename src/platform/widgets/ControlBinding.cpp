@@ -1,10 +1,15 @@
 #include "ControlBinding.h"
 
 #include "Controls.h"
+#include "StateIcons.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDateEdit>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScrollBar>
 #include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -116,27 +121,145 @@ void ControlBinding::bindCombo(ComboControl& control, QComboBox* widget)
                      [&control](int index) { control.setListIndex(index); });
 }
 
+namespace {
+constexpr int TwipsPerPixel = 15;
+
+// Keeps the list model told of the view's size, scroll position and the user's mouse and keys.
+class ListWatcher : public QObject
+{
+public:
+    ListWatcher(ListViewControl& control, QTreeWidget* widget)
+        : QObject(widget), m_control(control), m_widget(widget)
+    {
+        widget->installEventFilter(this);
+        widget->viewport()->installEventFilter(this);
+    }
+
+    void reportGeometry()
+    {
+        m_control.setWidthTwips(m_widget->width() * TwipsPerPixel);
+        const int rowHeight = std::max(1, m_widget->sizeHintForRow(0) > 0 ? m_widget->sizeHintForRow(0) : 16);
+        m_control.setVisibleRowCount(m_widget->viewport()->height() / rowHeight);
+        const QModelIndex top = m_widget->indexAt(QPoint(1, 1));
+        m_control.setTopIndex(top.isValid() ? top.row() : 0);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        switch (event->type()) {
+        case QEvent::Resize:
+            reportGeometry();
+            break;
+        case QEvent::KeyPress:
+            if (watched == m_widget)
+                m_control.keyDown(keyCode(static_cast<QKeyEvent*>(event)->key()));
+            break;
+        case QEvent::MouseButtonPress: {
+            auto* mouse = static_cast<QMouseEvent*>(event);
+            if (watched == m_widget->viewport() && mouse->button() == Qt::RightButton) {
+                const QModelIndex under = m_widget->indexAt(mouse->position().toPoint());
+                m_control.mouseDown(2, under.isValid() ? under.row() : -1);
+                return true;
+            }
+            break;
+        }
+        case QEvent::MouseButtonRelease:
+            if (watched == m_widget->viewport() &&
+                static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+                m_control.mouseUp(2);
+                return true;
+            }
+            break;
+        default:
+            break;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    static int keyCode(int qtKey)
+    {
+        return (qtKey == Qt::Key_Return || qtKey == Qt::Key_Enter) ? 13 : qtKey;
+    }
+
+    ListViewControl& m_control;
+    QTreeWidget* m_widget;
+};
+
+void showRow(QTreeWidgetItem* item, const ListRow& row)
+{
+    item->setText(0, row.text);
+    item->setToolTip(0, row.toolTip);
+    item->setData(0, Qt::UserRole, row.tag);
+    item->setIcon(0, StateIcon(row.icon));
+}
+} // namespace
+
 void ControlBinding::bindList(ListViewControl& control, QTreeWidget* widget)
 {
     bindCommon(control, widget);
-    const auto show = [&control, widget] {
+    auto* watcher = new ListWatcher(control, widget);
+    const auto showSelection = [&control, widget] {
         const QSignalBlocker quiet(widget);
-        widget->clear();
-        for (const ListRow& row : control.rows()) {
-            auto* item = new QTreeWidgetItem(widget, {row.text});
-            item->setToolTip(0, row.toolTip);
-            item->setData(0, Qt::UserRole, row.tag);
-        }
         if (control.selectedIndex() >= 0)
             widget->setCurrentItem(widget->topLevelItem(control.selectedIndex()));
+        else {
+            widget->setCurrentItem(nullptr);
+            widget->clearSelection();
+        }
     };
-    show();
-    QObject::connect(&control, &Control::changed, widget, show);
+    const auto reset = [&control, widget, showSelection] {
+        const QSignalBlocker quiet(widget);
+        widget->clear();
+        for (int i = 0; i < control.count(); ++i)
+            showRow(new QTreeWidgetItem(widget), control.row(i));
+        showSelection();
+    };
+    reset();
+    widget->setColumnWidth(0, control.columnWidthTwips() / TwipsPerPixel);
+    QObject::connect(&control, &ListViewControl::rowsReset, widget, reset);
+    QObject::connect(&control, &ListViewControl::rowAdded, widget, [&control, widget](int index) {
+        const QSignalBlocker quiet(widget);
+        auto* item = new QTreeWidgetItem;
+        showRow(item, control.row(index));
+        widget->insertTopLevelItem(index, item);
+    });
+    QObject::connect(&control, &ListViewControl::rowChanged, widget, [&control, widget](int index) {
+        showRow(widget->topLevelItem(index), control.row(index));
+    });
+    QObject::connect(&control, &ListViewControl::selectionChanged, widget, showSelection);
+    QObject::connect(&control, &ListViewControl::scrollRequested, widget, [widget, watcher](int index) {
+        widget->scrollToItem(widget->topLevelItem(index), QAbstractItemView::EnsureVisible);
+        watcher->reportGeometry();
+    });
+    QObject::connect(&control, &ListViewControl::columnWidthChanged, widget, [&control, widget] {
+        widget->setColumnWidth(0, control.columnWidthTwips() / TwipsPerPixel);
+    });
+    QObject::connect(widget->verticalScrollBar(), &QScrollBar::valueChanged, widget,
+                     [watcher] { watcher->reportGeometry(); });
+    QObject::connect(widget, &QTreeWidget::currentItemChanged, &control, [&control, widget] {
+        control.setSelectedIndex(widget->indexOfTopLevelItem(widget->currentItem()));
+        control.click();
+    });
     QObject::connect(widget, &QTreeWidget::itemClicked, &control, [&control, widget] {
         control.setSelectedIndex(widget->indexOfTopLevelItem(widget->currentItem()));
         control.click();
     });
     QObject::connect(widget, &QTreeWidget::itemDoubleClicked, &control, &Control::doubleClick);
+}
+
+void ControlBinding::bindDate(DateControl& control, QDateEdit* widget)
+{
+    bindCommon(control, widget);
+    const auto show = [&control, widget] {
+        const QSignalBlocker quiet(widget);
+        widget->setDate(control.value());
+    };
+    show();
+    QObject::connect(&control, &Control::changed, widget, show);
+    QObject::connect(widget, &QDateEdit::dateChanged, &control,
+                     [&control](const QDate& date) { control.setValue(date); });
 }
 
 void ControlBinding::bindTimer(TimerControl& control, QObject* owner)

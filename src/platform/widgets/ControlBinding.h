@@ -6,6 +6,8 @@ class Control;
 class ListViewControl;
 class QCheckBox;
 class QComboBox;
+class QDateEdit;
+class DateControl;
 class QObject;
 class QTreeWidget;
 class QWidget;
@@ -19,6 +21,7 @@ void bind(Control& control, QWidget* widget);
 void bindCheckBox(CheckBoxControl& control, QCheckBox* widget);
 void bindCombo(ComboControl& control, QComboBox* widget);
 void bindList(ListViewControl& control, QTreeWidget* widget);
+void bindDate(DateControl& control, QDateEdit* widget);
 // A real timer raising the model's timer() while the model is enabled.
 void bindTimer(TimerControl& control, QObject* owner);
 } // namespace ControlBinding

@@ -95,7 +95,9 @@ TEST_F(TestGuiMainWindow, StatusLineClearsItselfOnTheRealTimer)
     IniFileStore ini;
     ModelShell shellWindows;
     ImmediatePump pump;
-    frmMain form({shell, settings, boxes, realClock, ini, shellWindows, pump});
+    FakeTextMetrics metrics;
+    FakeEditorDisplay editor;
+    frmMain form({shell, settings, boxes, realClock, ini, shellWindows, pump, metrics, editor});
     MainWindow live(form);
     form.ShowStatus(QStringLiteral("Filling"));
     auto* status = live.findChild<QLabel*>(QStringLiteral("StatusBar"));

@@ -85,6 +85,9 @@ void ControlBinding::bind(Control& control, QWidget* widget)
     bindCommon(control, widget, !button);
     if (button)
         QObject::connect(button, &QAbstractButton::clicked, &control, &Control::click);
+    // What the user types reaches the model; the model's own changes come back unchanged.
+    if (auto* edit = qobject_cast<QLineEdit*>(widget))
+        QObject::connect(edit, &QLineEdit::textChanged, &control, &Control::setText);
 }
 
 void ControlBinding::bindCheckBox(CheckBoxControl& control, QCheckBox* widget)
@@ -117,7 +120,7 @@ void ControlBinding::bindCombo(ComboControl& control, QComboBox* widget)
     };
     show();
     QObject::connect(&control, &Control::changed, widget, show);
-    QObject::connect(widget, &QComboBox::activated, &control,
+    QObject::connect(widget, &QComboBox::currentIndexChanged, &control,
                      [&control](int index) { control.setListIndex(index); });
 }
 

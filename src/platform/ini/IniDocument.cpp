@@ -19,11 +19,6 @@ QString trimBlanks(QStringView text)
     return text.mid(begin, end - begin).toString();
 }
 
-bool sameName(const QString& a, const QString& b)
-{
-    return a.compare(b, Qt::CaseInsensitive) == 0;
-}
-
 bool hasLineBreakOrNul(const QString& text)
 {
     return text.contains(QLatin1Char('\r')) || text.contains(QLatin1Char('\n')) ||
@@ -93,25 +88,42 @@ std::optional<QString> IniDocument::keyAsStored(const QString& key)
     return name;
 }
 
+const IniDocument::Index& IniDocument::index() const
+{
+    if (m_index)
+        return *m_index;
+    Index built;
+    QString section;
+    bool inSection = false;
+    for (size_t i = 0; i < m_lines.size(); ++i) {
+        const Line& line = m_lines[i];
+        if (line.kind == Kind::Section) {
+            section = line.name.toCaseFolded();
+            built.headers[section].push_back(i);
+            inSection = true;
+        } else if (line.kind == Kind::Entry && inSection) {
+            // The first entry of a name wins, across repeated sections too.
+            const QString key = section + QLatin1Char('\n') + line.name.toCaseFolded();
+            if (!built.entries.contains(key))
+                built.entries.insert(key, i);
+        }
+    }
+    m_index = std::move(built);
+    return *m_index;
+}
+
 std::vector<size_t> IniDocument::sectionHeaders(const QString& name) const
 {
-    std::vector<size_t> headers;
-    for (size_t i = 0; i < m_lines.size(); ++i) {
-        if (m_lines[i].kind == Kind::Section && sameName(m_lines[i].name, name))
-            headers.push_back(i);
-    }
-    return headers;
+    return index().headers.value(name.toCaseFolded());
 }
 
 std::optional<size_t> IniDocument::findEntry(const QString& section, const QString& name) const
 {
-    for (size_t header : sectionHeaders(section)) {
-        for (size_t i = header + 1; i < m_lines.size() && m_lines[i].kind != Kind::Section; ++i) {
-            if (m_lines[i].kind == Kind::Entry && sameName(m_lines[i].name, name))
-                return i;
-        }
-    }
-    return std::nullopt;
+    const auto& entries = index().entries;
+    const auto found = entries.constFind(section.toCaseFolded() + QLatin1Char('\n') + name.toCaseFolded());
+    if (found == entries.constEnd())
+        return std::nullopt;
+    return *found;
 }
 
 std::optional<QString> IniDocument::value(const QString& section, const QString& key) const
@@ -154,7 +166,8 @@ bool IniDocument::setValue(const QString& section, const QString& key, const QSt
     }
 
     const QString entryText = *storedKey + QLatin1Char('=') + stored;
-    const auto headers = sectionHeaders(*storedSection);
+    const auto headers = index().headers.value(storedSection->toCaseFolded());
+    m_index.reset();
     if (headers.empty()) {
         ensureLastLineEnded();
         m_lines.push_back(parseLine(QLatin1Char('[') + *storedSection + QLatin1Char(']'), CrLf));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <optional>
@@ -43,6 +44,14 @@ private:
     std::vector<size_t> sectionHeaders(const QString& section) const;
     std::optional<size_t> findEntry(const QString& section, const QString& key) const;
     void ensureLastLineEnded();
+    // Lookups by name, built on first use and dropped at every change.
+    struct Index
+    {
+        QHash<QString, std::vector<size_t>> headers; // folded section name -> header lines
+        QHash<QString, size_t> entries;              // folded section + "\n" + key -> line
+    };
+    const Index& index() const;
 
     std::vector<Line> m_lines;
+    mutable std::optional<Index> m_index;
 };

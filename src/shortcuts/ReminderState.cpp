@@ -30,6 +30,17 @@ std::optional<int> ShortcutState(const QDate& start, int reminder, const QDate& 
         throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
 
     const int icon = StateIcon::Daily + reminder - 1;
+    if (reminder < 3) {
+        // Fixed intervals: go straight to the first reminder date on or after the last visit.
+        const qint64 step = reminder == 1 ? 1 : 7;
+        qint64 k = 1;
+        if (lastVisit.isValid() && start.daysTo(lastVisit) > step)
+            k = (start.daysTo(lastVisit) + step - 1) / step;
+        if (k > MaxReminderDates)
+            return icon;
+        const QDate date = start.addDays(step * k);
+        return (!lastVisit.isValid() || date >= lastVisit) && date < today ? StateIcon::Due : icon;
+    }
     for (int k = 1; k <= MaxReminderDates; ++k) {
         const QDate date = reminderDate(start, reminder, k);
         if ((!lastVisit.isValid() || date >= lastVisit) && date < today)

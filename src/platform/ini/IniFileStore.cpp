@@ -13,9 +13,11 @@
 
 namespace {
 const QByteArray Utf8Bom = QByteArrayLiteral("\xEF\xBB\xBF");
-// Larger files are parsed on every call rather than held in memory.
+// Larger files are parsed on every call rather than held in memory; the cache as a whole is
+// kept to a few megabytes however many small site files it holds.
+constexpr qint64 MaxCachedFileBytes = 4 * 1024 * 1024;
 constexpr qint64 MaxCachedBytes = 8 * 1024 * 1024;
-constexpr int MaxCachedFiles = 64;
+constexpr int MaxCachedFiles = 4096;
 
 // What identifies one version of a file on disk; a missing file has no stamp.
 struct Stamp
@@ -73,7 +75,7 @@ std::shared_ptr<const IniFileStore::Parsed> IniFileStore::load(const QString& fi
 {
     const Stamp stamp = stampOf(file);
     if (!stamp.exists) {
-        m_cache.remove(file);
+        forget(file);
         return std::make_shared<const Parsed>();
     }
     if (const auto cached = m_cache.value(file); cached && cached->stamp == stamp)
@@ -97,13 +99,23 @@ std::shared_ptr<const IniFileStore::Parsed> IniFileStore::load(const QString& fi
 
 void IniFileStore::remember(const QString& file, std::shared_ptr<const Parsed> parsed)
 {
-    if (parsed->stamp.size > MaxCachedBytes) {
-        m_cache.remove(file);
+    forget(file);
+    if (parsed->stamp.size > MaxCachedFileBytes)
         return;
-    }
-    if (m_cache.size() >= MaxCachedFiles && !m_cache.contains(file))
-        m_cache.erase(m_cache.begin());
+    while (!m_cache.isEmpty() &&
+           (m_cache.size() >= MaxCachedFiles || m_cachedBytes + parsed->stamp.size > MaxCachedBytes))
+        forget(m_cache.begin().key());
+    m_cachedBytes += parsed->stamp.size;
     m_cache.insert(file, std::move(parsed));
+}
+
+void IniFileStore::forget(const QString& file)
+{
+    const auto found = m_cache.constFind(file);
+    if (found == m_cache.constEnd())
+        return;
+    m_cachedBytes -= (*found)->stamp.size;
+    m_cache.erase(found);
 }
 
 std::optional<QString> IniFileStore::readEntry(const QString& file, const QString& section,
@@ -147,7 +159,7 @@ bool IniFileStore::writeEntry(const QString& file, const QString& section, const
         out.write(Utf8Bom);
     out.write(Cp1252::encode(updated->document.text()));
     if (!out.commit()) {
-        m_cache.remove(file);
+        forget(file);
         return false;
     }
     updated->stamp = stampOf(file);

@@ -28,6 +28,8 @@ private:
     // nullopt when the file exists but cannot be read; an empty document when it is missing.
     std::shared_ptr<const Parsed> load(const QString& file);
     void remember(const QString& file, std::shared_ptr<const Parsed> parsed);
+    void forget(const QString& file);
 
     QHash<QString, std::shared_ptr<const Parsed>> m_cache;
+    qint64 m_cachedBytes = 0;
 };

@@ -48,7 +48,8 @@ int main(int argc, char** argv)
     ImmediatePump pump;
     QtTextMetrics metrics;
     FakeEditorDisplay editor;
-    frmMain form({shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor});
+    FakeProfilesDisplay profilesEditor;
+    frmMain form({shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor, profilesEditor});
     form.Form_Load();
 
     const QString file = form.ShortcutsFile();

@@ -7,6 +7,7 @@
 #include "QtMessageBoxes.h"
 #include "QtMessagePump.h"
 #include "QtTextMetrics.h"
+#include "ProfilesDialog.h"
 #include "ShortcutDialog.h"
 #include "QtSettingsStore.h"
 #include "frmMain.h"
@@ -30,16 +31,20 @@ int main(int argc, char* argv[])
     ModelShell shellWindows;
     QtTextMetrics metrics;
     ShortcutDialogDisplay shortcutEditor;
+    ProfilesDialogDisplay profilesEditor;
 
-    frmMain form({shell, settings, boxes, clock, ini, shellWindows, pump, metrics, shortcutEditor});
+    frmMain form({shell, settings, boxes, clock, ini, shellWindows, pump, metrics, shortcutEditor,
+                  profilesEditor});
     MainWindow window(form);
     shell.setKeyTarget(&window);
     boxes.setParentWindow(&window);
     shortcutEditor.setParentWindow(&window);
+    profilesEditor.setParentWindow(&window);
 
     if (form.Form_Load() == frmMain::LoadResult::End)
         return 0;
     shortcutEditor.setHelpFile(form.HelpFile());
+    profilesEditor.setHelpFile(form.HelpFile());
     window.show();
     return app.exec();
 }

@@ -67,6 +67,7 @@ public:
     using Control::Control;
     QStringList items() const { return m_items; }
     void setItems(const QStringList& items);
+    void addItem(const QString& text) { setItems(m_items + QStringList{text}); }
     void setItem(int index, const QString& text);
     int listIndex() const { return m_listIndex; }
     void setListIndex(int index);

@@ -45,6 +45,7 @@ frmMain::frmMain(const Services& services, QObject* parent)
                                   [this] { return m_shortcutsFile; },
                                   [this](const QString& keys) { m_shell.SendKeys(keys); }},
             m_shortcutList, m_boxes, m_shell});
+    buildProfiles(services);
     window.setVisible(false);
     for (size_t i = 0; i < Frame.size(); ++i)
         Frame[i] = std::make_unique<Control>(QStringLiteral("Frame(%1)").arg(i));
@@ -76,6 +77,31 @@ void frmMain::buildMenus()
         mnuCopyToProfile.addItem(mnuProfile[i].get());
     }
     mnuPopup.addItem(&mnuCopyToProfile);
+}
+
+void frmMain::buildProfiles(const Services& services)
+{
+    std::array<Control*, 5> menu;
+    for (size_t i = 0; i < menu.size(); ++i)
+        menu[i] = mnuProfile[i].get();
+    m_profiles = std::make_unique<Profiles>(
+        Profiles::Controls{cboProfiles, cmdProfiles, menu},
+        Profiles::Services{m_ini, m_settings, *this, m_shortcutList, services.shellWindows,
+                           services.profilesEditor, [this] { return m_profilesFile; },
+                           [this] { resetShortcutsFile(); },
+                           [this] { return window.isVisible(); }});
+    m_copy = std::make_unique<CopyToProfile>(lvShortcuts, m_ini, *this,
+                                             [this] { return m_shortcutsFile; });
+    for (size_t i = 0; i < mnuProfile.size(); ++i) {
+        connect(mnuProfile[i].get(), &Control::clicked, this,
+                [this, i] { m_copy->mnuProfile_Click(static_cast<int>(i)); });
+    }
+}
+
+void frmMain::resetShortcutsFile()
+{
+    m_shortcutsFile =
+        m_dataFolder + QDir::separator() + GetProfilePrefix(-1) + QStringLiteral("Shortcuts.ini");
 }
 
 frmMain::LoadResult frmMain::Form_Load()
@@ -116,8 +142,8 @@ void frmMain::loadSettingsAndLists()
     ShowStatus(QString());
     m_tracking->start();
     m_profilesFile = m_dataFolder + QDir::separator() + QStringLiteral("Profiles.ini");
-    m_shortcutsFile =
-        m_dataFolder + QDir::separator() + GetProfilePrefix(-1) + QStringLiteral("Shortcuts.ini");
+    m_profiles->RequeryProfiles();
+    resetShortcutsFile();
     m_shortcutList.RequeryShortcuts();
     m_tracking->ResetIEs();
 }

@@ -7,6 +7,8 @@
 #include "FormCapture.h"
 #include "FormFill.h"
 #include "PageNotices.h"
+#include "CopyToProfile.h"
+#include "Profiles.h"
 #include "ShortcutCommands.h"
 #include "ShortcutList.h"
 #include "Ini.h"
@@ -23,6 +25,7 @@ class MessageBoxes;
 class MessagePump;
 class SettingsStore;
 class ShellServices;
+class ProfilesEditorDisplay;
 class ShortcutEditorDisplay;
 class TextMetrics;
 
@@ -48,6 +51,7 @@ public:
         MessagePump& pump;
         const TextMetrics& metrics;
         ShortcutEditorDisplay& shortcutEditor;
+        ProfilesEditorDisplay& profilesEditor;
     };
 
     enum class LoadResult { Show, End };
@@ -81,6 +85,7 @@ public:
     const FormFill& formFill() const { return m_fill; }
     ShortcutList& shortcutList() { return m_shortcutList; }
     ShortcutCommands& shortcutCommands() { return *m_commands; }
+    Profiles& profiles() { return *m_profiles; }
     BrowserTracking& tracking() { return *m_tracking; }
     const Ini& ini() const { return m_ini; }
     SiteFiles& siteFiles() { return m_siteFiles; }
@@ -129,6 +134,8 @@ Q_SIGNALS:
 private:
     float secondsSinceMidnight() const;
     void buildMenus();
+    void buildProfiles(const Services& services);
+    void resetShortcutsFile();
     void loadSettingsAndLists();
 
     ShellServices& m_shell;
@@ -144,6 +151,8 @@ private:
     PageNotices m_notices{txtActive, txtURL, imgCookie};
     ShortcutList m_shortcutList;
     std::unique_ptr<ShortcutCommands> m_commands;
+    std::unique_ptr<Profiles> m_profiles;
+    std::unique_ptr<CopyToProfile> m_copy;
 
     bool m_paused = false;
     QString m_helpFile;

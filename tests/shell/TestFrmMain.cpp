@@ -113,7 +113,7 @@ TEST(Settings, AutojumpIsReadAsANumberAndBothAreSavedAtUnload)
         EXPECT_EQ(f.form.chkAutoJump.value(), c.checked) << c.stored.value_or("<none>").toStdString();
         f.form.Form_Unload();
         EXPECT_EQ(f.settings.values.value(QStringLiteral("Settings/Autojump")), QString::number(c.checked));
-        EXPECT_EQ(f.settings.values.value(QStringLiteral("Settings/Profile")), QStringLiteral("-1"));
+        EXPECT_EQ(f.settings.values.value(QStringLiteral("Settings/Profile")), QStringLiteral("0"));
     }
 }
 
@@ -125,6 +125,11 @@ TEST(Settings, UnloadGoesOnWhenTheStoreFails)
     f.form.Form_Unload();
     EXPECT_TRUE(f.boxes.shown.empty());
     EXPECT_FALSE(f.settings.values.contains(QStringLiteral("Settings/Autojump")));
+    EXPECT_EQ(f.settings.values.value(QStringLiteral("Settings/Profile")), QStringLiteral("0"));
+
+    // With no profile selected, -1 is saved.
+    f.form.cboProfiles.setListIndex(-1);
+    f.form.Form_Unload();
     EXPECT_EQ(f.settings.values.value(QStringLiteral("Settings/Profile")), QStringLiteral("-1"));
 }
 

@@ -10,6 +10,7 @@
 #include "SettingsStore.h"
 #include "ShellServices.h"
 #include "TextMetrics.h"
+#include "frmProfiles.h"
 #include "frmShortcut.h"
 
 #include <QMap>
@@ -161,6 +162,20 @@ public:
     std::function<void(frmShortcut&)> user;
     int shown = 0;
     void ShowModal(frmShortcut& form) override
+    {
+        ++shown;
+        if (user)
+            user(form);
+    }
+};
+
+// The profile names dialog shown modally, scripted by the test.
+class FakeProfilesDisplay : public ProfilesEditorDisplay
+{
+public:
+    std::function<void(frmProfiles&)> user;
+    int shown = 0;
+    void ShowModal(frmProfiles& form) override
     {
         ++shown;
         if (user)

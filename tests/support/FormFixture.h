@@ -48,5 +48,6 @@ struct FormFixture
     ImmediatePump pump;
     FakeTextMetrics metrics;
     FakeEditorDisplay editor;
-    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor}};
+    FakeProfilesDisplay profilesEditor;
+    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor, profilesEditor}};
 };

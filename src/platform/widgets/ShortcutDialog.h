@@ -2,11 +2,13 @@
 
 #include "frmShortcut.h"
 
+class QWidget;
+
 // The shortcut editor as a real modal dialog, kept above the browser windows.
 class ShortcutDialogDisplay : public ShortcutEditorDisplay
 {
 public:
-    void setParentWindow(class QWidget* parent) { m_parent = parent; }
+    void setParentWindow(QWidget* parent) { m_parent = parent; }
     void setHelpFile(const QString& helpFile) { m_helpFile = helpFile; }
     void ShowModal(frmShortcut& form) override;
 

@@ -97,7 +97,8 @@ TEST_F(TestGuiMainWindow, StatusLineClearsItselfOnTheRealTimer)
     ImmediatePump pump;
     FakeTextMetrics metrics;
     FakeEditorDisplay editor;
-    frmMain form({shell, settings, boxes, realClock, ini, shellWindows, pump, metrics, editor});
+    FakeProfilesDisplay profilesEditor;
+    frmMain form({shell, settings, boxes, realClock, ini, shellWindows, pump, metrics, editor, profilesEditor});
     MainWindow live(form);
     form.ShowStatus(QStringLiteral("Filling"));
     auto* status = live.findChild<QLabel*>(QStringLiteral("StatusBar"));

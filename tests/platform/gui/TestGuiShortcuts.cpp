@@ -67,7 +67,8 @@ protected:
     ImmediatePump pump;
     FakeTextMetrics metrics;
     ShortcutDialogDisplay editor;
-    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor}};
+    FakeProfilesDisplay profilesEditor;
+    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor, profilesEditor}};
     MainWindow window{form};
     QTreeWidget* list = nullptr;
 };

@@ -49,7 +49,8 @@ int main(int argc, char** argv)
     QtTextMetrics metrics;
     FakeEditorDisplay editor;
     FakeProfilesDisplay profilesEditor;
-    frmMain form({shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor, profilesEditor});
+    FakeDocking docking;
+    frmMain form({shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor, profilesEditor, docking});
     form.Form_Load();
 
     const QString file = form.ShortcutsFile();

@@ -9,10 +9,13 @@
 #include "QtTextMetrics.h"
 #include "ProfilesDialog.h"
 #include "ShortcutDialog.h"
+#include "TerminationSignals.h"
+#include "WidgetDocking.h"
 #include "QtSettingsStore.h"
 #include "frmMain.h"
 
 #include <QApplication>
+#include <QFont>
 
 int main(int argc, char* argv[])
 {
@@ -20,6 +23,10 @@ int main(int argc, char* argv[])
     QApplication::setApplicationName(QStringLiteral("Tolvane"));
     QApplication::setOrganizationName(QStringLiteral("Tolvane"));
     QApplication::setQuitOnLastWindowClosed(false);
+    // Tahoma is rare outside Windows; a narrow sans keeps the bar's texts inside their boxes.
+    QFont::insertSubstitutions(QStringLiteral("Tahoma"),
+                               {QStringLiteral("DejaVu Sans Condensed"), QStringLiteral("Liberation Sans Narrow"),
+                                QStringLiteral("Nimbus Sans Narrow"), QStringLiteral("Liberation Sans")});
 
     SystemClock clock;
     DesktopShell shell;
@@ -32,10 +39,12 @@ int main(int argc, char* argv[])
     QtTextMetrics metrics;
     ShortcutDialogDisplay shortcutEditor;
     ProfilesDialogDisplay profilesEditor;
+    WidgetDocking docking;
 
     frmMain form({shell, settings, boxes, clock, ini, shellWindows, pump, metrics, shortcutEditor,
-                  profilesEditor});
+                  profilesEditor, docking});
     MainWindow window(form);
+    docking.setWindow(&window);
     shell.setKeyTarget(&window);
     boxes.setParentWindow(&window);
     shortcutEditor.setParentWindow(&window);
@@ -43,6 +52,7 @@ int main(int argc, char* argv[])
 
     if (form.Form_Load() == frmMain::LoadResult::End)
         return 0;
+    TerminationSignals::install([&window] { window.close(); });
     shortcutEditor.setHelpFile(form.HelpFile());
     profilesEditor.setHelpFile(form.HelpFile());
     window.show();

@@ -39,6 +39,14 @@ void Control::setToolTip(const QString& toolTip)
     notify();
 }
 
+void Control::setGeometry(const QRect& twips)
+{
+    if (twips == m_geometry)
+        return;
+    m_geometry = twips;
+    notify();
+}
+
 void CheckBoxControl::setValue(int value)
 {
     if (value == m_value)

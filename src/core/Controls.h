@@ -3,6 +3,7 @@
 #include <QDate>
 #include <QList>
 #include <QObject>
+#include <QRect>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -23,6 +24,10 @@ public:
     void setVisible(bool visible);
     QString toolTip() const { return m_toolTip; }
     void setToolTip(const QString& toolTip);
+    // Position and size in twips inside the parent; an empty rectangle means "placed by the view".
+    QRect geometry() const { return m_geometry; }
+    void setGeometry(const QRect& twips);
+    void setHeight(int twips) { setGeometry(QRect(m_geometry.topLeft(), QSize(m_geometry.width(), twips))); }
 
     // The user's actions, raised by the widget binding (or a test).
     void click() { Q_EMIT clicked(); }
@@ -43,6 +48,7 @@ private:
     bool m_enabled = true;
     bool m_visible = true;
     QString m_toolTip;
+    QRect m_geometry;
 };
 
 // A check box: value 0 unchecked, 1 checked.

@@ -24,6 +24,7 @@ constexpr float StatusSeconds = 1.0f;
 frmMain::frmMain(const Services& services, QObject* parent)
     : QObject(parent), m_shell(services.shell), m_settings(services.settings),
       m_boxes(services.boxes), m_clock(services.clock), m_ini(services.ini),
+      m_docking(services.docking),
       m_siteFiles(m_ini, *this, *this, m_clock), m_valueStore(m_ini, *this, *this, m_siteFiles),
       m_tracking(std::make_shared<BrowserTracking>(
           services.shellWindows,
@@ -63,6 +64,7 @@ frmMain::frmMain(const Services& services, QObject* parent)
     connect(&cmdPause, &Control::clicked, this, &frmMain::cmdPause_Click);
     connect(&lblHelp, &Control::clicked, this, &frmMain::lblHelp_Click);
     connect(&TimerClearStatus, &TimerControl::timer, this, &frmMain::TimerClearStatus_Timer);
+    setDesignGeometry();
 }
 
 frmMain::~frmMain() = default;
@@ -151,6 +153,10 @@ void frmMain::loadSettingsAndLists()
 void frmMain::Form_Unload()
 {
     // Every step goes on whatever the one before it did.
+    try {
+        Docking::UndockForm(m_docking, m_appBarData);
+    } catch (const AppError&) {
+    }
     try {
         m_settings.SaveSetting(SettingsSection, AutojumpKey, QString::number(chkAutoJump.value()));
     } catch (const AppError&) {

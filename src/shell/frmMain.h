@@ -3,6 +3,7 @@
 #include "BrowserTracking.h"
 #include "Controls.h"
 #include "DataLocation.h"
+#include "Docking.h"
 #include "ErrorReport.h"
 #include "FormCapture.h"
 #include "FormFill.h"
@@ -52,6 +53,7 @@ public:
         const TextMetrics& metrics;
         ShortcutEditorDisplay& shortcutEditor;
         ProfilesEditorDisplay& profilesEditor;
+        DockingPlatform& docking;
     };
 
     enum class LoadResult { Show, End };
@@ -62,6 +64,9 @@ public:
     // The start-up sequence; End means the program stops now, without the unload.
     LoadResult Form_Load();
     void Form_Unload();
+    // Docks the bar at its first showing and after a restore; stretches the list.
+    void Form_Resize();
+    bool isDocked() const { return m_docked; }
 
     QString GetProfilePrefix(int a_iIndex = -1) const override;
     void ShowStatus(const QString& text) override;
@@ -134,6 +139,7 @@ Q_SIGNALS:
 private:
     float secondsSinceMidnight() const;
     void buildMenus();
+    void setDesignGeometry();
     void buildProfiles(const Services& services);
     void resetShortcutsFile();
     void loadSettingsAndLists();
@@ -143,6 +149,7 @@ private:
     MessageBoxes& m_boxes;
     const Clock& m_clock;
     Ini m_ini;
+    DockingPlatform& m_docking;
     SiteFiles m_siteFiles;
     ValueStore m_valueStore;
     std::shared_ptr<BrowserTracking> m_tracking;
@@ -154,6 +161,9 @@ private:
     std::unique_ptr<Profiles> m_profiles;
     std::unique_ptr<CopyToProfile> m_copy;
 
+    AppBarData m_appBarData;
+    bool m_inResize = false;
+    bool m_docked = false;
     bool m_paused = false;
     QString m_helpFile;
     QString m_dataFolder;

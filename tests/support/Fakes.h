@@ -5,6 +5,7 @@
 
 #include "AppError.h"
 #include "Clock.h"
+#include "Docking.h"
 #include "MessageBoxes.h"
 #include "MessagePump.h"
 #include "SettingsStore.h"
@@ -181,4 +182,66 @@ public:
         if (user)
             user(form);
     }
+};
+
+// A desktop 1280 by 800 pixels whose shell reserves the strip an application bar asks for,
+// and a main window on it; every call is recorded.
+class FakeDocking : public DockingPlatform
+{
+public:
+    QStringList calls;
+    PixelRect work{0, 0, 1280, 760}; // a taskbar at the bottom
+    PixelRect reserved;
+    bool reserves = true;
+    bool minimized = false;
+    bool visible = true;
+    bool failNext = false;
+    QRect windowTwips{0, 0, 2625, 6750};
+    int innerHeight = 6420;
+
+    void SHAppBarMessage(int message, AppBarData& data) override
+    {
+        if (failNext) {
+            failNext = false;
+            throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+        }
+        calls << QStringLiteral("SHAppBarMessage %1").arg(message);
+        if (message == AppBar::ABM_REMOVE)
+            reserved = {};
+        if (message == AppBar::ABM_SETPOS && reserves) {
+            data.rc.bottom = std::min(data.rc.bottom, work.bottom); // the shell corrects the height
+            reserved = data.rc;
+        }
+    }
+    PixelRect SystemWorkArea() override
+    {
+        PixelRect area = work;
+        if (reserved.right > reserved.left)
+            area.right = reserved.left;
+        return area;
+    }
+    void SetWindowPosTopmost(const PixelRect& rect) override
+    {
+        calls << QStringLiteral("SetWindowPos %1,%2 %3x%4")
+                     .arg(rect.left).arg(rect.top).arg(rect.right - rect.left).arg(rect.bottom - rect.top);
+    }
+    qint64 windowHandle() override { return 0x1234; }
+    double twipsPerPixelX() override { return 15; }
+    double twipsPerPixelY() override { return 15; }
+    int screenWidthTwips() override { return 1280 * 15; }
+    int screenHeightTwips() override { return 800 * 15; }
+    int windowWidthTwips() override { return windowTwips.width(); }
+    int windowHeightTwips() override { return windowTwips.height(); }
+    void setWindowGeometryTwips(int left, int top, int width, int height) override
+    {
+        windowTwips = QRect(left, top, width, height);
+    }
+    bool isMinimized() override { return minimized; }
+    int innerHeightTwips() override { return innerHeight; }
+    void setWindowVisible(bool show) override
+    {
+        visible = show;
+        calls << (show ? QStringLiteral("show") : QStringLiteral("hide"));
+    }
+    void DoEvents() override {}
 };

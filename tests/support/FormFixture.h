@@ -49,5 +49,6 @@ struct FormFixture
     FakeTextMetrics metrics;
     FakeEditorDisplay editor;
     FakeProfilesDisplay profilesEditor;
-    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor, profilesEditor}};
+    FakeDocking docking;
+    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor, profilesEditor, docking}};
 };

@@ -2,6 +2,7 @@
 
 #include "Controls.h"
 #include "StateIcons.h"
+#include "Twips.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>
@@ -63,9 +64,14 @@ void showCommon(const Control& control, QWidget* widget)
 {
     showText(widget, control.text());
     widget->setEnabled(control.isEnabled());
-    // A window is shown when the program is ready, not when it is bound.
-    if (!widget->isWindow())
+    // A window is shown and placed by the program, not by its binding.
+    if (!widget->isWindow()) {
         widget->setHidden(!control.isVisible());
+        const QRect twips = control.geometry();
+        if (!twips.isEmpty())
+            widget->setGeometry(twips.left() / TwipsPerPixel, twips.top() / TwipsPerPixel,
+                                twips.width() / TwipsPerPixel, twips.height() / TwipsPerPixel);
+    }
     widget->setToolTip(control.toolTip());
 }
 
@@ -125,7 +131,6 @@ void ControlBinding::bindCombo(ComboControl& control, QComboBox* widget)
 }
 
 namespace {
-constexpr int TwipsPerPixel = 15;
 
 // Keeps the list model told of the view's size, scroll position and the user's mouse and keys.
 class ListWatcher : public QObject

@@ -2,6 +2,7 @@
 
 #include "ControlBinding.h"
 #include "HelpWindow.h"
+#include "Twips.h"
 #include "frmMain.h"
 
 #include <QApplication>
@@ -9,61 +10,76 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QFrame>
-#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
 #include <QStyle>
-#include <QStatusBar>
 #include <QTreeWidget>
-#include <QVBoxLayout>
 
 using namespace ControlBinding;
+
+namespace {
+// The docked bar's outer width: 2625 twips.
+constexpr int BarWidth = 175;
+
+template <class W> W* child(QWidget* parent)
+{
+    auto* widget = new W(parent);
+    return widget;
+}
+} // namespace
 
 MainWindow::MainWindow(frmMain& form, QWidget* parent) : QWidget(parent), m_form(form)
 {
     bind(form.window, this);
+    setWindowFlag(Qt::WindowStaysOnTopHint);
     QFont appFont(QStringLiteral("Tahoma"));
     appFont.setPointSizeF(8.25);
     setFont(appFont);
+    resize(BarWidth, form.window.geometry().height() / TwipsPerPixel);
 
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(4, 4, 4, 0);
-    layout->setSpacing(3);
-
-    auto* help = new QLabel;
+    auto* help = child<QLabel>(this);
     bind(form.lblHelp, help);
-    QFont helpFont(QStringLiteral("Tahoma"), 9, QFont::Bold);
-    help->setFont(helpFont);
+    help->setFont(QFont(QStringLiteral("Tahoma"), 9, QFont::Bold));
     help->setStyleSheet(QStringLiteral("color: blue;"));
     help->setCursor(Qt::PointingHandCursor);
-    layout->addWidget(help);
 
-    layout->addWidget(separator(0));
-    layout->addWidget(buildProfileGroup());
-    layout->addWidget(separator(1));
-    layout->addWidget(buildActivePageGroup());
-    layout->addWidget(separator(2));
+    for (int i : {0, 3, 1})
+        separator(i, this);
+    label(2);
+    auto* profiles = child<QComboBox>(this);
+    bindCombo(form.cboProfiles, profiles);
+    bind(form.cmdProfiles, child<QPushButton>(this));
 
-    auto* list = new QTreeWidget;
+    label(0);
+    auto* cookie = child<QLabel>(this);
+    cookie->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxInformation).pixmap(16, 16));
+    bind(form.imgCookie, cookie);
+    auto* active = child<QLineEdit>(this);
+    active->setReadOnly(true);
+    active->setStyleSheet(QStringLiteral("QLineEdit { background: palette(button); }"));
+    bind(form.txtActive, active);
+    auto* url = child<QLineEdit>(this);
+    url->setReadOnly(true);
+    bind(form.txtURL, url);
+    bind(form.cmdAddShortcut, child<QPushButton>(this));
+
+    auto* list = child<QTreeWidget>(this);
     list->setHeaderHidden(true);
     list->setRootIsDecorated(false);
     list->setColumnCount(1);
+    list->setIconSize(QSize(12, 12));
+    QFont listFont(QStringLiteral("Tahoma"));
+    listFont.setPointSizeF(6.75);
+    list->setFont(listFont);
     bindList(form.lvShortcuts, list);
-    auto* listLabel = label(1);
-    qobject_cast<QLabel*>(listLabel)->setBuddy(list);
-    layout->addWidget(listLabel);
-    layout->addWidget(list, 1);
+    qobject_cast<QLabel*>(label(1))->setBuddy(list);
 
-    layout->addWidget(buildBottomPanel());
-
-    auto* status = new QStatusBar;
-    status->setSizeGripEnabled(false);
-    auto* statusText = new QLabel;
-    bind(form.StatusBar, statusText);
-    status->addWidget(statusText, 1);
-    layout->addWidget(status);
+    buildBottomPanel();
+    auto* status = child<QLabel>(this);
+    status->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+    bind(form.StatusBar, status);
 
     bindTimer(form.TimerClearStatus, this);
 
@@ -73,93 +89,42 @@ MainWindow::MainWindow(frmMain& form, QWidget* parent) : QWidget(parent), m_form
     connect(&form, &frmMain::unloadRequested, this, &QWidget::close);
 }
 
-QWidget* MainWindow::separator(int index)
+QWidget* MainWindow::separator(int index, QWidget* parent)
 {
-    auto* line = new QFrame;
+    auto* line = new QFrame(parent);
     line->setFrameShape(QFrame::HLine);
     line->setFrameShadow(QFrame::Sunken);
-    ControlBinding::bind(*m_form.Frame[index], line);
+    bind(*m_form.Frame[index], line);
     return line;
 }
 
 QWidget* MainWindow::label(int index)
 {
-    auto* text = new QLabel;
-    ControlBinding::bind(*m_form.Label[index], text);
+    auto* text = child<QLabel>(this);
+    bind(*m_form.Label[index], text);
     return text;
 }
 
-QWidget* MainWindow::buildProfileGroup()
+void MainWindow::buildBottomPanel()
 {
-    auto* group = new QWidget;
-    auto* grid = new QGridLayout(group);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->addWidget(label(2), 0, 0, 1, 2);
-    auto* profiles = new QComboBox;
-    bindCombo(m_form.cboProfiles, profiles);
-    grid->addWidget(profiles, 1, 0);
-    auto* edit = new QPushButton;
-    bind(m_form.cmdProfiles, edit);
-    grid->addWidget(edit, 1, 1);
-    grid->setColumnStretch(0, 1);
-    return group;
+    m_bottom = child<QWidget>(this);
+    bind(m_form.fraBottom, m_bottom);
+    for (Control* control : {&m_form.Label1, &m_form.lblLastEntry, &m_form.Label3, &m_form.lblEntries})
+        bind(*control, child<QLabel>(m_bottom));
+    separator(2, m_bottom);
+    bindCheckBox(m_form.chkAutoJump, child<QCheckBox>(m_bottom));
+    bind(m_form.cmdPause, child<QPushButton>(m_bottom));
+    bind(m_form.cmdExit, child<QPushButton>(m_bottom));
 }
 
-QWidget* MainWindow::buildActivePageGroup()
+void MainWindow::alignBottom()
 {
-    auto* group = new QWidget;
-    auto* grid = new QGridLayout(group);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->addWidget(label(0), 0, 0);
-    auto* cookie = new QLabel;
-    cookie->setFixedSize(16, 16);
-    cookie->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxInformation).pixmap(16, 16));
-    bind(m_form.imgCookie, cookie);
-    grid->addWidget(cookie, 0, 1);
-    auto* active = new QLineEdit;
-    active->setReadOnly(true);
-    active->setBackgroundRole(QPalette::Button);
-    active->setStyleSheet(QStringLiteral("QLineEdit { background: palette(button); }"));
-    bind(m_form.txtActive, active);
-    grid->addWidget(active, 1, 0, 1, 2);
-    auto* url = new QLineEdit;
-    url->setReadOnly(true);
-    bind(m_form.txtURL, url);
-    grid->addWidget(url, 2, 0, 1, 2);
-    auto* add = new QPushButton;
-    bind(m_form.cmdAddShortcut, add);
-    grid->addWidget(add, 3, 0, 1, 2);
-    grid->setColumnStretch(0, 1);
-    return group;
-}
-
-QWidget* MainWindow::buildBottomPanel()
-{
-    auto* panel = new QWidget;
-    bind(m_form.fraBottom, panel);
-    auto* grid = new QGridLayout(panel);
-    grid->setContentsMargins(0, 0, 0, 0);
-    const auto addLabel = [this, grid](Control& control, int row, int column) {
-        auto* text = new QLabel;
-        bind(control, text);
-        grid->addWidget(text, row, column);
-    };
-    addLabel(m_form.Label1, 0, 0);
-    addLabel(m_form.lblLastEntry, 0, 1);
-    addLabel(m_form.Label3, 1, 0);
-    addLabel(m_form.lblEntries, 1, 1);
-    auto* autoJump = new QCheckBox;
-    bindCheckBox(m_form.chkAutoJump, autoJump);
-    grid->addWidget(autoJump, 2, 0, 1, 2);
-    grid->addWidget(separator(3), 3, 0, 1, 2);
-    auto* pause = new QPushButton;
-    bind(m_form.cmdPause, pause);
-    grid->addWidget(pause, 4, 0);
-    auto* exit = new QPushButton;
-    bind(m_form.cmdExit, exit);
-    grid->addWidget(exit, 4, 1);
-    grid->setColumnStretch(1, 1);
-    return panel;
+    const int width = this->width() * TwipsPerPixel;
+    const int height = this->height() * TwipsPerPixel;
+    const QRect status = m_form.StatusBar.geometry();
+    const QRect panel = m_form.fraBottom.geometry();
+    m_form.StatusBar.setGeometry(QRect(0, height - status.height(), width, status.height()));
+    m_form.fraBottom.setGeometry(QRect(0, height - status.height() - panel.height(), width, panel.height()));
 }
 
 void MainWindow::openHelp()
@@ -177,6 +142,20 @@ void MainWindow::keyPressEvent(QKeyEvent* event)
         return;
     }
     QWidget::keyPressEvent(event);
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    alignBottom();
+    m_form.Form_Resize();
+}
+
+void MainWindow::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange)
+        m_form.Form_Resize();
 }
 
 void MainWindow::showEvent(QShowEvent* event)

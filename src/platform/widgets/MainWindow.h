@@ -5,7 +5,7 @@
 class frmMain;
 class HelpWindow;
 
-// The bar on screen: a real widget for every control of frmMain, bound to it.
+// The bar on screen: a real widget for every control of frmMain, placed where the form says.
 class MainWindow : public QWidget
 {
     Q_OBJECT
@@ -20,15 +20,18 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
-    QWidget* buildProfileGroup();
-    QWidget* buildActivePageGroup();
-    QWidget* buildBottomPanel();
-    QWidget* separator(int index);
+    void buildBottomPanel();
+    QWidget* separator(int index, QWidget* parent);
     QWidget* label(int index);
+    // The panel and the status line stay at the bottom, as wide as the window.
+    void alignBottom();
 
     frmMain& m_form;
     HelpWindow* m_help = nullptr;
+    QWidget* m_bottom = nullptr;
     bool m_unloaded = false;
 };

@@ -98,7 +98,8 @@ TEST_F(TestGuiMainWindow, StatusLineClearsItselfOnTheRealTimer)
     FakeTextMetrics metrics;
     FakeEditorDisplay editor;
     FakeProfilesDisplay profilesEditor;
-    frmMain form({shell, settings, boxes, realClock, ini, shellWindows, pump, metrics, editor, profilesEditor});
+    FakeDocking docking;
+    frmMain form({shell, settings, boxes, realClock, ini, shellWindows, pump, metrics, editor, profilesEditor, docking});
     MainWindow live(form);
     form.ShowStatus(QStringLiteral("Filling"));
     auto* status = live.findChild<QLabel*>(QStringLiteral("StatusBar"));

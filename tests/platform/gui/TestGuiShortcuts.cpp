@@ -68,7 +68,8 @@ protected:
     FakeTextMetrics metrics;
     ShortcutDialogDisplay editor;
     FakeProfilesDisplay profilesEditor;
-    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor, profilesEditor}};
+    FakeDocking docking;
+    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor, profilesEditor, docking}};
     MainWindow window{form};
     QTreeWidget* list = nullptr;
 };

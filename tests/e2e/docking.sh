@@ -1,0 +1,83 @@
+#!/usr/bin/env bash
+# End to end on a real X server with a window manager that honours struts (openbox): the bar
+# takes a strip at the right edge, a maximized window stays out of it, and after the bar ends
+# the work area is whole again. Leaves a screenshot in the artifacts folder.
+# Usage: docking.sh TOLVANE_EXECUTABLE ARTIFACTS_FOLDER
+set -euo pipefail
+exe=$1
+artifacts=$2
+mkdir -p "$artifacts"
+for tool in Xvfb openbox xprop xwininfo xterm import; do
+  command -v "$tool" >/dev/null || { echo "missing $tool"; exit 1; }
+done
+
+work=$(mktemp -d)
+pids=()
+cleanup() {
+  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+  rm -rf "$work"
+}
+trap cleanup EXIT
+
+# A display of our own.
+exec 5> "$work/display"
+Xvfb -displayfd 5 -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
+pids+=($!)
+for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.1; done
+export DISPLAY=":$(cat "$work/display")"
+openbox >/dev/null 2>&1 &
+pids+=($!)
+
+workarea() { xprop -root _NET_WORKAREA 2>/dev/null | sed -n 's/.*= \([0-9]*\), \([0-9]*\), \([0-9]*\), \([0-9]*\).*/\1 \2 \3 \4/p'; }
+wait_for() { # wait_for CONDITION-COMMAND: up to 20 s
+  for _ in $(seq 200); do eval "$1" && return 0; sleep 0.1; done
+  return 1
+}
+wait_for '[ -n "$(workarea)" ]' || { echo "the window manager published no work area"; exit 1; }
+read -r _ _ fullWidth fullHeight <<< "$(workarea)"
+
+# A quiet start: a browser that answers its version, set as the default, fresh data folders.
+mkdir -p "$work/bin" "$work/config" "$work/share/applications" "$work/data" "$work/tmp" "$work/runtime"
+chmod 700 "$work/runtime"
+printf '#!/bin/sh\necho "Chromium 156.0.1.1 built for the test"\n' > "$work/bin/chromium"
+chmod +x "$work/bin/chromium"
+printf '[Desktop Entry]\nExec=%s %%U\n' "$work/bin/chromium" > "$work/share/applications/chromium.desktop"
+printf '[Default Applications]\ntext/html=chromium.desktop\n' > "$work/config/mimeapps.list"
+
+TOLVANE_BROWSER="$work/bin/chromium" XDG_CONFIG_HOME="$work/config" XDG_DATA_DIRS="$work/share:/usr/share" \
+  XDG_DATA_HOME="$work/data" XDG_RUNTIME_DIR="$work/runtime" TMPDIR="$work/tmp" \
+  ASAN_OPTIONS=detect_leaks=0 "$exe" > "$work/tolvane.log" 2>&1 &
+bar=$!
+pids+=($bar)
+
+expected=$((fullWidth - 175))
+if ! wait_for '[ "$(workarea | cut -d" " -f3)" = "$expected" ]'; then
+  echo "FAIL: the work area did not shrink to $expected: $(workarea)"; cat "$work/tolvane.log"; exit 1
+fi
+geometry=$(xwininfo -root -tree | sed -n 's/.*"Tolvane v[0-9.]*".* \([0-9]*x[0-9]*\)+[-0-9]*+[-0-9]*  +\([0-9]*\)+\([0-9]*\).*/\1+\2+\3/p')
+if [ "$geometry" != "175x${fullHeight}+${expected}+0" ]; then
+  echo "FAIL: the bar is at $geometry, not 175x${fullHeight}+${expected}+0"; exit 1
+fi
+echo "docked: work area $(workarea), bar $geometry"
+
+xterm -maximized -T "A maximized window" -e sleep 30 &
+pids+=($!)
+wait_for 'xwininfo -root -tree | grep -q "A maximized window"'
+sleep 1
+maximized=$(xwininfo -root -tree | sed -n 's/.*"A maximized window".*  +\([0-9]*\)+\([0-9]*\)$/\1/p' | head -1)
+width=$(xwininfo -root -tree | sed -n 's/.*"A maximized window".* \([0-9]*\)x[0-9]*+.*/\1/p' | head -1)
+if [ -n "$width" ] && [ $((maximized + width)) -gt "$expected" ]; then
+  echo "FAIL: the maximized window reaches into the strip ($maximized+$width > $expected)"; exit 1
+fi
+import -window root "$artifacts/docked-bar.png"
+echo "screenshot: $artifacts/docked-bar.png"
+
+# Ending the bar gives the strip back and saves its settings.
+kill -TERM "$bar"
+wait_for '! kill -0 '"$bar"' 2>/dev/null' || { echo "FAIL: the bar did not end"; exit 1; }
+if ! wait_for '[ "$(workarea | cut -d" " -f3)" = "$fullWidth" ]'; then
+  echo "FAIL: the work area stayed $(workarea) after exit"; exit 1
+fi
+grep -q 'Autojump=1' "$work/config/Tolvane/Tolvane.conf" || { echo "FAIL: settings not saved"; exit 1; }
+echo "undocked: work area $(workarea)"
+echo "1 passed, 0 failed"

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "frmProfiles.h"
+
 #include <QObject>
 #include <QString>
 #include <array>
@@ -10,7 +12,6 @@ class ComboControl;
 class Control;
 class ErrorReport;
 class Ini;
-class ProfilesEditorDisplay;
 class SettingsStore;
 class ShellWindowList;
 class ShortcutList;

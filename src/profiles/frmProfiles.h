@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Controls.h"
+#include "ModalDisplay.h"
 
 #include <QObject>
 #include <array>
@@ -8,13 +9,7 @@
 
 class frmProfiles;
 
-// Shows the profile names dialog modally; returns when it has closed.
-class ProfilesEditorDisplay
-{
-public:
-    virtual ~ProfilesEditorDisplay() = default;
-    virtual void ShowModal(frmProfiles& form) = 0;
-};
+using ProfilesEditorDisplay = ModalDisplay<frmProfiles>;
 
 // The dialog in which the five profiles are renamed.
 class frmProfiles : public QObject

@@ -10,6 +10,7 @@
 #include "PageNotices.h"
 #include "CopyToProfile.h"
 #include "Profiles.h"
+#include "frmProfiles.h"
 #include "ShortcutCommands.h"
 #include "ShortcutList.h"
 #include "Ini.h"
@@ -26,8 +27,6 @@ class MessageBoxes;
 class MessagePump;
 class SettingsStore;
 class ShellServices;
-class ProfilesEditorDisplay;
-class ShortcutEditorDisplay;
 class TextMetrics;
 
 // The main bar: its controls, its lifecycle from load to unload, the status line, pause and the

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Controls.h"
+#include "ModalDisplay.h"
 
 #include <QObject>
 #include <functional>
@@ -11,13 +12,7 @@ class Ini;
 class SiteFiles;
 class frmShortcut;
 
-// Shows the shortcut editor modally; returns when it has closed.
-class ShortcutEditorDisplay
-{
-public:
-    virtual ~ShortcutEditorDisplay() = default;
-    virtual void ShowModal(frmShortcut& form) = 0;
-};
+using ShortcutEditorDisplay = ModalDisplay<frmShortcut>;
 
 // The shortcut editor: adds the active page as a new shortcut or edits one, and on OK writes
 // it to the current profile's Shortcuts.ini.

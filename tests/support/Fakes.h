@@ -156,33 +156,22 @@ public:
     int TextWidth(const QString& text, double) const override { return 100 * static_cast<int>(text.size()); }
 };
 
-// The shortcut editor shown modally: what the user does in it is scripted by the test.
-class FakeEditorDisplay : public ShortcutEditorDisplay
+// A dialog shown modally: what the user does in it is scripted by the test.
+template <class Form> class FakeDisplay : public ModalDisplay<Form>
 {
 public:
-    std::function<void(frmShortcut&)> user;
+    std::function<void(Form&)> user;
     int shown = 0;
-    void ShowModal(frmShortcut& form) override
+    void ShowModal(Form& form) override
     {
         ++shown;
         if (user)
             user(form);
     }
 };
+using FakeEditorDisplay = FakeDisplay<frmShortcut>;
+using FakeProfilesDisplay = FakeDisplay<frmProfiles>;
 
-// The profile names dialog shown modally, scripted by the test.
-class FakeProfilesDisplay : public ProfilesEditorDisplay
-{
-public:
-    std::function<void(frmProfiles&)> user;
-    int shown = 0;
-    void ShowModal(frmProfiles& form) override
-    {
-        ++shown;
-        if (user)
-            user(form);
-    }
-};
 
 // A desktop 1280 by 800 pixels whose shell reserves the strip an application bar asks for,
 // and a main window on it; every call is recorded.

@@ -44,7 +44,7 @@ chmod +x "$work/bin/chromium"
 printf '[Desktop Entry]\nExec=%s %%U\n' "$work/bin/chromium" > "$work/share/applications/chromium.desktop"
 printf '[Default Applications]\ntext/html=chromium.desktop\n' > "$work/config/mimeapps.list"
 
-TOLVANE_BROWSER="$work/bin/chromium" XDG_CONFIG_HOME="$work/config" XDG_DATA_DIRS="$work/share:/usr/share" \
+QT_QPA_PLATFORM=xcb TOLVANE_BROWSER="$work/bin/chromium" XDG_CONFIG_HOME="$work/config" XDG_DATA_DIRS="$work/share:/usr/share" \
   XDG_DATA_HOME="$work/data" XDG_RUNTIME_DIR="$work/runtime" TMPDIR="$work/tmp" \
   ASAN_OPTIONS=detect_leaks=0 "$exe" > "$work/tolvane.log" 2>&1 &
 bar=$!

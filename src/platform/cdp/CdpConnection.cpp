@@ -1,0 +1,172 @@
+#include "CdpConnection.h"
+
+#include "AppError.h"
+#include "CdpTransport.h"
+
+#include <QDeadlineTimer>
+#include <QJsonDocument>
+#include <QThread>
+
+CdpConnection::CdpConnection(const TransportFactory& makeTransport, int timeoutMs)
+    : m_thread(new QThread), m_ioContext(new QObject), m_timeoutMs(timeoutMs)
+{
+    m_thread->setObjectName(QStringLiteral("DevTools I/O"));
+    m_ioContext->moveToThread(m_thread);
+    m_thread->start();
+    // The transport is made on, and lives on, the I/O thread.
+    QString failure;
+    QMetaObject::invokeMethod(
+        m_ioContext,
+        [&] {
+            try {
+                m_transport = makeTransport();
+            } catch (const AppError& error) {
+                failure = error.description();
+            }
+        },
+        Qt::BlockingQueuedConnection);
+    if (!m_transport) {
+        shutDown();
+        throw AppError(ErrorNumber::BrowserCall, failure);
+    }
+    connect(m_transport, &CdpTransport::received, m_transport,
+            [this](const QByteArray& message) { onReceived(message); }, Qt::DirectConnection);
+    connect(m_transport, &CdpTransport::closed, m_transport,
+            [this](const QString& reason) { onClosed(reason); }, Qt::DirectConnection);
+}
+
+CdpConnection::~CdpConnection()
+{
+    shutDown();
+}
+
+void CdpConnection::shutDown()
+{
+    QMetaObject::invokeMethod(
+        m_ioContext,
+        [this] {
+            delete m_transport;
+            m_transport = nullptr;
+            delete m_ioContext;
+        },
+        Qt::BlockingQueuedConnection);
+    m_thread->quit();
+    m_thread->wait();
+    delete m_thread;
+}
+
+void CdpConnection::setIoHook(std::function<void(const Event&)> hook)
+{
+    QMutexLocker lock(&m_mutex);
+    m_ioHook = std::move(hook);
+}
+
+bool CdpConnection::isClosed() const
+{
+    QMutexLocker lock(&m_mutex);
+    return !m_closedReason.isEmpty();
+}
+
+qint64 CdpConnection::post(const QString& method, const QJsonObject& params, const QString& sessionId)
+{
+    QJsonObject message{{QStringLiteral("method"), method}, {QStringLiteral("params"), params}};
+    if (!sessionId.isEmpty())
+        message.insert(QStringLiteral("sessionId"), sessionId);
+    qint64 id;
+    {
+        QMutexLocker lock(&m_mutex);
+        if (!m_closedReason.isEmpty())
+            throw AppError(ErrorNumber::BrowserCall, m_closedReason);
+        id = m_nextId++;
+        m_pending.emplace(id, Pending{});
+    }
+    message.insert(QStringLiteral("id"), id);
+    const QByteArray bytes = QJsonDocument(message).toJson(QJsonDocument::Compact);
+    QMetaObject::invokeMethod(m_transport, [this, bytes] { m_transport->send(bytes); });
+    return id;
+}
+
+QJsonObject CdpConnection::call(const QString& method, const QJsonObject& params, const QString& sessionId)
+{
+    const qint64 id = post(method, params, sessionId);
+    QMutexLocker lock(&m_mutex);
+    QDeadlineTimer deadline(m_timeoutMs);
+    auto pending = m_pending.find(id);
+    while (!pending->second.done && m_closedReason.isEmpty()) {
+        if (!m_answered.wait(&m_mutex, deadline))
+            break;
+        pending = m_pending.find(id);
+    }
+    Pending answer = pending->second;
+    m_pending.erase(pending);
+    if (answer.done && answer.error.isEmpty())
+        return answer.result;
+    QString why = answer.error;
+    if (!answer.done)
+        why = m_closedReason.isEmpty() ? QStringLiteral("The browser did not answer %1 in time.").arg(method)
+                                       : m_closedReason;
+    throw AppError(ErrorNumber::BrowserCall, why);
+}
+
+void CdpConnection::send(const QString& method, const QJsonObject& params, const QString& sessionId)
+{
+    const qint64 id = post(method, params, sessionId);
+    QMutexLocker lock(&m_mutex);
+    // Nobody waits for this answer: forget it when it comes.
+    m_pending.at(id).done = true;
+    m_pending.erase(id);
+}
+
+void CdpConnection::onReceived(const QByteArray& bytes)
+{
+    const QJsonObject message = QJsonDocument::fromJson(bytes).object();
+    if (message.contains(QStringLiteral("id"))) {
+        QMutexLocker lock(&m_mutex);
+        const auto pending = m_pending.find(message.value(QStringLiteral("id")).toInteger());
+        if (pending == m_pending.end())
+            return;
+        pending->second.done = true;
+        pending->second.result = message.value(QStringLiteral("result")).toObject();
+        if (message.contains(QStringLiteral("error")))
+            pending->second.error = message.value(QStringLiteral("error")).toObject().value(QStringLiteral("message")).toString();
+        m_answered.wakeAll();
+        return;
+    }
+    Event event{message.value(QStringLiteral("method")).toString(),
+                message.value(QStringLiteral("params")).toObject(),
+                message.value(QStringLiteral("sessionId")).toString()};
+    std::function<void(const Event&)> hook;
+    {
+        QMutexLocker lock(&m_mutex);
+        hook = m_ioHook;
+    }
+    if (hook)
+        hook(event);
+    {
+        QMutexLocker lock(&m_mutex);
+        m_events.push_back(std::move(event));
+    }
+    QMetaObject::invokeMethod(this, &CdpConnection::deliverOne, Qt::QueuedConnection);
+}
+
+void CdpConnection::onClosed(const QString& reason)
+{
+    QMutexLocker lock(&m_mutex);
+    if (m_closedReason.isEmpty())
+        m_closedReason = reason;
+    m_answered.wakeAll();
+}
+
+void CdpConnection::deliverOne()
+{
+    Event event;
+    {
+        QMutexLocker lock(&m_mutex);
+        if (m_events.empty())
+            return;
+        event = std::move(m_events.front());
+        m_events.pop_front();
+    }
+    if (m_handler)
+        m_handler(event);
+}

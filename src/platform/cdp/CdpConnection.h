@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QMutex>
+#include <QObject>
+#include <QWaitCondition>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+
+class CdpTransport;
+class QThread;
+
+// One DevTools connection in flat mode. Calls from the user-interface thread wait for their
+// answer without running other events; events are handed to the user-interface thread in the
+// order they arrived, after the call that was waiting returns.
+class CdpConnection : public QObject
+{
+    Q_OBJECT
+public:
+    struct Event
+    {
+        QString method;
+        QJsonObject params;
+        QString sessionId;
+    };
+    // Makes the transport on the connection's own thread; may throw AppError.
+    using TransportFactory = std::function<CdpTransport*()>;
+
+    explicit CdpConnection(const TransportFactory& makeTransport, int timeoutMs = 10000);
+    ~CdpConnection() override;
+
+    // Throws AppError (browser call) with the browser's message, on a time-out or once closed.
+    QJsonObject call(const QString& method, const QJsonObject& params = {},
+                     const QString& sessionId = {});
+    // Sends without waiting for the answer.
+    void send(const QString& method, const QJsonObject& params = {}, const QString& sessionId = {});
+
+    void setEventHandler(std::function<void(const Event&)> handler) { m_handler = std::move(handler); }
+    // Runs on the I/O thread for each event before it is queued: for what must not wait for the
+    // user-interface thread (resuming a target that waits for its debugger).
+    void setIoHook(std::function<void(const Event&)> hook);
+    bool isClosed() const;
+    void setTimeout(int ms) { m_timeoutMs = ms; }
+
+private:
+    struct Pending
+    {
+        bool done = false;
+        QJsonObject result;
+        QString error;
+    };
+    qint64 post(const QString& method, const QJsonObject& params, const QString& sessionId);
+    void onReceived(const QByteArray& message);
+    void onClosed(const QString& reason);
+    void deliverOne();
+    void shutDown();
+
+    QThread* m_thread;
+    QObject* m_ioContext;
+    CdpTransport* m_transport = nullptr;
+    mutable QMutex m_mutex;
+    QWaitCondition m_answered;
+    std::map<qint64, Pending> m_pending;
+    std::deque<Event> m_events;
+    qint64 m_nextId = 1;
+    QString m_closedReason;
+    int m_timeoutMs;
+    std::function<void(const Event&)> m_handler;
+    std::function<void(const Event&)> m_ioHook;
+};

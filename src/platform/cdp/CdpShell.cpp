@@ -1,0 +1,346 @@
+#include "CdpShell.h"
+
+#include "AppError.h"
+#include "CdpBrowser.h"
+#include "CdpDocument.h"
+#include "ChromiumProcess.h"
+#include "InjectedScript.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace {
+QString key(const QString& session, const QString& part)
+{
+    return session + QLatin1Char('\n') + part;
+}
+
+AppError browserError(const QString& text)
+{
+    return AppError(ErrorNumber::BrowserCall, text);
+}
+
+// A frame's window: its document is looked up when asked for, as the frame may load anew.
+class CdpFrameOwner : public DocumentOwner
+{
+public:
+    CdpFrameOwner(CdpShell& shell, QString sessionId, QString frameId)
+        : m_shell(shell), m_session(std::move(sessionId)), m_frame(std::move(frameId))
+    {
+    }
+    DocPtr document() override
+    {
+        DocPtr document = m_shell.documentFor(m_session, m_frame);
+        if (!document)
+            throw browserError(QStringLiteral("The frame's document cannot be reached."));
+        return document;
+    }
+
+private:
+    CdpShell& m_shell;
+    QString m_session;
+    QString m_frame;
+};
+
+// What every page and frame session gets before it may run: events on, our world and script
+// in place, its own frames attached; then it is let go.
+void prepareSession(CdpConnection& cdp, const QString& session)
+{
+    cdp.send(QStringLiteral("Page.enable"), {}, session);
+    cdp.send(QStringLiteral("Page.setLifecycleEventsEnabled"), {{"enabled", true}}, session);
+    cdp.send(QStringLiteral("Runtime.enable"), {}, session);
+    cdp.send(QStringLiteral("Runtime.addBinding"),
+             {{"name", InjectedScript::Binding}, {"executionContextName", InjectedScript::World}}, session);
+    cdp.send(QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
+             {{"source", InjectedScript::source()}, {"worldName", InjectedScript::World}, {"runImmediately", true}},
+             session);
+    cdp.send(QStringLiteral("Target.setAutoAttach"),
+             {{"autoAttach", true}, {"waitForDebuggerOnStart", true}, {"flatten", true}}, session);
+    cdp.send(QStringLiteral("Runtime.runIfWaitingForDebugger"), {}, session);
+}
+} // namespace
+
+CdpShell::CdpShell(Connector connector) : m_connector(std::move(connector)) {}
+
+CdpShell::~CdpShell()
+{
+    if (m_browser)
+        m_browser->connection().setEventHandler(nullptr);
+}
+
+void CdpShell::connect()
+{
+    if (m_browser || !m_connectFailure.isEmpty())
+        return;
+    try {
+        m_browser = m_connector();
+    } catch (const AppError& error) {
+        m_connectFailure = error.description();
+        return;
+    }
+    CdpConnection& connection = m_browser->connection();
+    // Targets that wait for their debugger must be let go at once, not when the user-interface
+    // thread gets round to it.
+    connection.setIoHook([&connection](const CdpConnection::Event& event) {
+        if (event.method != QLatin1String("Target.attachedToTarget"))
+            return;
+        const QString session = event.params.value("sessionId").toString();
+        const QString type = event.params.value("targetInfo").toObject().value("type").toString();
+        if (type == QLatin1String("page") || type == QLatin1String("iframe"))
+            prepareSession(connection, session);
+        else
+            connection.send(QStringLiteral("Runtime.runIfWaitingForDebugger"), {}, session);
+    });
+    connection.setEventHandler([this](const CdpConnection::Event& event) { onEvent(event); });
+    try {
+        connection.call(QStringLiteral("Target.setDiscoverTargets"), {{"discover", true}});
+        connection.call(QStringLiteral("Target.setAutoAttach"),
+                        {{"autoAttach", true}, {"waitForDebuggerOnStart", true}, {"flatten", true}});
+    } catch (const AppError& error) {
+        m_connectFailure = error.description();
+    }
+}
+
+CdpConnection& CdpShell::cdp()
+{
+    connect();
+    if (!m_browser)
+        throw browserError(m_connectFailure);
+    return m_browser->connection();
+}
+
+QList<BrowserPtr> CdpShell::items()
+{
+    cdp();
+    QList<BrowserPtr> windows;
+    for (const QString& id : std::as_const(m_pageOrder)) {
+        const Target& target = m_targets[id];
+        if (target.open && target.browser)
+            windows.append(target.browser);
+    }
+    return windows;
+}
+
+void CdpShell::subscribe(const std::shared_ptr<ShellWindowEvents>& sink)
+{
+    m_sinks.add(sink);
+    connect();
+}
+
+void CdpShell::unsubscribe(const ShellWindowEvents* sink)
+{
+    m_sinks.remove(sink);
+}
+
+void CdpShell::AppActivate(const QString& title)
+{
+    for (const QString& id : std::as_const(m_pageOrder)) {
+        const Target& target = m_targets[id];
+        if (target.open && (target.title == title || target.title.startsWith(title))) {
+            cdp().call(QStringLiteral("Page.bringToFront"), {}, target.sessionId);
+            return;
+        }
+    }
+    throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+}
+
+void CdpShell::OpenAddress(const QString& address)
+{
+    cdp().call(QStringLiteral("Target.createTarget"), {{"url", address}, {"newWindow", true}});
+}
+
+QJsonObject CdpShell::call(const QString& targetOrSession, const QString& method, const QJsonObject& params)
+{
+    // Callers name a page by its target id or a frame by its session.
+    const auto target = m_targets.constFind(targetOrSession);
+    const QString session = target != m_targets.constEnd() ? target->sessionId : targetOrSession;
+    return cdp().call(method, params, session);
+}
+
+QJsonValue CdpShell::evaluate(const QString& sessionId, int contextId, const QString& expression)
+{
+    const QJsonObject answer = cdp().call(
+        QStringLiteral("Runtime.evaluate"),
+        {{"expression", expression}, {"contextId", contextId}, {"returnByValue", true}}, sessionId);
+    if (answer.contains("exceptionDetails")) {
+        const QJsonObject details = answer.value("exceptionDetails").toObject();
+        const QString text = details.value("exception").toObject().value("description").toString();
+        throw browserError(text.isEmpty() ? details.value("text").toString() : text.section(QLatin1Char('\n'), 0, 0));
+    }
+    return answer.value("result").toObject().value("value");
+}
+
+bool CdpShell::isOpen(const QString& targetId) const
+{
+    const auto target = m_targets.constFind(targetId);
+    return target != m_targets.constEnd() && target->open && m_browser && !m_browser->connection().isClosed();
+}
+
+QString CdpShell::targetUrl(const QString& targetId) const
+{
+    return m_targets.value(targetId).url;
+}
+
+DocPtr CdpShell::pageDocument(const QString& targetId)
+{
+    // A page's main frame has the page's own target id.
+    return documentFor(m_targets.value(targetId).sessionId, targetId);
+}
+
+DocPtr CdpShell::documentFor(const QString& sessionId, const QString& frameId)
+{
+    // A frame in a process of its own is reached through its own session.
+    QString session = sessionId;
+    const auto oopif = m_targets.constFind(frameId);
+    if (oopif != m_targets.constEnd() && oopif->open && !oopif->sessionId.isEmpty())
+        session = oopif->sessionId;
+    const auto context = m_contexts.constFind(key(session, frameId));
+    if (context == m_contexts.constEnd())
+        return nullptr;
+    const QString documentKey = key(session, QString::number(*context));
+    if (auto known = m_documents.value(documentKey).lock())
+        return known;
+    auto document = std::make_shared<CdpDocument>(*this, session, frameId, *context);
+    m_documents.insert(documentKey, document);
+    return document;
+}
+
+FramePtr CdpShell::frameOwner(const CdpDocument& parent, int index)
+{
+    const QJsonObject answer = cdp().call(
+        QStringLiteral("Runtime.evaluate"),
+        {{"expression", QStringLiteral("window.__tolvane.frame(%1)").arg(index)}, {"contextId", parent.contextId()}},
+        parent.sessionId());
+    const QString objectId = answer.value("result").toObject().value("objectId").toString();
+    if (objectId.isEmpty())
+        throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+    const QJsonObject node = cdp().call(QStringLiteral("DOM.describeNode"), {{"objectId", objectId}},
+                                        parent.sessionId()).value("node").toObject();
+    cdp().send(QStringLiteral("Runtime.releaseObject"), {{"objectId", objectId}}, parent.sessionId());
+    return std::make_shared<CdpFrameOwner>(*this, parent.sessionId(), node.value("frameId").toString());
+}
+
+std::shared_ptr<CdpBrowser> CdpShell::pageOfSession(const QString& sessionId) const
+{
+    QString session = sessionId;
+    for (int depth = 0; depth < 32 && !session.isEmpty(); ++depth) {
+        const Target target = m_targets.value(m_sessionTargets.value(session));
+        if (target.browser)
+            return target.browser;
+        session = target.parentSession;
+    }
+    return nullptr;
+}
+
+void CdpShell::onEvent(const CdpConnection::Event& event)
+{
+    const QString& method = event.method;
+    const QJsonObject& params = event.params;
+    if (method == QLatin1String("Target.attachedToTarget")) {
+        onAttached(event);
+    } else if (method == QLatin1String("Target.detachedFromTarget")) {
+        onClosed(params.value("targetId").toString().isEmpty() ? m_sessionTargets.value(params.value("sessionId").toString())
+                                                                 : params.value("targetId").toString());
+    } else if (method == QLatin1String("Target.targetDestroyed")) {
+        onClosed(params.value("targetId").toString());
+    } else if (method == QLatin1String("Target.targetInfoChanged")) {
+        const QJsonObject info = params.value("targetInfo").toObject();
+        auto target = m_targets.find(info.value("targetId").toString());
+        if (target != m_targets.end()) {
+            target->url = info.value("url").toString();
+            target->title = info.value("title").toString();
+        }
+    } else if (method == QLatin1String("Runtime.executionContextCreated")) {
+        onContextCreated(event);
+    } else if (method == QLatin1String("Runtime.executionContextDestroyed")) {
+        const int id = params.value("executionContextId").toInt();
+        for (auto it = m_contexts.begin(); it != m_contexts.end();)
+            it = (it.key().startsWith(event.sessionId + QLatin1Char('\n')) && *it == id) ? m_contexts.erase(it) : std::next(it);
+    } else if (method == QLatin1String("Runtime.executionContextsCleared")) {
+        for (auto it = m_contexts.begin(); it != m_contexts.end();)
+            it = it.key().startsWith(event.sessionId + QLatin1Char('\n')) ? m_contexts.erase(it) : std::next(it);
+    } else if (method == QLatin1String("Page.lifecycleEvent")) {
+        if (params.value("name").toString() == QLatin1String("load"))
+            onLoaded(event.sessionId, params.value("frameId").toString());
+    } else if (method == QLatin1String("Runtime.bindingCalled")) {
+        onBinding(event);
+    }
+}
+
+void CdpShell::onAttached(const CdpConnection::Event& event)
+{
+    const QJsonObject info = event.params.value("targetInfo").toObject();
+    const QString id = info.value("targetId").toString();
+    Target& target = m_targets[id];
+    target.type = info.value("type").toString();
+    target.url = info.value("url").toString();
+    target.title = info.value("title").toString();
+    target.sessionId = event.params.value("sessionId").toString();
+    target.parentSession = event.sessionId;
+    target.open = true;
+    m_sessionTargets.insert(target.sessionId, id);
+    if (target.type != QLatin1String("page") || !event.sessionId.isEmpty() || target.browser)
+        return;
+    target.browser = std::make_shared<CdpBrowser>(*this, id, m_nextHandle++);
+    m_pageOrder.append(id);
+    for (const auto& sink : m_sinks.snapshot())
+        sink->SW_WindowRegistered(static_cast<int>(target.browser->HWND()));
+}
+
+void CdpShell::onClosed(const QString& targetId)
+{
+    auto target = m_targets.find(targetId);
+    if (target == m_targets.end() || !target->open)
+        return;
+    target->open = false;
+    if (!target->browser)
+        return;
+    for (const auto& sink : m_sinks.snapshot())
+        sink->SW_WindowRevoked(0);
+}
+
+void CdpShell::onContextCreated(const CdpConnection::Event& event)
+{
+    const QJsonObject context = event.params.value("context").toObject();
+    if (context.value("name").toString() != InjectedScript::World)
+        return;
+    const QString frameId = context.value("auxData").toObject().value("frameId").toString();
+    m_contexts.insert(key(event.sessionId, frameId), context.value("id").toInt());
+    // A page that was already loaded when Tolvane came has no load to report: report it now.
+    try {
+        const DocPtr document = documentFor(event.sessionId, frameId);
+        if (document && document->readyState() == QLatin1String("complete"))
+            onLoaded(event.sessionId, frameId);
+    } catch (const AppError&) {
+    }
+}
+
+void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
+{
+    const std::shared_ptr<CdpBrowser> page = pageOfSession(sessionId);
+    if (!page)
+        return;
+    if (frameId == page->targetId()) {
+        page->documentComplete(page, m_targets.value(frameId).url);
+        return;
+    }
+    const DocPtr document = documentFor(sessionId, frameId);
+    if (document)
+        page->documentComplete(std::make_shared<CdpFrameBrowser>(page, document), QString());
+}
+
+void CdpShell::onBinding(const CdpConnection::Event& event)
+{
+    if (event.params.value("name").toString() != InjectedScript::Binding)
+        return;
+    const QJsonObject payload = QJsonDocument::fromJson(event.params.value("payload").toString().toUtf8()).object();
+    const QString kind = payload.value("kind").toString();
+    if (kind == QLatin1String("status")) {
+        if (const auto page = pageOfSession(event.sessionId))
+            page->statusText(payload.value("text").toString());
+        return;
+    }
+    const QString documentKey = key(event.sessionId, QString::number(event.params.value("executionContextId").toInt()));
+    if (const auto document = m_documents.value(documentKey).lock())
+        document->raise(kind);
+}

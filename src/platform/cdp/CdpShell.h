@@ -1,0 +1,78 @@
+#pragma once
+
+#include "CdpConnection.h"
+#include "ShellWindowList.h"
+#include "Subscribers.h"
+
+#include <QHash>
+#include <functional>
+#include <memory>
+
+class CdpBrowser;
+class CdpDocument;
+class ChromiumProcess;
+
+// The shell's window list over a Chromium-family browser: one window per page target, each
+// with a handle that is never reused; documents for every frame, out-of-process ones
+// included; the users' actions reported by the script Tolvane puts in every frame.
+class CdpShell : public ShellWindowList
+{
+public:
+    // Connects on first use (the start-up subscribes once the data folder is known).
+    using Connector = std::function<std::unique_ptr<ChromiumProcess>()>;
+    explicit CdpShell(Connector connector);
+    ~CdpShell() override;
+
+    QList<BrowserPtr> items() override;
+    void subscribe(const std::shared_ptr<ShellWindowEvents>& sink) override;
+    void unsubscribe(const ShellWindowEvents* sink) override;
+    void AppActivate(const QString& title) override;
+    // Opens a page in a new window of the followed browser.
+    void OpenAddress(const QString& address);
+    bool isConnected() const { return m_browser != nullptr; }
+    ChromiumProcess* process() const { return m_browser.get(); }
+
+    // For the browser, document and element objects.
+    QJsonValue evaluate(const QString& sessionId, int contextId, const QString& expression);
+    QJsonObject call(const QString& sessionId, const QString& method, const QJsonObject& params = {});
+    bool isOpen(const QString& targetId) const;
+    QString targetUrl(const QString& targetId) const;
+    DocPtr pageDocument(const QString& targetId);
+    FramePtr frameOwner(const CdpDocument& parent, int index);
+    // The document now shown in that frame, or nullptr when there is none to reach.
+    DocPtr documentFor(const QString& sessionId, const QString& frameId);
+
+private:
+    struct Target
+    {
+        QString type;
+        QString url;
+        QString title;
+        QString sessionId;
+        QString parentSession;
+        bool open = true;
+        std::shared_ptr<CdpBrowser> browser;
+    };
+
+    void connect();
+    void onEvent(const CdpConnection::Event& event);
+    void onAttached(const CdpConnection::Event& event);
+    void onClosed(const QString& targetId);
+    void onContextCreated(const CdpConnection::Event& event);
+    void onLoaded(const QString& sessionId, const QString& frameId);
+    void onBinding(const CdpConnection::Event& event);
+    // The page a session belongs to, through the parents of out-of-process frames.
+    std::shared_ptr<CdpBrowser> pageOfSession(const QString& sessionId) const;
+    CdpConnection& cdp();
+
+    Connector m_connector;
+    std::unique_ptr<ChromiumProcess> m_browser;
+    QString m_connectFailure;
+    Subscribers<ShellWindowEvents> m_sinks;
+    QHash<QString, Target> m_targets;          // by target id
+    QStringList m_pageOrder;                   // page target ids in the order they came
+    QHash<QString, QString> m_sessionTargets;  // session id -> target id
+    QHash<QString, int> m_contexts;            // session + "\n" + frame id -> context of our world
+    QHash<QString, std::weak_ptr<CdpDocument>> m_documents; // session + "\n" + context id
+    qint64 m_nextHandle = 1;
+};

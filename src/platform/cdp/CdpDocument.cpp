@@ -63,6 +63,8 @@ ElementPtr CdpDocument::element(const QJsonValue& id) const
 
 ElementPtr CdpDocument::activeElement() const
 {
+    if (m_activeAtEvent)
+        return element(QJsonValue(*m_activeAtEvent));
     return element(run(QStringLiteral("doc('activeElement')")));
 }
 
@@ -94,9 +96,11 @@ void CdpDocument::unsubscribe(const DocumentEvents* sink)
     m_sinks.remove(sink);
 }
 
-void CdpDocument::raise(const QString& kind)
+void CdpDocument::raise(const QString& kind, qint64 activeId)
 {
     const auto self = shared_from_this();
+    const std::optional<qint64> outer = m_activeAtEvent;
+    m_activeAtEvent = activeId;
     for (const auto& sink : m_sinks.snapshot()) {
         try {
             if (kind == QLatin1String("focusin"))
@@ -115,6 +119,7 @@ void CdpDocument::raise(const QString& kind)
             // An error a handler let through ends that handler only, as in the browser.
         }
     }
+    m_activeAtEvent = outer;
 }
 
 QJsonValue CdpElement::get(const char* property) const

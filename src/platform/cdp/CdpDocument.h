@@ -4,6 +4,7 @@
 #include "Subscribers.h"
 
 #include <QJsonValue>
+#include <optional>
 
 class CdpShell;
 
@@ -28,8 +29,9 @@ public:
 
     // Runs "window.__tolvane." + call in the document's world and gives back the value.
     QJsonValue run(const QString& call) const;
-    // A user's action the script reported ("click", "focusin", ...).
-    void raise(const QString& kind);
+    // A user's action the script reported ("click", "focusin", ...), with the element that was
+    // active then: while its handlers run, that is the document's active element.
+    void raise(const QString& kind, qint64 activeId);
 
     const QString& sessionId() const { return m_session; }
     const QString& frameId() const { return m_frame; }
@@ -44,6 +46,7 @@ private:
     QString m_frame;
     int m_context;
     Subscribers<DocumentEvents> m_sinks;
+    std::optional<qint64> m_activeAtEvent;
 };
 
 // An element of a real page, by its id in the document's script.

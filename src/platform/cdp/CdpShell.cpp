@@ -234,6 +234,11 @@ std::shared_ptr<CdpBrowser> CdpShell::pageOfSession(const QString& sessionId) co
 
 void CdpShell::onEvent(const CdpConnection::Event& event)
 {
+    // TOLVANE_CDP_TRACE=1 lists the browser's events on standard error, for diagnosis.
+    static const bool trace = qEnvironmentVariableIsSet("TOLVANE_CDP_TRACE");
+    if (trace)
+        qInfo("cdp %s %s %s", qPrintable(event.sessionId.left(8)), qPrintable(event.method),
+              qPrintable(QString::fromUtf8(QJsonDocument(event.params).toJson(QJsonDocument::Compact)).left(200)));
     const QString& method = event.method;
     const QJsonObject& params = event.params;
     if (method == QLatin1String("Target.attachedToTarget")) {
@@ -342,5 +347,5 @@ void CdpShell::onBinding(const CdpConnection::Event& event)
     }
     const QString documentKey = key(event.sessionId, QString::number(event.params.value("executionContextId").toInt()));
     if (const auto document = m_documents.value(documentKey).lock())
-        document->raise(kind);
+        document->raise(kind, payload.value("active").toInteger());
 }

@@ -32,7 +32,9 @@ inline QString source()
     return el;
   };
   const report = (kind, extra) => {
-    try { __tolvaneEvent(JSON.stringify(Object.assign({ seq: ++seq, kind }, extra || {}))); } catch (e) {}
+    // The element active when it happened goes along: the event may be handled a little later.
+    const active = idOf(document.activeElement);
+    try { __tolvaneEvent(JSON.stringify(Object.assign({ seq: ++seq, kind, active }, extra || {}))); } catch (e) {}
   };
   const isText = (el) => el.tagName === 'TEXTAREA';
   const frames = () => Array.from(document.querySelectorAll('iframe, frame'));

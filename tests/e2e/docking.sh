@@ -62,7 +62,7 @@ echo "docked: work area $(workarea), bar $geometry"
 
 xterm -maximized -T "A maximized window" -e sleep 30 &
 pids+=($!)
-wait_for 'xwininfo -root -tree | grep -q "A maximized window"'
+wait_for 'xwininfo -root -tree | grep "A maximized window" >/dev/null'
 sleep 1
 maximized=$(xwininfo -root -tree | sed -n 's/.*"A maximized window".*  +\([0-9]*\)+\([0-9]*\)$/\1/p' | head -1)
 width=$(xwininfo -root -tree | sed -n 's/.*"A maximized window".* \([0-9]*\)x[0-9]*+.*/\1/p' | head -1)

@@ -1,9 +1,12 @@
 // Main: wires the real adapters to the logic, runs the start-up and shows the bar.
+#include "AppError.h"
 #include "Clock.h"
 #include "DesktopShell.h"
 #include "IniFileStore.h"
 #include "MainWindow.h"
-#include "ModelBrowser.h"
+#include "BrowserLocator.h"
+#include "CdpShell.h"
+#include "ChromiumProcess.h"
 #include "QtMessageBoxes.h"
 #include "QtMessagePump.h"
 #include "QtTextMetrics.h"
@@ -34,8 +37,26 @@ int main(int argc, char* argv[])
     QtMessageBoxes boxes;
     IniFileStore ini;
     QtMessagePump pump;
-    // No browser adapter yet: the bar follows an empty window list.
-    ModelShell shellWindows;
+    // The followed browser: one already running (TOLVANE_DEVTOOLS), else one Tolvane starts with
+    // a profile of its own in the data folder, once the start-up knows that folder.
+    frmMain* started = nullptr;
+    CdpShell shellWindows([&started]() -> std::unique_ptr<ChromiumProcess> {
+        const QString endpoint = qEnvironmentVariable("TOLVANE_DEVTOOLS");
+        if (!endpoint.isEmpty())
+            return ChromiumProcess::attach(endpoint);
+        const QString browser = BrowserLocator::executable();
+        if (browser.isEmpty())
+            throw AppError(ErrorNumber::FileNotFound, QStringLiteral("No Chromium-family browser is installed."));
+        return ChromiumProcess::start(browser, started->DataFolder() + QStringLiteral("/Browser Profile"));
+    });
+    shell.setAddressOpener([&shellWindows](const QString& address) {
+        try {
+            shellWindows.OpenAddress(address);
+            return true;
+        } catch (const AppError&) {
+            return false;
+        }
+    });
     QtTextMetrics metrics;
     ShortcutDialogDisplay shortcutEditor;
     ProfilesDialogDisplay profilesEditor;
@@ -43,6 +64,7 @@ int main(int argc, char* argv[])
 
     frmMain form({shell, settings, boxes, clock, ini, shellWindows, pump, metrics, shortcutEditor,
                   profilesEditor, docking});
+    started = &form;
     MainWindow window(form);
     docking.setWindow(&window);
     shell.setKeyTarget(&window);

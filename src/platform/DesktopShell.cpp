@@ -122,6 +122,8 @@ void DesktopShell::SendKeys(const QString& keys)
 void DesktopShell::OpenAddress(const QString& address)
 {
     // In the followed browser when there is one, else with the desktop's own handler.
+    if (m_opener && m_opener(address))
+        return;
     if (!m_browser.isEmpty() &&
         QProcess::startDetached(m_browser, {QStringLiteral("--start-maximized"), address}))
         return;

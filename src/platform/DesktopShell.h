@@ -5,6 +5,7 @@
 
 #include <QLockFile>
 #include <QPointer>
+#include <functional>
 #include <memory>
 
 class QWidget;
@@ -19,6 +20,9 @@ public:
 
     // Where SendKeys delivers its keys when no widget of the program has the focus.
     void setKeyTarget(QWidget* target);
+    // Opens addresses in the followed browser; false when it cannot, and the address then goes
+    // to the browser started on its own, or to the desktop.
+    void setAddressOpener(std::function<bool(const QString&)> opener) { m_opener = std::move(opener); }
 
     bool IsAnotherInstanceRunning() override;
     BrowserIdentity browserIdentity() override;
@@ -39,4 +43,5 @@ private:
     bool m_versionAsked = false;
     std::optional<BrowserLocator::VersionInfo> m_version;
     QPointer<QWidget> m_keyTarget;
+    std::function<bool(const QString&)> m_opener;
 };

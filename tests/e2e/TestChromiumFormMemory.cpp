@@ -120,7 +120,13 @@ protected:
     QtMessagePump pump;
     std::unique_ptr<CdpShell> shell;
     std::unique_ptr<frmMain> form;
-    HttpServer server{{{"/a.html", ContestForm}, {"/b.html", ContestForm}}};
+    HttpServer server{{{"/a.html", ContestForm}, {"/b.html", ContestForm}, {"/c.html", ContestForm},
+                       {"/frames.html", QByteArray("<html><body><iframe src=\"/a.html\"></iframe>"
+                                                   "<iframe src=\"PLACEHOLDER\"></iframe></body></html>")}}};
+    QString fieldValue(const std::shared_ptr<CdpBrowser>& page, const char* name)
+    {
+        return evaluate(page, QStringLiteral("document.querySelector('[name=%1]').value").arg(QLatin1String(name))).toString();
+    }
 };
 
 TEST_F(TestChromiumFormMemory, TypedOnOneSiteFilledOnAnother)
@@ -145,5 +151,98 @@ TEST_F(TestChromiumFormMemory, TypedOnOneSiteFilledOnAnother)
     EXPECT_TRUE(waitFor([&] { return evaluate(second, "document.querySelector('[name=fname]').value") == QLatin1String("Ann"); }))
         << evaluate(second, "document.querySelector('[name=fname]').value").toString().toStdString();
     EXPECT_TRUE(f.boxes.shown.empty()) << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
+}
+TEST_F(TestChromiumFormMemory, EveryKindOfFieldIsRememberedAndFilled)
+{
+    auto first = open(server.url("/a.html"));
+    click(first, "[name=size][value=M]");
+    click(first, "[name=optin]");
+    click(first, "[name=comments]");
+    type(first, "line one\nline two");
+    click(first, "[name=fname]");
+    evaluate(first, "0"); // let the events arrive
+    const QString site = server.url("/a.html");
+    ASSERT_TRUE(waitFor([&] { return f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "comments").has_value(); }));
+    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "size_M"), QStringLiteral("True"));
+    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "optin_yes"), QStringLiteral("True"));
+    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "comments"),
+              QStringLiteral("line one<VBLF>line two"));
+    form->valueStore().SetValue(server.url("/c.html"), "state", "NY");
+
+    auto third = open(server.url("/c.html"));
+    EXPECT_EQ(evaluate(third, "document.querySelector('[name=size][value=M]').checked").toBool(), true);
+    EXPECT_EQ(evaluate(third, "document.querySelector('[name=optin]').checked").toBool(), true);
+    EXPECT_EQ(fieldValue(third, "state"), QStringLiteral("NY"));
+    EXPECT_EQ(fieldValue(third, "comments"), QStringLiteral("line one\nline two"));
+    EXPECT_TRUE(f.boxes.shown.empty()) << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
+}
+
+TEST_F(TestChromiumFormMemory, ProfileSwitchReloadsEveryPageWithTheOtherProfilesValues)
+{
+    auto page = open(server.url("/a.html"));
+    form->valueStore().SetValue(server.url("/a.html"), "fname", "Zed"); // first profile
+    form->cboProfiles.setListIndex(1);
+    form->valueStore().SetValue(server.url("/a.html"), "fname", "Vera");
+    form->cboProfiles.setListIndex(2);
+    form->cboProfiles.setListIndex(1);
+    EXPECT_TRUE(waitFor([&] { return fieldValue(page, "fname") == QLatin1String("Vera"); }))
+        << fieldValue(page, "fname").toStdString();
+    form->cboProfiles.setListIndex(0);
+    EXPECT_TRUE(waitFor([&] { return fieldValue(page, "fname") == QLatin1String("Zed"); }))
+        << fieldValue(page, "fname").toStdString();
+}
+
+TEST_F(TestChromiumFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReused)
+{
+    form->valueStore().SetValue(server.url("/a.html"), "fname", "Ann");
+    auto page = open(server.url("/a.html"));
+    ASSERT_EQ(fieldValue(page, "fname"), QStringLiteral("Ann"));
+    evaluate(page, "document.querySelector('[name=fname]').value = 'changed by the page'");
+    waitFor([] { return false; }, 1200);
+    for (int i = 0; i < 2; ++i) {
+        for (const char* type : {"mousePressed", "mouseReleased", "mousePressed", "mouseReleased"}) {
+            shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
+                        {{"type", type}, {"x", 300}, {"y", 300}, {"button", "left"},
+                         {"clickCount", QString::fromLatin1(type) == QLatin1String("mousePressed") ? 1 : 2}});
+        }
+        shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
+                    {{"type", "mousePressed"}, {"x", 300}, {"y", 300}, {"button", "left"}, {"clickCount", 2}});
+        shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
+                    {{"type", "mouseReleased"}, {"x", 300}, {"y", 300}, {"button", "left"}, {"clickCount", 2}});
+        waitFor([] { return false; }, 200);
+    }
+    EXPECT_TRUE(waitFor([&] { return fieldValue(page, "fname") == QLatin1String("Ann"); }))
+        << fieldValue(page, "fname").toStdString();
+
+    const int holders = form->tracking().upperBound();
+    shell->call(page->targetId(), QStringLiteral("Page.close"));
+    ASSERT_TRUE(waitFor([&] { return !shell->isOpen(page->targetId()); }));
+    auto next = open(server.url("/b.html"));
+    EXPECT_EQ(form->tracking().upperBound(), holders);
+    EXPECT_EQ(fieldValue(next, "fname"), QStringLiteral("Ann"));
+}
+
+TEST_F(TestChromiumFormMemory, TheBrowserKilledDuringAFillIsReportedAndTheBarGoesOn)
+{
+    for (int i = 0; i < 40; ++i)
+        form->valueStore().SetValue(server.url("/a.html"), QStringLiteral("fname"), "Ann");
+    int turns = 0;
+    // The fill lets events run after every field: the browser dies during the second field.
+    QObject killer;
+    QObject::connect(&form->StatusBar, &Control::changed, &killer, [&] {
+        if (form->StatusBar.text().startsWith(QStringLiteral(" retrieving")) && ++turns == 2)
+            shell->process()->kill();
+    });
+    shell->OpenAddress(server.url("/a.html"));
+    EXPECT_TRUE(waitFor([&] { return !f.boxes.shown.empty(); }));
+    ASSERT_FALSE(f.boxes.shown.empty());
+    EXPECT_TRUE(f.boxes.shown[0].text.startsWith(QStringLiteral("An error occured in procedure ")))
+        << f.boxes.shown[0].text.toStdString();
+    // The bar still works: its own commands and the data files.
+    form->cmdPause.click();
+    EXPECT_TRUE(form->isPaused());
+    form->valueStore().SetValue("http://x.example/", "k", "v");
+    EXPECT_EQ(form->valueStore().GetValue("http://x.example/", "k", ""), QStringLiteral("v"));
+    form->tracking().ResetIEs();
 }
 } // namespace

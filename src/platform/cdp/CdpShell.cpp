@@ -325,6 +325,14 @@ void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
     const std::shared_ptr<CdpBrowser> page = pageOfSession(sessionId);
     if (!page)
         return;
+    // A frame's first, empty document is replaced at once: filling it would only fail.
+    try {
+        const DocPtr shown = documentFor(sessionId, frameId);
+        if (shown && shown->url() == QLatin1String("about:blank"))
+            return;
+    } catch (const AppError&) {
+        return;
+    }
     if (frameId == page->targetId()) {
         page->documentComplete(page, m_targets.value(frameId).url);
         return;

@@ -120,7 +120,9 @@ protected:
     QtMessagePump pump;
     std::unique_ptr<CdpShell> shell;
     std::unique_ptr<frmMain> form;
-    HttpServer server{{{"/a.html", ContestForm}, {"/b.html", ContestForm}, {"/c.html", ContestForm},
+    HttpServer server{{{"/link.html", QByteArray("<html><body><a id=go href=\"/a.html\" style=\"display:block;"
+                                                 "padding:40px\">Enter the contest</a></body></html>")},
+                       {"/a.html", ContestForm}, {"/b.html", ContestForm}, {"/c.html", ContestForm},
                        {"/frames.html", QByteArray("<html><body><iframe src=\"/a.html\"></iframe>"
                                                    "<iframe id=\"other\"></iframe><script>other.src = "
                                                    "'http://localhost:' + location.port + '/b.html';</script>"
@@ -208,6 +210,36 @@ TEST_F(TestChromiumFormMemory, AFramesetIsFilledFrameByFrameOutOfProcessFramesIn
     };
     EXPECT_TRUE(waitFor([&] { return otherValue() == QLatin1String("Other site"); })) << otherValue().toStdString();
     EXPECT_TRUE(f.boxes.shown.empty()) << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
+}
+
+TEST_F(TestChromiumFormMemory, ProgressLinkTextsAndAVisitRedrawingItsShortcut)
+{
+    const QString file = form->ShortcutsFile();
+    f.ini.writeEntry(file, "Shortcuts", "Max", "1");
+    f.ini.writeEntry(file, "Shortcut1", "Title", "Link page");
+    f.ini.writeEntry(file, "Shortcut1", "URL", server.url("/link.html"));
+    f.ini.writeEntry(file, "Shortcut1", "Remind", "1");
+    f.ini.writeEntry(file, "Shortcut1", "StartDate", "1/1/2020");
+    form->shortcutList().RequeryShortcuts();
+    ASSERT_EQ(form->lvShortcuts.row(0).icon, 5); // due
+
+    QStringList statuses;
+    QObject watcher;
+    QObject::connect(&form->StatusBar, &Control::changed, &watcher, [&] { statuses << form->StatusBar.text(); });
+    auto page = open(server.url("/link.html"));
+    EXPECT_TRUE(statuses.filter(QStringLiteral(" loading ... ")).size() >= 1) << statuses.join('|').toStdString();
+    EXPECT_TRUE(statuses.contains(QStringLiteral(" loading ... 100%"))) << statuses.join('|').toStdString();
+
+    shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"), {{"type", "mouseMoved"}, {"x", 50}, {"y", 50}});
+    EXPECT_TRUE(waitFor([&] { return statuses.contains(QStringLiteral(" ") + server.url("/a.html")); }))
+        << statuses.join('|').toStdString();
+
+    // A click in the page is a visit: the shortcut is no longer due.
+    for (const char* type : {"mousePressed", "mouseReleased"}) {
+        shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
+                    {{"type", type}, {"x", 400}, {"y", 500}, {"button", "left"}, {"clickCount", 1}});
+    }
+    EXPECT_TRUE(waitFor([&] { return form->lvShortcuts.row(0).icon == 2; })) << form->lvShortcuts.row(0).icon;
 }
 
 TEST_F(TestChromiumFormMemory, ProfileSwitchReloadsEveryPageWithTheOtherProfilesValues)

@@ -58,3 +58,13 @@ void CdpBrowser::statusText(const QString& text)
         }
     }
 }
+
+void CdpBrowser::progressChange(int progress, int progressMax)
+{
+    for (const auto& sink : m_sinks.snapshot()) {
+        try {
+            sink->IE_ProgressChange(progress, progressMax);
+        } catch (const AppError&) {
+        }
+    }
+}

@@ -25,6 +25,7 @@ public:
     // What the shell learned of this window, passed to the holders.
     void documentComplete(const BrowserPtr& pDisp, const QString& url);
     void statusText(const QString& text);
+    void progressChange(int progress, int progressMax);
 
 private:
     CdpShell& m_shell;

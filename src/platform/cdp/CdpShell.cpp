@@ -49,6 +49,7 @@ void prepareSession(CdpConnection& cdp, const QString& session)
     cdp.send(QStringLiteral("Page.enable"), {}, session);
     cdp.send(QStringLiteral("Page.setLifecycleEventsEnabled"), {{"enabled", true}}, session);
     cdp.send(QStringLiteral("Runtime.enable"), {}, session);
+    cdp.send(QStringLiteral("Network.enable"), {}, session);
     cdp.send(QStringLiteral("Runtime.addBinding"),
              {{"name", InjectedScript::Binding}, {"executionContextName", InjectedScript::World}}, session);
     cdp.send(QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
@@ -269,6 +270,8 @@ void CdpShell::onEvent(const CdpConnection::Event& event)
             onLoaded(event.sessionId, params.value("frameId").toString());
     } else if (method == QLatin1String("Runtime.bindingCalled")) {
         onBinding(event);
+    } else if (method.startsWith(QLatin1String("Network.")) || method == QLatin1String("Page.frameStartedLoading")) {
+        onNetwork(event);
     }
 }
 
@@ -340,6 +343,29 @@ void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
     const DocPtr document = documentFor(sessionId, frameId);
     if (document)
         page->documentComplete(std::make_shared<CdpFrameBrowser>(page, document), QString());
+}
+
+void CdpShell::onNetwork(const CdpConnection::Event& event)
+{
+    // There is no progress event: the figures are the page's requests since its main frame
+    // started loading, and how many of them have ended.
+    const std::shared_ptr<CdpBrowser> page = pageOfSession(event.sessionId);
+    if (!page)
+        return;
+    Progress& progress = m_progress[page->targetId()];
+    if (event.method == QLatin1String("Page.frameStartedLoading")) {
+        if (event.params.value("frameId").toString() == page->targetId())
+            progress = Progress{};
+        return;
+    }
+    if (event.method == QLatin1String("Network.requestWillBeSent"))
+        ++progress.requested;
+    else if (event.method == QLatin1String("Network.loadingFinished") ||
+             event.method == QLatin1String("Network.loadingFailed"))
+        ++progress.ended;
+    else
+        return;
+    page->progressChange(progress.ended, progress.requested);
 }
 
 void CdpShell::onBinding(const CdpConnection::Event& event)

@@ -61,6 +61,7 @@ private:
     void onContextCreated(const CdpConnection::Event& event);
     void onLoaded(const QString& sessionId, const QString& frameId);
     void onBinding(const CdpConnection::Event& event);
+    void onNetwork(const CdpConnection::Event& event);
     // The page a session belongs to, through the parents of out-of-process frames.
     std::shared_ptr<CdpBrowser> pageOfSession(const QString& sessionId) const;
     CdpConnection& cdp();
@@ -74,5 +75,11 @@ private:
     QHash<QString, QString> m_sessionTargets;  // session id -> target id
     QHash<QString, int> m_contexts;            // session + "\n" + frame id -> context of our world
     QHash<QString, std::weak_ptr<CdpDocument>> m_documents; // session + "\n" + context id
+    struct Progress
+    {
+        int requested = 0;
+        int ended = 0;
+    };
+    QHash<QString, Progress> m_progress; // by page target id
     qint64 m_nextHandle = 1;
 };

@@ -7,11 +7,14 @@
 #include <QTimer>
 #include <QWebSocket>
 #include <cerrno>
+#include <csignal>
 #include <unistd.h>
 
 PipeTransport::PipeTransport(int readFd, int writeFd)
     : m_readFd(readFd), m_writeFd(writeFd), m_notifier(new QSocketNotifier(readFd, QSocketNotifier::Read, this))
 {
+    // A browser that died must make a write fail, not end Tolvane.
+    ::signal(SIGPIPE, SIG_IGN);
     connect(m_notifier, &QSocketNotifier::activated, this, &PipeTransport::readAvailable);
 }
 

@@ -56,4 +56,40 @@ public:
 
     virtual void subscribe(const std::shared_ptr<DocumentEvents>& sink) = 0;
     virtual void unsubscribe(const DocumentEvents* sink) = 0;
+
+    // Reads and writes that belong together (one fill). Between the two calls a document in
+    // another process may answer reads of listed elements from the listing and send writes
+    // together; endBatch applies what is still pending and throws AppError as a write would.
+    // Batches nest; only the outermost end applies.
+    virtual void beginBatch() {}
+    virtual void endBatch() {}
+};
+
+// A batch for one scope: commit() ends it and lets a failed write be seen; leaving the scope
+// any other way (an error already on its way) still applies what is pending, quietly.
+class DocumentBatch
+{
+public:
+    explicit DocumentBatch(HtmlDocument& document) : m_document(document) { m_document.beginBatch(); }
+    ~DocumentBatch()
+    {
+        if (m_open) {
+            try {
+                m_document.endBatch();
+            } catch (...) {
+            }
+        }
+    }
+    DocumentBatch(const DocumentBatch&) = delete;
+    DocumentBatch& operator=(const DocumentBatch&) = delete;
+
+    void commit()
+    {
+        m_open = false;
+        m_document.endBatch();
+    }
+
+private:
+    HtmlDocument& m_document;
+    bool m_open = true;
 };

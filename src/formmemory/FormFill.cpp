@@ -18,21 +18,30 @@ void FormFill::IEHolder_NewDoc(int /*Index*/, const DocPtr& document)
     if (m_services.host.isPaused())
         return;
     Changed changed;
+    std::optional<QString> filledUrl;
     try {
+        DocumentBatch batch(*document);
         if (isRepeat(*document))
             return;
         fillInputs(*document, changed);
         fillTextAreas(*document);
         fillLists(*document);
+        try {
+            filledUrl = document->url();
+        } catch (const AppError&) {
+        }
+        batch.commit();
     } catch (const AppError& error) {
         m_services.errors.ReportError(error, QStringLiteral("IEHolder_NewDoc"));
         return;
     }
-    jumpTo(changed);
-    try {
-        m_lastFillURL = document->url();
-    } catch (const AppError&) {
+    {
+        // The jumps are worth a try only: they go together and a failed one is let be.
+        DocumentBatch jumps(*document);
+        jumpTo(changed);
     }
+    if (filledUrl)
+        m_lastFillURL = *filledUrl;
     m_lastFillTimeMs = m_services.clock.monotonicMs();
 }
 

@@ -18,10 +18,10 @@ public:
     // The site's value, else the profile's value for any site, else the default; unescaped.
     QString GetValue(const QString& site, const QString& key, const QString& defaultValue);
     void SetValue(const QString& site, const QString& key, const QString& value);
-
-private:
+    // The profile's file of values for any site.
     QString anyFile() const;
 
+private:
     const Ini& m_ini;
     const DataLocation& m_location;
     ErrorReport& m_errors;

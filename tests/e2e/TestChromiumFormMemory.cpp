@@ -1,6 +1,7 @@
 // The whole bar following a real headless Chromium, the user typing, clicking and pressing Tab
 // through DevTools input events, pages served on 127.0.0.1.
 #include "CdpBrowser.h"
+#include "CdpDocument.h"
 #include "CdpShell.h"
 #include "ChromiumProcess.h"
 #include "FormFixture.h"
@@ -19,6 +20,16 @@ const QByteArray ContestForm = R"(<html><head><title>Contest</title></head><body
 <input type="checkbox" name="optin" value="yes">
 <select name="state"><option value="CA">CA</option><option value="NY">NY</option></select>
 <textarea name="comments"></textarea><input type="submit"></form></body></html>)";
+
+// Radio groups by form and by exact name, nameless radios, lists with a repeated value and a
+// multiple list, a number field that refuses text.
+const QByteArray GroupsPage = R"(<html><body>
+<form><input type=radio name=g value=a checked><input type=radio name=g value=b><input type=radio name=G value=c></form>
+<form><input type=radio name=g value=d checked></form>
+<input type=radio name=g value=e checked><input type=radio value=n1><input type=radio value=n2>
+<input type=checkbox name=k><input type=number name=num>
+<select name=s><option value=x>x<option value=y>y<option value=y>y2</select>
+<select name=m multiple><option>p<option selected>q</select></body></html>)";
 
 class TestChromiumFormMemory : public ::testing::Test
 {
@@ -122,6 +133,7 @@ protected:
     std::unique_ptr<frmMain> form;
     HttpServer server{{{"/link.html", QByteArray("<html><body><a id=go href=\"/a.html\" style=\"display:block;"
                                                  "padding:40px\">Enter the contest</a></body></html>")},
+                       {"/groups.html", GroupsPage},
                        {"/a.html", ContestForm}, {"/b.html", ContestForm}, {"/c.html", ContestForm},
                        {"/frames.html", QByteArray("<html><body><iframe src=\"/a.html\"></iframe>"
                                                    "<iframe id=\"other\"></iframe><script>other.src = "
@@ -288,6 +300,79 @@ TEST_F(TestChromiumFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReu
     auto next = open(server.url("/b.html"));
     EXPECT_EQ(form->tracking().upperBound(), holders);
     EXPECT_EQ(fieldValue(next, "fname"), QStringLiteral("Ann"));
+}
+
+// A fill reads what one listing found and sends its writes together: what it reads after each
+// write must be what the page itself would answer.
+TEST_F(TestChromiumFormMemory, ABatchAnswersReadsAsThePageWould)
+{
+    struct Write
+    {
+        const char* tag;
+        int index;
+        const char* property;
+        QJsonValue value;
+    };
+    const std::vector<Write> writes = {
+        {"input", 1, "checked", true},  {"input", 5, "checked", true},       {"input", 6, "checked", true},
+        {"input", 4, "checked", false}, {"input", 2, "checked", true},       {"input", 7, "checked", true},
+        {"input", 8, "value", "abc"},   {"select", 0, "value", "y"},         {"select", 0, "value", "nope"},
+        {"select", 0, "selectedIndex", 2}, {"select", 0, "selectedIndex", 7}, {"select", 1, "value", "p"},
+        {"select", 1, "selectedIndex", -1}, {"input", 0, "checked", true},
+    };
+    const auto trace = [&](const std::shared_ptr<CdpBrowser>& page, bool batched) {
+        const DocPtr document = page->document();
+        std::optional<DocumentBatch> batch;
+        if (batched)
+            batch.emplace(*document);
+        QMap<QString, QList<ElementPtr>> listed{{"input", document->tags("input")}, {"select", document->tags("select")}};
+        QStringList seen;
+        for (const Write& write : writes) {
+            const ElementPtr& element = listed[write.tag][write.index];
+            if (QLatin1String(write.property) == QLatin1String("checked"))
+                element->setChecked(write.value.toBool());
+            else if (QLatin1String(write.property) == QLatin1String("value"))
+                element->setValue(write.value.toString());
+            else
+                element->setSelectedIndex(write.value.toInt());
+            QString state;
+            for (const ElementPtr& input : listed["input"])
+                state += input->checked() ? QLatin1Char('1') : QLatin1Char('0');
+            state += QLatin1Char(' ') + listed["input"][8]->value();
+            for (const ElementPtr& list : listed["select"])
+                state += QStringLiteral(" %1:%2").arg(list->selectedIndex()).arg(list->value());
+            seen.append(state);
+        }
+        if (batch)
+            batch->commit();
+        return seen;
+    };
+    const QStringList live = trace(open(server.url("/groups.html")), false);
+    const QStringList batched = trace(open(server.url("/groups.html")), true);
+    EXPECT_EQ(batched, live);
+    ASSERT_EQ(live.size(), static_cast<qsizetype>(writes.size()));
+    EXPECT_EQ(live[0].left(8), QStringLiteral("01011000")); // b unchecks a only, not d or e
+}
+
+// A frame moving to a process of its own replaces its document between two calls: the old one
+// must end a fill quietly, since the new one is filled on its own load.
+TEST_F(TestChromiumFormMemory, ADocumentThePageLeftTakesWritesAndHasNothingToGive)
+{
+    auto page = open(server.url("/c.html"));
+    const DocPtr left = page->document();
+    const ElementPtr field = left->tags("input").value(0);
+    ASSERT_TRUE(field);
+    evaluate(page, QStringLiteral("location.href = '/a.html'"));
+    ASSERT_TRUE(waitFor([&] { return heldUrl(page) == server.url("/a.html"); }));
+
+    DocumentBatch batch(*left);
+    EXPECT_TRUE(left->tags("input").isEmpty());
+    EXPECT_EQ(left->readyState(), QString());
+    field->setValue(QStringLiteral("lost"));
+    EXPECT_NO_THROW(batch.commit());
+    EXPECT_TRUE(std::static_pointer_cast<CdpDocument>(left)->unloaded());
+    EXPECT_EQ(fieldValue(page, "fname"), QString());
+    EXPECT_TRUE(f.boxes.shown.empty()) << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
 }
 
 TEST_F(TestChromiumFormMemory, TheBrowserKilledDuringAFillIsReportedAndTheBarGoesOn)

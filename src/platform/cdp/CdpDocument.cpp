@@ -1,6 +1,7 @@
 #include "CdpDocument.h"
 
 #include "AppError.h"
+#include "CdpListing.h"
 #include "CdpShell.h"
 
 #include <QJsonArray>
@@ -22,12 +23,94 @@ CdpDocument::CdpDocument(CdpShell& shell, QString sessionId, QString frameId, in
 
 QJsonValue CdpDocument::run(const QString& call) const
 {
-    return m_shell.evaluate(m_session, m_context, QStringLiteral("window.__tolvane.") + call);
+    QString expression = QStringLiteral("window.__tolvane.") + call;
+    if (!m_pendingWrites.isEmpty()) {
+        // Writes still pending go first, so whatever is read sees them; a failed one fails the call.
+        expression = QStringLiteral("(window.__tolvane.apply(%1), %2)").arg(literal(m_pendingWrites), expression);
+        m_pendingWrites = {};
+    }
+    if (m_unloaded)
+        return {};
+    try {
+        return m_shell.evaluate(m_session, m_context, expression);
+    } catch (const AppError& error) {
+        if (!isContextGone(error))
+            throw;
+        // The page went on to another document (a frame moving to a process of its own does so
+        // between two calls): like the detached document of a page that navigated on, this one
+        // takes writes and has nothing to give. The new document is filled on its own load.
+        m_unloaded = true;
+        return {};
+    }
+}
+
+bool CdpDocument::isContextGone(const AppError& error)
+{
+    return error.number() == ErrorNumber::BrowserCall &&
+           (error.description().contains(QLatin1String("Cannot find context with specified id")) ||
+            error.description().contains(QLatin1String("Execution context was destroyed")));
+}
+
+void CdpDocument::beginBatch()
+{
+    if (m_batchDepth++ == 0)
+        ++m_batch;
+}
+
+void CdpDocument::endBatch()
+{
+    if (m_batchDepth == 0 || --m_batchDepth > 0)
+        return;
+    m_batchTexts.clear();
+    m_readAhead.clear();
+    m_readAheadDone = false;
+    if (!m_pendingWrites.isEmpty())
+        run(QStringLiteral("doc('readyState')"));
+}
+
+void CdpDocument::wrote(bool throughListing) const
+{
+    m_event.fields = {};
+    if (!throughListing)
+        m_readAhead.clear();
+}
+
+void CdpDocument::readAhead() const
+{
+    if (openBatch() == 0 || m_readAheadDone)
+        return;
+    m_readAheadDone = true;
+    const QJsonObject snapshot = QJsonDocument::fromJson(run(QStringLiteral("snapshot()")).toString().toUtf8()).object();
+    const QJsonObject texts = snapshot.value(QLatin1String("doc")).toObject();
+    for (auto text = texts.begin(); text != texts.end(); ++text)
+        m_batchTexts.insert(text.key(), text.value().toString());
+    const QJsonObject lists = snapshot.value(QLatin1String("lists")).toObject();
+    for (auto list = lists.begin(); list != lists.end(); ++list)
+        m_readAhead.insert(list.key(), list.value().toArray());
+}
+
+void CdpDocument::queueWrite(qint64 id, const QString& property, const QJsonValue& value) const
+{
+    m_pendingWrites.append(QJsonArray{id, property, value});
 }
 
 QString CdpDocument::text(const char* property) const
 {
-    return run(QStringLiteral("doc(%1)").arg(literal(QString::fromLatin1(property)))).toString();
+    // Within a batch the page is taken to stay where it is: one read serves the whole fill.
+    const QString key = QString::fromLatin1(property);
+    const auto reportedText = m_event.texts.constFind(key);
+    if (reportedText != m_event.texts.constEnd())
+        return reportedText->toString();
+    readAhead();
+    if (openBatch() != 0) {
+        const auto known = m_batchTexts.constFind(key);
+        if (known != m_batchTexts.constEnd())
+            return *known;
+    }
+    const QString value = run(QStringLiteral("doc(%1)").arg(literal(key))).toString();
+    if (openBatch() != 0)
+        m_batchTexts.insert(key, value);
+    return value;
 }
 
 QString CdpDocument::title() const
@@ -63,16 +146,39 @@ ElementPtr CdpDocument::element(const QJsonValue& id) const
 
 ElementPtr CdpDocument::activeElement() const
 {
-    if (m_activeAtEvent)
-        return element(QJsonValue(*m_activeAtEvent));
+    if (m_event.activeId)
+        return element(QJsonValue(*m_event.activeId));
     return element(run(QStringLiteral("doc('activeElement')")));
 }
 
 QList<ElementPtr> CdpDocument::tags(const QString& tagName) const
 {
+    if (openBatch() != 0) {
+        readAhead();
+        const auto ahead = m_readAhead.find(tagName.toLower());
+        if (ahead != m_readAhead.end()) {
+            const QJsonArray records = *ahead;
+            m_readAhead.erase(ahead);
+            return listing(records);
+        }
+        return listing(QJsonDocument::fromJson(run(QStringLiteral("list(%1)").arg(literal(tagName))).toString().toUtf8()).array());
+    }
     QList<ElementPtr> found;
     for (const QJsonValue& id : run(QStringLiteral("tags(%1)").arg(literal(tagName))).toArray())
         found.append(element(id));
+    return found;
+}
+
+QList<ElementPtr> CdpDocument::listing(const QJsonArray& records) const
+{
+    std::vector<CdpListing::Field> fields;
+    for (const QJsonValue& record : records)
+        fields.push_back(CdpListing::fieldFrom(record.toObject()));
+    const auto listed = std::make_shared<CdpListing>(std::move(fields), m_batch);
+    QList<ElementPtr> found;
+    found.reserve(listed->size());
+    for (int index = 0; index < listed->size(); ++index)
+        found.append(std::make_shared<CdpElement>(shared_from_this(), listed, index));
     return found;
 }
 
@@ -96,11 +202,12 @@ void CdpDocument::unsubscribe(const DocumentEvents* sink)
     m_sinks.remove(sink);
 }
 
-void CdpDocument::raise(const QString& kind, qint64 activeId)
+void CdpDocument::raise(const QString& kind, const QJsonObject& report)
 {
     const auto self = shared_from_this();
-    const std::optional<qint64> outer = m_activeAtEvent;
-    m_activeAtEvent = activeId;
+    const std::optional<qint64> outer = m_event.activeId;
+    m_event = {report.value(QLatin1String("active")).toInteger(), report.value(QLatin1String("fields")).toObject(),
+               report.value(QLatin1String("doc")).toObject()};
     for (const auto& sink : m_sinks.snapshot()) {
         try {
             if (kind == QLatin1String("focusin"))
@@ -119,18 +226,59 @@ void CdpDocument::raise(const QString& kind, qint64 activeId)
             // An error a handler let through ends that handler only, as in the browser.
         }
     }
-    m_activeAtEvent = outer;
+    // An event handled inside another's handler: the outer one reads the page itself from now on.
+    m_event = {outer, {}, {}};
+}
+
+std::optional<QJsonValue> CdpDocument::reported(qint64 id, const QString& property) const
+{
+    const QJsonObject field = m_event.fields.value(QString::number(id)).toObject();
+    const auto value = field.constFind(property);
+    if (value == field.constEnd())
+        return std::nullopt;
+    return *value;
+}
+
+CdpElement::CdpElement(std::shared_ptr<const CdpDocument> document, std::shared_ptr<CdpListing> listing, int index)
+    : m_document(std::move(document)), m_id(listing->field(index).id), m_listing(std::move(listing)), m_index(index)
+{
+}
+
+CdpListing* CdpElement::listing() const
+{
+    return m_listing && m_listing->batch() == m_document->openBatch() ? m_listing.get() : nullptr;
 }
 
 QJsonValue CdpElement::get(const char* property) const
 {
-    return m_document->run(QStringLiteral("get(%1, %2)").arg(m_id).arg(literal(QString::fromLatin1(property))));
+    const QString name = QString::fromLatin1(property);
+    if (const CdpListing* listed = listing()) {
+        const QJsonObject& known = listed->field(m_index).properties;
+        const auto value = known.constFind(name);
+        if (value != known.constEnd())
+            return *value;
+    }
+    if (const auto value = m_document->reported(m_id, name))
+        return *value;
+    return m_document->run(QStringLiteral("get(%1, %2)").arg(m_id).arg(literal(name)));
 }
 
 void CdpElement::set(const char* property, const QJsonValue& value) const
 {
-    required(m_document->run(
-        QStringLiteral("set(%1, %2, %3)").arg(m_id).arg(literal(QString::fromLatin1(property)), literal(value))));
+    const QString name = QString::fromLatin1(property);
+    CdpListing* listed = listing();
+    m_document->wrote(listed != nullptr);
+    if (listed) {
+        const QJsonObject& known = listed->field(m_index).properties;
+        if (known.contains(name))
+            required(known.value(name));
+        m_document->queueWrite(m_id, name, value);
+        listed->wrote(m_index, name, value);
+        return;
+    }
+    const QJsonValue answer = m_document->run(QStringLiteral("set(%1, %2, %3)").arg(m_id).arg(literal(name), literal(value)));
+    if (!m_document->unloaded())
+        required(answer);
 }
 
 QJsonValue CdpElement::required(const QJsonValue& value)

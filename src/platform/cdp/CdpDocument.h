@@ -3,8 +3,14 @@
 #include "HtmlDocument.h"
 #include "Subscribers.h"
 
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QJsonValue>
 #include <optional>
+
+class AppError;
+class CdpListing;
 
 class CdpShell;
 
@@ -26,27 +32,61 @@ public:
     FramePtr frameItem(int index) const override;
     void subscribe(const std::shared_ptr<DocumentEvents>& sink) override;
     void unsubscribe(const DocumentEvents* sink) override;
+    void beginBatch() override;
+    void endBatch() override;
+
+    // The batch now open, or 0: a listing taken in it answers reads until it ends.
+    quint64 openBatch() const { return m_batchDepth > 0 ? m_batch : 0; }
+    // A write made during a batch: it goes to the page with the next call, in order.
+    void queueWrite(qint64 id, const QString& property, const QJsonValue& value) const;
 
     // Runs "window.__tolvane." + call in the document's world and gives back the value.
     QJsonValue run(const QString& call) const;
-    // A user's action the script reported ("click", "focusin", ...), with the element that was
-    // active then: while its handlers run, that is the document's active element.
-    void raise(const QString& kind, qint64 activeId);
+    // A user's action the script reported ("click", "focusin", ...) with what the page was then:
+    // the active element, the document's texts and the fields a handler reads (the active one and
+    // the one active before). While its handlers run, reads are answered from that, so a handler
+    // needs no call to the page and sees the page as it was when the user acted.
+    void raise(const QString& kind, const QJsonObject& report);
+    // A field's property as the event being handled reported it.
+    std::optional<QJsonValue> reported(qint64 id, const QString& property) const;
+    // A write makes what the event reported of the fields out of date; one not made through a
+    // listing also what the batch read ahead.
+    void wrote(bool throughListing) const;
+
+    // Whether the browser has let the document go: its calls then answer nothing.
+    bool unloaded() const { return m_unloaded; }
 
     const QString& sessionId() const { return m_session; }
     const QString& frameId() const { return m_frame; }
     int contextId() const { return m_context; }
 
 private:
+    static bool isContextGone(const AppError& error);
     QString text(const char* property) const;
     ElementPtr element(const QJsonValue& id) const;
+    QList<ElementPtr> listing(const QJsonArray& records) const;
+    // The batch's first read brings the document's texts and its form fields in one call.
+    void readAhead() const;
 
     CdpShell& m_shell;
     QString m_session;
     QString m_frame;
     int m_context;
     Subscribers<DocumentEvents> m_sinks;
-    std::optional<qint64> m_activeAtEvent;
+    struct EventState
+    {
+        std::optional<qint64> activeId;
+        QJsonObject fields; // by element id
+        QJsonObject texts;  // the document's
+    };
+    mutable EventState m_event;
+    int m_batchDepth = 0;
+    quint64 m_batch = 0;
+    mutable QJsonArray m_pendingWrites;
+    mutable QHash<QString, QString> m_batchTexts; // document properties read in the batch
+    mutable QHash<QString, QJsonArray> m_readAhead; // listings by tag name, each used once
+    mutable bool m_readAheadDone = false;
+    mutable bool m_unloaded = false;
 };
 
 // An element of a real page, by its id in the document's script.
@@ -54,6 +94,8 @@ class CdpElement : public HtmlElement
 {
 public:
     CdpElement(std::shared_ptr<const CdpDocument> document, qint64 id) : m_document(std::move(document)), m_id(id) {}
+    // An element of a listing taken during a batch.
+    CdpElement(std::shared_ptr<const CdpDocument> document, std::shared_ptr<CdpListing> listing, int index);
 
     QString tagName() const override { return get("tagName").toString(); }
     QString name() const override { return get("name").toString(); }
@@ -73,7 +115,11 @@ private:
     void set(const char* property, const QJsonValue& value) const;
     // A property the element does not have is the classic "not supported" error.
     static QJsonValue required(const QJsonValue& value);
+    // The listing, while the batch it was taken in is open.
+    CdpListing* listing() const;
 
     std::shared_ptr<const CdpDocument> m_document;
     qint64 m_id;
+    std::shared_ptr<CdpListing> m_listing;
+    int m_index = -1;
 };

@@ -381,5 +381,5 @@ void CdpShell::onBinding(const CdpConnection::Event& event)
     }
     const QString documentKey = key(event.sessionId, QString::number(event.params.value("executionContextId").toInt()));
     if (const auto document = m_documents.value(documentKey).lock())
-        document->raise(kind, payload.value("active").toInteger());
+        document->raise(kind, payload);
 }

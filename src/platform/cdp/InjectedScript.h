@@ -31,13 +31,60 @@ inline QString source()
     if (!el || !el.isConnected) throw new Error('The element is no longer in the page.');
     return el;
   };
-  const report = (kind, extra) => {
-    // The element active when it happened goes along: the event may be handled a little later.
-    const active = idOf(document.activeElement);
-    try { __tolvaneEvent(JSON.stringify(Object.assign({ seq: ++seq, kind, active }, extra || {}))); } catch (e) {}
-  };
   const isText = (el) => el.tagName === 'TEXTAREA';
   const frames = () => Array.from(document.querySelectorAll('iframe, frame'));
+  const read = (el, what) => {
+    switch (what) {
+      case 'tagName': return el.tagName;
+      case 'innerText': return isText(el) ? el.value : el.innerText;
+      case 'name': return el.getAttribute('name') || '';
+      case 'type': return el.type === undefined ? null : el.type;
+      case 'value': return el.value === undefined ? null : el.value;
+      case 'checked': return el.checked === undefined ? null : el.checked;
+      case 'selectedIndex': return el.selectedIndex === undefined ? null : el.selectedIndex;
+    }
+    throw new Error('Unknown element property ' + what);
+  };
+  // What a fill or a capture reads of a field (a plain element's text is left out: it costs a layout).
+  const fieldOf = (el) => {
+    const properties = {};
+    for (const what of ['tagName', 'name', 'type', 'value', 'checked', 'selectedIndex']) properties[what] = read(el, what);
+    if (isText(el)) properties.innerText = el.value;
+    return properties;
+  };
+  // Each element of a tag with what a fill reads of it, and its radio group.
+  const listOf = (name) => {
+    const groups = new Map();
+    const groupOf = (el, id) => {
+      const name = el.getAttribute('name');
+      if (el.type !== 'radio' || !name) return 0;
+      const owner = el.form || el.getRootNode();
+      if (!groups.has(owner)) groups.set(owner, new Map());
+      const named = groups.get(owner);
+      if (!named.has(name)) named.set(name, id);
+      return named.get(name);
+    };
+    return Array.from(document.getElementsByTagName(name)).map((el) => {
+      const id = idOf(el);
+      const properties = fieldOf(el);
+      const options = el.tagName === 'SELECT' ? Array.from(el.options, (o) => o.value) : [];
+      return { id, properties, options, group: groupOf(el, id) };
+    });
+  };
+  // The cookie is asked of the browser process each time: only focus handlers read it.
+  const docTexts = ['title', 'url', 'urlUnencoded', 'readyState'];
+  let lastActive = null;
+  const report = (kind, extra) => {
+    // The page as it was goes along: the handlers may run a little later, and need no call back.
+    const activeEl = document.activeElement;
+    const fields = {};
+    for (const el of [activeEl, lastActive]) { try { if (el && el.isConnected) fields[idOf(el)] = fieldOf(el); } catch (e) {} }
+    if (kind === 'propertychange') lastActive = activeEl;
+    const doc = {};
+    for (const what of docTexts) doc[what] = window.__tolvane.doc(what);
+    if (kind === 'focusin' || kind === 'activate') doc.cookie = window.__tolvane.doc('cookie');
+    try { __tolvaneEvent(JSON.stringify(Object.assign({ seq: ++seq, kind, active: idOf(activeEl), fields, doc }, extra || {}))); } catch (e) {}
+  };
   window.__tolvane = {
     doc(what) {
       switch (what) {
@@ -52,20 +99,23 @@ inline QString source()
       throw new Error('Unknown document property ' + what);
     },
     tags(name) { return Array.from(document.getElementsByTagName(name)).map(idOf); },
-    frame(index) { return frames()[index] || null; },
-    get(id, what) {
-      const el = element(id);
-      switch (what) {
-        case 'tagName': return el.tagName;
-        case 'innerText': return isText(el) ? el.value : el.innerText;
-        case 'name': return el.getAttribute('name') || '';
-        case 'type': return el.type === undefined ? null : el.type;
-        case 'value': return el.value === undefined ? null : el.value;
-        case 'checked': return el.checked === undefined ? null : el.checked;
-        case 'selectedIndex': return el.selectedIndex === undefined ? null : el.selectedIndex;
-      }
-      throw new Error('Unknown element property ' + what);
+    list(name) { return JSON.stringify(listOf(name)); },
+    // What a fill reads first, in one answer: the document's texts and its form fields.
+    snapshot() {
+      const doc = {};
+      for (const what of docTexts) doc[what] = this.doc(what);
+      const lists = {};
+      for (const name of ['input', 'textarea', 'select']) lists[name] = listOf(name);
+      return JSON.stringify({ doc, lists });
     },
+    apply(writes) {
+      for (const [id, what, value] of writes) {
+        if (this.set(id, what, value) === null) throw new Error("Object doesn't support this property or method");
+      }
+      return true;
+    },
+    frame(index) { return frames()[index] || null; },
+    get(id, what) { return read(element(id), what); },
     set(id, what, value) {
       const el = element(id);
       if (what === 'innerText') { if (isText(el)) el.value = value; else el.innerText = value; return true; }
@@ -84,8 +134,9 @@ inline QString source()
   addEventListener('mousedown', (e) => { if (e.detail === 2) e.preventDefault(); }, true);
   addEventListener('dblclick', (e) => { e.preventDefault(); report('dblclick'); }, true);
   document.addEventListener('readystatechange', () => report('readystatechange'), true);
-  addEventListener('mouseover', (e) => { const a = link(e.target); if (a) report('status', { text: a.href }); }, true);
-  addEventListener('mouseout', (e) => { if (link(e.target)) report('status', { text: '' }); }, true);
+  const status = (text) => { try { __tolvaneEvent(JSON.stringify({ seq: ++seq, kind: 'status', text })); } catch (e) {} };
+  addEventListener('mouseover', (e) => { const a = link(e.target); if (a) status(a.href); }, true);
+  addEventListener('mouseout', (e) => { if (link(e.target)) status(''); }, true);
 })();
 )JS");
 }

@@ -128,7 +128,7 @@ public:
                   << QStringLiteral("about:blank");
         m_process.setProgram(chromium);
         m_process.setArguments(arguments);
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.setStandardErrorFile(QProcess::nullDevice());
         m_process.start();
         QFile port(profile + QStringLiteral("/DevToolsActivePort"));
         bench::pumpUntil([&] { return port.open(QIODevice::ReadOnly); }, 20000);
@@ -156,6 +156,7 @@ public:
         environment.insert(QStringLiteral("XDG_DATA_HOME"), home + QStringLiteral("/data"));
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QStringLiteral("/config"));
         environment.insert(QStringLiteral("TMPDIR"), home + QStringLiteral("/tmp"));
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home + QStringLiteral("/tmp"));
         environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
         if (devtools.isEmpty())
             environment.remove(QStringLiteral("TOLVANE_DEVTOOLS"));
@@ -195,6 +196,7 @@ double medianStart(const QString& home, const QString& devtools, int runs)
         MapWatch watch;
         Bar bar(home, devtools);
         times.push_back(bar.start(watch));
+        std::fprintf(stderr, "start %d: %.0f ms\n", run + 1, times.back());
         QThread::msleep(300);
     }
     return *std::min_element(times.begin(), times.end()) < 0 ? -1 : bench::median(times);
@@ -220,6 +222,12 @@ int fillPages(const QString& endpoint, const QString& formUrl, int count)
             return cdp.call(QStringLiteral("Runtime.evaluate"), {{"expression", done}, {"returnByValue", true}}, session)
                 .value("result").toObject().value("value").toBool();
         }, 10000);
+        if (filled == 0) {
+            std::fprintf(stderr, "page %d not filled: %s\n", page, qPrintable(cdp.call(QStringLiteral("Runtime.evaluate"),
+                {{"expression", "location.href + ' ' + document.readyState + ' ' + document.forms[0].s9.value + ' ' + document.forms[0].t0.value"}, {"returnByValue", true}}, session)
+                .value("result").toObject().value("value").toString()));
+            return 0;
+        }
     }
     cdp.call(QStringLiteral("Target.closeTarget"), {{"targetId", target}});
     return filled;
@@ -229,6 +237,7 @@ int fillPages(const QString& endpoint, const QString& formUrl, int count)
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
     const QString chromium = QStandardPaths::findExecutable(QStringLiteral("chromium"));
     if (chromium.isEmpty() || qEnvironmentVariableIsEmpty("DISPLAY")) {
         std::printf("needs chromium and an X display (bench/run provides one)\n");
@@ -237,9 +246,15 @@ int main(int argc, char** argv)
     QTemporaryDir home;
     for (const char* folder : {"data", "config", "tmp", "browser"})
         QDir(home.path()).mkpath(QLatin1String(folder));
+    QFile::setPermissions(home.path() + QStringLiteral("/tmp"), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     HttpServer server({{"/form100.html", bench::page("form100.html")}});
     const QString formUrl = server.url("/form100.html");
     prepareData(home.path(), formUrl);
+    // Chromium as the default browser, as for a user of the bar: else a notice waits at start-up.
+    QFile associations(home.path() + QStringLiteral("/config/mimeapps.list"));
+    if (associations.open(QIODevice::WriteOnly))
+        associations.write("[Default Applications]\ntext/html=chromium.desktop\nx-scheme-handler/http=chromium.desktop\n");
+    associations.close();
 
     DebuggedBrowser browser(chromium, home.path() + QStringLiteral("/browser"));
     std::printf("start-up to a shown bar, %d shortcuts, browser already running: median %.0f ms over 5 starts\n",

@@ -196,7 +196,6 @@ double medianStart(const QString& home, const QString& devtools, int runs)
         MapWatch watch;
         Bar bar(home, devtools);
         times.push_back(bar.start(watch));
-        std::fprintf(stderr, "start %d: %.0f ms\n", run + 1, times.back());
         QThread::msleep(300);
     }
     return *std::min_element(times.begin(), times.end()) < 0 ? -1 : bench::median(times);

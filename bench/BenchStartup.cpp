@@ -38,7 +38,8 @@ public:
         const uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
         xcb_change_window_attributes(m_connection, screen->root, XCB_CW_EVENT_MASK, &mask);
         const char* name = "_NET_WM_PID";
-        auto* reply = xcb_intern_atom_reply(m_connection, xcb_intern_atom(m_connection, 0, std::strlen(name), name), nullptr);
+        auto* reply = xcb_intern_atom_reply(
+            m_connection, xcb_intern_atom(m_connection, 0, std::strlen(name), name), nullptr);
         m_pidAtom = reply ? reply->atom : XCB_ATOM_NONE;
         std::free(reply);
         xcb_flush(m_connection);
@@ -52,7 +53,8 @@ public:
         while (timer.elapsed() < timeoutMs) {
             while (xcb_generic_event_t* event = xcb_poll_for_event(m_connection)) {
                 const bool mapped = (event->response_type & 0x7f) == XCB_MAP_NOTIFY;
-                const xcb_window_t window = reinterpret_cast<xcb_map_notify_event_t*>(event)->window;
+                const xcb_window_t window =
+                    reinterpret_cast<xcb_map_notify_event_t*>(event)->window;
                 std::free(event);
                 if (mapped && pidOf(window) == pid)
                     return true;
@@ -67,7 +69,8 @@ private:
     qint64 pidOf(xcb_window_t window)
     {
         auto* reply = xcb_get_property_reply(
-            m_connection, xcb_get_property(m_connection, 0, window, m_pidAtom, XCB_ATOM_CARDINAL, 0, 1), nullptr);
+            m_connection,
+            xcb_get_property(m_connection, 0, window, m_pidAtom, XCB_ATOM_CARDINAL, 0, 1), nullptr);
         qint64 pid = -1;
         if (reply && xcb_get_property_value_length(reply) == 4)
             pid = *static_cast<const uint32_t*>(xcb_get_property_value(reply));
@@ -109,7 +112,8 @@ void prepareData(const QString& home, const QString& formUrl)
     FakeEditorDisplay editor;
     FakeProfilesDisplay profilesEditor;
     FakeDocking docking;
-    frmMain form({desktop, settings, boxes, clock, ini, windows, pump, metrics, editor, profilesEditor, docking});
+    frmMain form({desktop, settings, boxes, clock, ini, windows, pump, metrics, editor,
+                  profilesEditor, docking});
     form.Form_Load();
     bench::writeShortcuts(ini, form.ShortcutsFile(), Shortcuts,
                           [&](const QString& url) { form.siteFiles().SetLastVisit(url); });
@@ -124,15 +128,16 @@ public:
     {
         QStringList arguments = ChromiumProcess::baseArguments(profile);
         arguments << QStringLiteral("--headless") << QStringLiteral("--disable-gpu")
-                  << QStringLiteral("--disable-dev-shm-usage") << QStringLiteral("--remote-debugging-port=0")
-                  << QStringLiteral("about:blank");
+                  << QStringLiteral("--disable-dev-shm-usage")
+                  << QStringLiteral("--remote-debugging-port=0") << QStringLiteral("about:blank");
         m_process.setProgram(chromium);
         m_process.setArguments(arguments);
         m_process.setStandardErrorFile(QProcess::nullDevice());
         m_process.start();
         QFile port(profile + QStringLiteral("/DevToolsActivePort"));
         bench::pumpUntil([&] { return port.open(QIODevice::ReadOnly); }, 20000);
-        m_endpoint = QStringLiteral("http://127.0.0.1:") + QString::fromLatin1(port.readLine().trimmed());
+        m_endpoint =
+            QStringLiteral("http://127.0.0.1:") + QString::fromLatin1(port.readLine().trimmed());
     }
     ~DebuggedBrowser()
     {
@@ -208,23 +213,45 @@ int fillPages(const QString& endpoint, const QString& formUrl, int count)
     const auto browser = ChromiumProcess::attach(endpoint);
     CdpConnection& cdp = browser->connection();
     const QString target = cdp.call(QStringLiteral("Target.createTarget"), {{"url", "about:blank"}})
-                               .value("targetId").toString();
-    const QString session = cdp.call(QStringLiteral("Target.attachToTarget"), {{"targetId", target}, {"flatten", true}})
-                                .value("sessionId").toString();
+                               .value("targetId")
+                               .toString();
+    const QString session =
+        cdp.call(QStringLiteral("Target.attachToTarget"), {{"targetId", target}, {"flatten", true}})
+            .value("sessionId")
+            .toString();
     int filled = 0;
     for (int page = 0; page < count; ++page) {
         const QString search = QStringLiteral("?page=%1").arg(page);
         cdp.call(QStringLiteral("Page.navigate"), {{"url", formUrl + search}}, session);
-        const QString done = QStringLiteral("location.search === '%1' && document.readyState === 'complete' && "
-                                            "document.forms[0].s9.value === 'y'").arg(search);
-        filled += bench::pumpUntil([&] {
-            return cdp.call(QStringLiteral("Runtime.evaluate"), {{"expression", done}, {"returnByValue", true}}, session)
-                .value("result").toObject().value("value").toBool();
-        }, 10000);
+        const QString done =
+            QStringLiteral("location.search === '%1' && document.readyState === 'complete' && "
+                           "document.forms[0].s9.value === 'y'")
+                .arg(search);
+        filled += bench::pumpUntil(
+            [&] {
+                return cdp
+                    .call(QStringLiteral("Runtime.evaluate"),
+                          {{"expression", done}, {"returnByValue", true}}, session)
+                    .value("result")
+                    .toObject()
+                    .value("value")
+                    .toBool();
+            },
+            10000);
         if (filled == 0) {
-            std::fprintf(stderr, "page %d not filled: %s\n", page, qPrintable(cdp.call(QStringLiteral("Runtime.evaluate"),
-                {{"expression", "location.href + ' ' + document.readyState + ' ' + document.forms[0].s9.value + ' ' + document.forms[0].t0.value"}, {"returnByValue", true}}, session)
-                .value("result").toObject().value("value").toString()));
+            std::fprintf(
+                stderr, "page %d not filled: %s\n", page,
+                qPrintable(
+                    cdp.call(QStringLiteral("Runtime.evaluate"),
+                             {{"expression",
+                               "location.href + ' ' + document.readyState + ' ' + "
+                               "document.forms[0].s9.value + ' ' + document.forms[0].t0.value"},
+                              {"returnByValue", true}},
+                             session)
+                        .value("result")
+                        .toObject()
+                        .value("value")
+                        .toString()));
             return 0;
         }
     }
@@ -245,20 +272,25 @@ int main(int argc, char** argv)
     QTemporaryDir home;
     for (const char* folder : {"data", "config", "tmp", "browser"})
         QDir(home.path()).mkpath(QLatin1String(folder));
-    QFile::setPermissions(home.path() + QStringLiteral("/tmp"), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    QFile::setPermissions(home.path() + QStringLiteral("/tmp"),
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     HttpServer server({{"/form100.html", bench::page("form100.html")}});
     const QString formUrl = server.url("/form100.html");
     prepareData(home.path(), formUrl);
     // Chromium as the default browser, as for a user of the bar: else a notice waits at start-up.
     QFile associations(home.path() + QStringLiteral("/config/mimeapps.list"));
     if (associations.open(QIODevice::WriteOnly))
-        associations.write("[Default Applications]\ntext/html=chromium.desktop\nx-scheme-handler/http=chromium.desktop\n");
+        associations.write(
+            "[Default "
+            "Applications]\ntext/html=chromium.desktop\nx-scheme-handler/http=chromium.desktop\n");
     associations.close();
 
     DebuggedBrowser browser(chromium, home.path() + QStringLiteral("/browser"));
-    std::printf("start-up to a shown bar, %d shortcuts, browser already running: median %.0f ms over 5 starts\n",
+    std::printf("start-up to a shown bar, %d shortcuts, browser already running: median %.0f ms "
+                "over 5 starts\n",
                 Shortcuts, medianStart(home.path(), browser.endpoint(), 5));
-    std::printf("start-up to a shown bar, %d shortcuts, Tolvane starting the browser: median %.0f ms over 3 starts\n",
+    std::printf("start-up to a shown bar, %d shortcuts, Tolvane starting the browser: median %.0f "
+                "ms over 3 starts\n",
                 Shortcuts, medianStart(home.path(), QString(), 3));
 
     MapWatch watch;
@@ -271,7 +303,8 @@ int main(int argc, char** argv)
     std::printf("resident memory of the bar after start-up: %.1f MB\n", residentMb(bar.pid()));
     const int filled = fillPages(browser.endpoint(), formUrl, Fills);
     QThread::msleep(1000);
-    std::printf("resident memory of the bar after %d fills of the 100-field form: %.1f MB (%d of %d pages filled)\n",
+    std::printf("resident memory of the bar after %d fills of the 100-field form: %.1f MB (%d of "
+                "%d pages filled)\n",
                 Fills, residentMb(bar.pid()), filled, Fills);
     return filled == Fills ? 0 : 1;
 }

@@ -1,17 +1,6 @@
-// The whole bar following a real headless Chromium, the user typing, clicking and pressing Tab
-// through DevTools input events, pages served on 127.0.0.1.
-#include "CdpBrowser.h"
-#include "CdpDocument.h"
-#include "CdpShell.h"
-#include "ChromiumProcess.h"
-#include "FormFixture.h"
-#include "HttpServer.h"
-#include "QtMessagePump.h"
-
-#include <QElapsedTimer>
-#include <QJsonArray>
-#include <QStandardPaths>
-#include <gtest/gtest.h>
+// Form memory end to end: what the user types is remembered and filled again, frames and
+// profiles included.
+#include "ChromiumBarFixture.h"
 
 namespace {
 const QByteArray ContestForm = R"(<html><head><title>Contest</title></head><body>
@@ -31,181 +20,109 @@ const QByteArray GroupsPage = R"(<html><body>
 <select name=s><option value=x>x<option value=y>y<option value=y>y2</select>
 <select name=m multiple><option>p<option selected>q</select></body></html>)";
 
-class TestChromiumFormMemory : public ::testing::Test
+class TestChromiumFormMemory : public ChromiumBarFixture
 {
 protected:
-    void SetUp() override
+    QMap<QString, QByteArray> pages() const override
     {
-        const QString chromium = QStandardPaths::findExecutable(QStringLiteral("chromium"));
-        if (chromium.isEmpty())
-            GTEST_SKIP() << "chromium is not installed";
-        shell = std::make_unique<CdpShell>([this, chromium] {
-            return ChromiumProcess::start(chromium, profile.path(),
-                                          {QStringLiteral("--headless"), QStringLiteral("--disable-gpu"),
-                                           QStringLiteral("--disable-dev-shm-usage"), QStringLiteral("about:blank")});
-        });
-        form = std::make_unique<frmMain>(frmMain::Services{f.shell, f.settings, f.boxes, clock, f.ini, *shell, pump,
-                                                           f.metrics, f.editor, f.profilesEditor, f.docking});
-        form->Form_Load();
-        form->window.setVisible(true);
-        ASSERT_TRUE(shell->isConnected());
-    }
-    void TearDown() override
-    {
-        form.reset();
-        shell.reset();
-    }
-
-    static bool waitFor(const std::function<bool()>& condition, int ms = 15000)
-    {
-        QElapsedTimer timer;
-        timer.start();
-        while (timer.elapsed() < ms) {
-            try {
-                if (condition())
-                    return true;
-            } catch (const AppError&) {
-            }
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        }
-        return false;
-    }
-    std::shared_ptr<CdpBrowser> open(const QString& url)
-    {
-        const int before = shell->items().size();
-        shell->OpenAddress(url);
-        EXPECT_TRUE(waitFor([&] { return shell->items().size() > before; }));
-        auto page = std::static_pointer_cast<CdpBrowser>(shell->items().last());
-        EXPECT_TRUE(waitFor([&] { return evaluate(page, "document.readyState") == QLatin1String("complete"); }));
-        // The user starts once the bar has taken up the page (and filled it).
-        EXPECT_TRUE(waitFor([&] { return heldUrl(page) == page->LocationURL(); }));
-        waitFor([] { return false; }, 300);
-        return page;
-    }
-    QString heldUrl(const std::shared_ptr<CdpBrowser>& page)
-    {
-        for (int i = 1; i <= form->tracking().upperBound(); ++i) {
-            const auto holder = form->tracking().holder(i);
-            if (holder->InternetExplorer() == page && holder->htmlHolderUpperBound() >= 1)
-                return holder->htmlHolder(1)->HTMLDoc()->url();
-        }
-        return {};
-    }
-    // In the page's own world, as the page would.
-    QJsonValue evaluate(const std::shared_ptr<CdpBrowser>& page, const QString& expression)
-    {
-        return shell->call(page->targetId(), QStringLiteral("Runtime.evaluate"),
-                           {{"expression", expression}, {"returnByValue", true}})
-            .value("result").toObject().value("value");
-    }
-    // A real mouse click in the middle of the element.
-    void click(const std::shared_ptr<CdpBrowser>& page, const QString& selector)
-    {
-        const QJsonArray box = evaluate(page, QStringLiteral("(() => { const r = document.querySelector('%1')"
-                                                             ".getBoundingClientRect(); return [r.x + r.width / 2, r.y + r.height / 2]; })()")
-                                                  .arg(selector)).toArray();
-        for (const char* type : {"mousePressed", "mouseReleased"}) {
-            shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
-                        {{"type", type}, {"x", box[0]}, {"y", box[1]}, {"button", "left"}, {"clickCount", 1}});
-        }
-    }
-    void type(const std::shared_ptr<CdpBrowser>& page, const QString& text)
-    {
-        shell->call(page->targetId(), QStringLiteral("Input.insertText"), {{"text", text}});
-    }
-    void tab(const std::shared_ptr<CdpBrowser>& page)
-    {
-        for (const char* type : {"keyDown", "keyUp"}) {
-            shell->call(page->targetId(), QStringLiteral("Input.dispatchKeyEvent"),
-                        {{"type", type}, {"key", "Tab"}, {"code", "Tab"}, {"windowsVirtualKeyCode", 9}});
-        }
-    }
-    QString stored(const QString& file, const QString& section, const QString& key)
-    {
-        return f.ini.readEntry(f.dataFile(file), section, key).value_or(QStringLiteral("<missing>"));
-    }
-
-    QTemporaryDir profile;
-    FormFixture f;
-    SystemClock clock;
-    QtMessagePump pump;
-    std::unique_ptr<CdpShell> shell;
-    std::unique_ptr<frmMain> form;
-    HttpServer server{{{"/link.html", QByteArray("<html><body><a id=go href=\"/a.html\" style=\"display:block;"
-                                                 "padding:40px\">Enter the contest</a></body></html>")},
-                       {"/groups.html", GroupsPage},
-                       {"/a.html", ContestForm}, {"/b.html", ContestForm}, {"/c.html", ContestForm},
-                       {"/frames.html", QByteArray("<html><body><iframe src=\"/a.html\"></iframe>"
-                                                   "<iframe id=\"other\"></iframe><script>other.src = "
-                                                   "'http://localhost:' + location.port + '/b.html';</script>"
-                                                   "</body></html>")}}};
-    QString fieldValue(const std::shared_ptr<CdpBrowser>& page, const char* name)
-    {
-        return evaluate(page, QStringLiteral("document.querySelector('[name=%1]').value").arg(QLatin1String(name))).toString();
+        return {
+            {"/link.html", QByteArray("<html><body><a id=go href=\"/a.html\" style=\"display:block;"
+                                      "padding:40px\">Enter the contest</a></body></html>")},
+            {"/groups.html", GroupsPage},
+            {"/a.html", ContestForm},
+            {"/b.html", ContestForm},
+            {"/c.html", ContestForm},
+            {"/frames.html", QByteArray("<html><body><iframe src=\"/a.html\"></iframe>"
+                                        "<iframe id=\"other\"></iframe><script>other.src = "
+                                        "'http://localhost:' + location.port + '/b.html';</script>"
+                                        "</body></html>")}};
     }
 };
 
 TEST_F(TestChromiumFormMemory, TypedOnOneSiteFilledOnAnother)
 {
-    auto first = open(server.url("/a.html"));
+    auto first = open(server->url("/a.html"));
     click(first, "[name=fname]");
     type(first, "Ann");
     tab(first);
-    const QString siteA = server.url("/a.html");
-    const bool storedAnn = waitFor([&] { return stored("zAny.ini", "Any", "fname") == QLatin1String("Ann"); });
+    const QString siteA = server->url("/a.html");
+    const bool storedAnn =
+        waitFor([&] { return stored("zAny.ini", "Any", "fname") == QLatin1String("Ann"); });
     for (const auto& box : f.boxes.shown)
         ADD_FAILURE() << box.text.toStdString();
     ASSERT_TRUE(storedAnn) << "holders " << form->tracking().upperBound() << " docs "
-                           << (form->tracking().upperBound() ? form->tracking().holder(1)->htmlHolderUpperBound() : -1);
-    EXPECT_EQ(form->siteFiles().SiteFilePath(siteA), f.dataFile(form->siteFiles().URL2INIFile(siteA)));
-    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(siteA), siteA, "fname"), QStringLiteral("Ann"));
+                           << (form->tracking().upperBound()
+                                   ? form->tracking().holder(1)->htmlHolderUpperBound()
+                                   : -1);
+    EXPECT_EQ(form->siteFiles().SiteFilePath(siteA),
+              f.dataFile(form->siteFiles().URL2INIFile(siteA)));
+    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(siteA), siteA, "fname"),
+              QStringLiteral("Ann"));
 
     // The click recorded a visit to the page.
     EXPECT_EQ(form->siteFiles().GetTotalVisits(siteA), 1);
 
-    auto second = open(server.url("/b.html", true));
-    EXPECT_TRUE(waitFor([&] { return evaluate(second, "document.querySelector('[name=fname]').value") == QLatin1String("Ann"); }))
-        << evaluate(second, "document.querySelector('[name=fname]').value").toString().toStdString();
-    EXPECT_TRUE(f.boxes.shown.empty()) << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
+    auto second = open(server->url("/b.html", true));
+    EXPECT_TRUE(waitFor([&] {
+        return evaluate(second, "document.querySelector('[name=fname]').value") ==
+               QLatin1String("Ann");
+    })) << evaluate(second, "document.querySelector('[name=fname]').value")
+               .toString()
+               .toStdString();
+    EXPECT_TRUE(f.boxes.shown.empty())
+        << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
 }
 TEST_F(TestChromiumFormMemory, EveryKindOfFieldIsRememberedAndFilled)
 {
-    auto first = open(server.url("/a.html"));
+    auto first = open(server->url("/a.html"));
     click(first, "[name=size][value=M]");
     click(first, "[name=optin]");
     click(first, "[name=comments]");
     type(first, "line one\nline two");
     click(first, "[name=fname]");
     evaluate(first, "0"); // let the events arrive
-    const QString site = server.url("/a.html");
-    ASSERT_TRUE(waitFor([&] { return f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "comments").has_value(); }));
-    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "size_M"), QStringLiteral("True"));
-    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "optin_yes"), QStringLiteral("True"));
+    const QString site = server->url("/a.html");
+    ASSERT_TRUE(waitFor([&] {
+        return f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "comments").has_value();
+    }));
+    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "size_M"),
+              QStringLiteral("True"));
+    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "optin_yes"),
+              QStringLiteral("True"));
     EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "comments"),
               QStringLiteral("line one<VBLF>line two"));
-    form->valueStore().SetValue(server.url("/c.html"), "state", "NY");
+    form->valueStore().SetValue(server->url("/c.html"), "state", "NY");
 
-    auto third = open(server.url("/c.html"));
-    EXPECT_EQ(evaluate(third, "document.querySelector('[name=size][value=M]').checked").toBool(), true);
+    auto third = open(server->url("/c.html"));
+    EXPECT_EQ(evaluate(third, "document.querySelector('[name=size][value=M]').checked").toBool(),
+              true);
     EXPECT_EQ(evaluate(third, "document.querySelector('[name=optin]').checked").toBool(), true);
     EXPECT_EQ(fieldValue(third, "state"), QStringLiteral("NY"));
     EXPECT_EQ(fieldValue(third, "comments"), QStringLiteral("line one\nline two"));
-    EXPECT_TRUE(f.boxes.shown.empty()) << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
+    EXPECT_TRUE(f.boxes.shown.empty())
+        << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
 }
 
 TEST_F(TestChromiumFormMemory, AFramesetIsFilledFrameByFrameOutOfProcessFramesIncluded)
 {
-    form->valueStore().SetValue(server.url("/a.html"), "fname", "Same site");
-    form->valueStore().SetValue(server.url("/b.html", true), "fname", "Other site");
-    auto page = open(server.url("/frames.html"));
+    form->valueStore().SetValue(server->url("/a.html"), "fname", "Same site");
+    form->valueStore().SetValue(server->url("/b.html", true), "fname", "Other site");
+    auto page = open(server->url("/frames.html"));
     const auto frameValue = [&](int index) {
-        return evaluate(page, QStringLiteral("(() => { try { return frames[%1].document.querySelector('[name=fname]').value; }"
-                                             " catch (e) { return 'unreachable'; } })()").arg(index)).toString();
+        return evaluate(page,
+                        QStringLiteral("(() => { try { return "
+                                       "frames[%1].document.querySelector('[name=fname]').value; }"
+                                       " catch (e) { return 'unreachable'; } })()")
+                            .arg(index))
+            .toString();
     };
-    EXPECT_TRUE(waitFor([&] { return frameValue(0) == QLatin1String("Same site"); })) << frameValue(0).toStdString();
+    EXPECT_TRUE(waitFor([&] { return frameValue(0) == QLatin1String("Same site"); }))
+        << frameValue(0).toStdString();
     // The other site's frame runs in a process of its own: read it through its own target.
     const auto otherFrame = [&] {
-        for (const QJsonValue& target : shell->call(QString(), QStringLiteral("Target.getTargets")).value("targetInfos").toArray()) {
+        for (const QJsonValue& target : shell->call(QString(), QStringLiteral("Target.getTargets"))
+                                            .value("targetInfos")
+                                            .toArray()) {
             const QJsonObject info = target.toObject();
             if (info.value("type").toString() == QLatin1String("iframe"))
                 return info.value("targetId").toString();
@@ -214,14 +131,21 @@ TEST_F(TestChromiumFormMemory, AFramesetIsFilledFrameByFrameOutOfProcessFramesIn
     };
     ASSERT_TRUE(waitFor([&] { return !otherFrame().isEmpty(); }));
     const auto otherValue = [&] {
-        const QJsonObject answer = shell->call(
-            QString(), QStringLiteral("Target.attachToTarget"), {{"targetId", otherFrame()}, {"flatten", true}});
-        return shell->call(answer.value("sessionId").toString(), QStringLiteral("Runtime.evaluate"),
-                           {{"expression", "document.querySelector('[name=fname]').value"}, {"returnByValue", true}})
-            .value("result").toObject().value("value").toString();
+        const QJsonObject answer = shell->call(QString(), QStringLiteral("Target.attachToTarget"),
+                                               {{"targetId", otherFrame()}, {"flatten", true}});
+        return shell
+            ->call(answer.value("sessionId").toString(), QStringLiteral("Runtime.evaluate"),
+                   {{"expression", "document.querySelector('[name=fname]').value"},
+                    {"returnByValue", true}})
+            .value("result")
+            .toObject()
+            .value("value")
+            .toString();
     };
-    EXPECT_TRUE(waitFor([&] { return otherValue() == QLatin1String("Other site"); })) << otherValue().toStdString();
-    EXPECT_TRUE(f.boxes.shown.empty()) << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
+    EXPECT_TRUE(waitFor([&] { return otherValue() == QLatin1String("Other site"); }))
+        << otherValue().toStdString();
+    EXPECT_TRUE(f.boxes.shown.empty())
+        << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
 }
 
 TEST_F(TestChromiumFormMemory, ProgressLinkTextsAndAVisitRedrawingItsShortcut)
@@ -229,7 +153,7 @@ TEST_F(TestChromiumFormMemory, ProgressLinkTextsAndAVisitRedrawingItsShortcut)
     const QString file = form->ShortcutsFile();
     f.ini.writeEntry(file, "Shortcuts", "Max", "1");
     f.ini.writeEntry(file, "Shortcut1", "Title", "Link page");
-    f.ini.writeEntry(file, "Shortcut1", "URL", server.url("/link.html"));
+    f.ini.writeEntry(file, "Shortcut1", "URL", server->url("/link.html"));
     f.ini.writeEntry(file, "Shortcut1", "Remind", "1");
     f.ini.writeEntry(file, "Shortcut1", "StartDate", "1/1/2020");
     form->shortcutList().RequeryShortcuts();
@@ -237,29 +161,36 @@ TEST_F(TestChromiumFormMemory, ProgressLinkTextsAndAVisitRedrawingItsShortcut)
 
     QStringList statuses;
     QObject watcher;
-    QObject::connect(&form->StatusBar, &Control::changed, &watcher, [&] { statuses << form->StatusBar.text(); });
-    auto page = open(server.url("/link.html"));
-    EXPECT_TRUE(statuses.filter(QStringLiteral(" loading ... ")).size() >= 1) << statuses.join('|').toStdString();
-    EXPECT_TRUE(statuses.contains(QStringLiteral(" loading ... 100%"))) << statuses.join('|').toStdString();
-
-    shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"), {{"type", "mouseMoved"}, {"x", 50}, {"y", 50}});
-    EXPECT_TRUE(waitFor([&] { return statuses.contains(QStringLiteral(" ") + server.url("/a.html")); }))
+    QObject::connect(&form->StatusBar, &Control::changed, &watcher,
+                     [&] { statuses << form->StatusBar.text(); });
+    auto page = open(server->url("/link.html"));
+    EXPECT_TRUE(statuses.filter(QStringLiteral(" loading ... ")).size() >= 1)
         << statuses.join('|').toStdString();
+    EXPECT_TRUE(statuses.contains(QStringLiteral(" loading ... 100%")))
+        << statuses.join('|').toStdString();
+
+    shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
+                {{"type", "mouseMoved"}, {"x", 50}, {"y", 50}});
+    EXPECT_TRUE(waitFor([&] {
+        return statuses.contains(QStringLiteral(" ") + server->url("/a.html"));
+    })) << statuses.join('|').toStdString();
 
     // A click in the page is a visit: the shortcut is no longer due.
     for (const char* type : {"mousePressed", "mouseReleased"}) {
-        shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
-                    {{"type", type}, {"x", 400}, {"y", 500}, {"button", "left"}, {"clickCount", 1}});
+        shell->call(
+            page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
+            {{"type", type}, {"x", 400}, {"y", 500}, {"button", "left"}, {"clickCount", 1}});
     }
-    EXPECT_TRUE(waitFor([&] { return form->lvShortcuts.row(0).icon == 2; })) << form->lvShortcuts.row(0).icon;
+    EXPECT_TRUE(waitFor([&] { return form->lvShortcuts.row(0).icon == 2; }))
+        << form->lvShortcuts.row(0).icon;
 }
 
 TEST_F(TestChromiumFormMemory, ProfileSwitchReloadsEveryPageWithTheOtherProfilesValues)
 {
-    auto page = open(server.url("/a.html"));
-    form->valueStore().SetValue(server.url("/a.html"), "fname", "Zed"); // first profile
+    auto page = open(server->url("/a.html"));
+    form->valueStore().SetValue(server->url("/a.html"), "fname", "Zed"); // first profile
     form->cboProfiles.setListIndex(1);
-    form->valueStore().SetValue(server.url("/a.html"), "fname", "Vera");
+    form->valueStore().SetValue(server->url("/a.html"), "fname", "Vera");
     form->cboProfiles.setListIndex(2);
     // A reload less than a second after the last fill of the same page is not filled again.
     waitFor([] { return false; }, 1200);
@@ -274,21 +205,34 @@ TEST_F(TestChromiumFormMemory, ProfileSwitchReloadsEveryPageWithTheOtherProfiles
 
 TEST_F(TestChromiumFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReused)
 {
-    form->valueStore().SetValue(server.url("/a.html"), "fname", "Ann");
-    auto page = open(server.url("/a.html"));
+    form->valueStore().SetValue(server->url("/a.html"), "fname", "Ann");
+    auto page = open(server->url("/a.html"));
     ASSERT_EQ(fieldValue(page, "fname"), QStringLiteral("Ann"));
     evaluate(page, "document.querySelector('[name=fname]').value = 'changed by the page'");
     waitFor([] { return false; }, 1200);
     for (int i = 0; i < 2; ++i) {
-        for (const char* type : {"mousePressed", "mouseReleased", "mousePressed", "mouseReleased"}) {
+        for (const char* type :
+             {"mousePressed", "mouseReleased", "mousePressed", "mouseReleased"}) {
             shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
-                        {{"type", type}, {"x", 300}, {"y", 300}, {"button", "left"},
-                         {"clickCount", QString::fromLatin1(type) == QLatin1String("mousePressed") ? 1 : 2}});
+                        {{"type", type},
+                         {"x", 300},
+                         {"y", 300},
+                         {"button", "left"},
+                         {"clickCount",
+                          QString::fromLatin1(type) == QLatin1String("mousePressed") ? 1 : 2}});
         }
         shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
-                    {{"type", "mousePressed"}, {"x", 300}, {"y", 300}, {"button", "left"}, {"clickCount", 2}});
+                    {{"type", "mousePressed"},
+                     {"x", 300},
+                     {"y", 300},
+                     {"button", "left"},
+                     {"clickCount", 2}});
         shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
-                    {{"type", "mouseReleased"}, {"x", 300}, {"y", 300}, {"button", "left"}, {"clickCount", 2}});
+                    {{"type", "mouseReleased"},
+                     {"x", 300},
+                     {"y", 300},
+                     {"button", "left"},
+                     {"clickCount", 2}});
         waitFor([] { return false; }, 200);
     }
     EXPECT_TRUE(waitFor([&] { return fieldValue(page, "fname") == QLatin1String("Ann"); }))
@@ -297,7 +241,7 @@ TEST_F(TestChromiumFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReu
     const int holders = form->tracking().upperBound();
     shell->call(page->targetId(), QStringLiteral("Page.close"));
     ASSERT_TRUE(waitFor([&] { return !shell->isOpen(page->targetId()); }));
-    auto next = open(server.url("/b.html"));
+    auto next = open(server->url("/b.html"));
     EXPECT_EQ(form->tracking().upperBound(), holders);
     EXPECT_EQ(fieldValue(next, "fname"), QStringLiteral("Ann"));
 }
@@ -314,10 +258,12 @@ TEST_F(TestChromiumFormMemory, ABatchAnswersReadsAsThePageWould)
         QJsonValue value;
     };
     const std::vector<Write> writes = {
-        {"input", 1, "checked", true},  {"input", 5, "checked", true},       {"input", 6, "checked", true},
-        {"input", 4, "checked", false}, {"input", 2, "checked", true},       {"input", 7, "checked", true},
-        {"input", 8, "value", "abc"},   {"select", 0, "value", "y"},         {"select", 0, "value", "nope"},
-        {"select", 0, "selectedIndex", 2}, {"select", 0, "selectedIndex", 7}, {"select", 1, "value", "p"},
+        {"input", 1, "checked", true},      {"input", 5, "checked", true},
+        {"input", 6, "checked", true},      {"input", 4, "checked", false},
+        {"input", 2, "checked", true},      {"input", 7, "checked", true},
+        {"input", 8, "value", "abc"},       {"select", 0, "value", "y"},
+        {"select", 0, "value", "nope"},     {"select", 0, "selectedIndex", 2},
+        {"select", 0, "selectedIndex", 7},  {"select", 1, "value", "p"},
         {"select", 1, "selectedIndex", -1}, {"input", 0, "checked", true},
     };
     const auto trace = [&](const std::shared_ptr<CdpBrowser>& page, bool batched) {
@@ -325,7 +271,8 @@ TEST_F(TestChromiumFormMemory, ABatchAnswersReadsAsThePageWould)
         std::optional<DocumentBatch> batch;
         if (batched)
             batch.emplace(*document);
-        QMap<QString, QList<ElementPtr>> listed{{"input", document->tags("input")}, {"select", document->tags("select")}};
+        QMap<QString, QList<ElementPtr>> listed{{"input", document->tags("input")},
+                                                {"select", document->tags("select")}};
         QStringList seen;
         for (const Write& write : writes) {
             const ElementPtr& element = listed[write.tag][write.index];
@@ -347,8 +294,8 @@ TEST_F(TestChromiumFormMemory, ABatchAnswersReadsAsThePageWould)
             batch->commit();
         return seen;
     };
-    const QStringList live = trace(open(server.url("/groups.html")), false);
-    const QStringList batched = trace(open(server.url("/groups.html")), true);
+    const QStringList live = trace(open(server->url("/groups.html")), false);
+    const QStringList batched = trace(open(server->url("/groups.html")), true);
     EXPECT_EQ(batched, live);
     ASSERT_EQ(live.size(), static_cast<qsizetype>(writes.size()));
     EXPECT_EQ(live[0].left(8), QStringLiteral("01011000")); // b unchecks a only, not d or e
@@ -358,12 +305,12 @@ TEST_F(TestChromiumFormMemory, ABatchAnswersReadsAsThePageWould)
 // must end a fill quietly, since the new one is filled on its own load.
 TEST_F(TestChromiumFormMemory, ADocumentThePageLeftTakesWritesAndHasNothingToGive)
 {
-    auto page = open(server.url("/c.html"));
+    auto page = open(server->url("/c.html"));
     const DocPtr left = page->document();
     const ElementPtr field = left->tags("input").value(0);
     ASSERT_TRUE(field);
     evaluate(page, QStringLiteral("location.href = '/a.html'"));
-    ASSERT_TRUE(waitFor([&] { return heldUrl(page) == server.url("/a.html"); }));
+    ASSERT_TRUE(waitFor([&] { return heldUrl(page) == server->url("/a.html"); }));
 
     DocumentBatch batch(*left);
     EXPECT_TRUE(left->tags("input").isEmpty());
@@ -372,13 +319,14 @@ TEST_F(TestChromiumFormMemory, ADocumentThePageLeftTakesWritesAndHasNothingToGiv
     EXPECT_NO_THROW(batch.commit());
     EXPECT_TRUE(std::static_pointer_cast<CdpDocument>(left)->unloaded());
     EXPECT_EQ(fieldValue(page, "fname"), QString());
-    EXPECT_TRUE(f.boxes.shown.empty()) << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
+    EXPECT_TRUE(f.boxes.shown.empty())
+        << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
 }
 
 TEST_F(TestChromiumFormMemory, TheBrowserKilledDuringAFillIsReportedAndTheBarGoesOn)
 {
     for (int i = 0; i < 40; ++i)
-        form->valueStore().SetValue(server.url("/a.html"), QStringLiteral("fname"), "Ann");
+        form->valueStore().SetValue(server->url("/a.html"), QStringLiteral("fname"), "Ann");
     int turns = 0;
     // The fill lets events run after every field: the browser dies during the second field.
     QObject killer;
@@ -386,7 +334,7 @@ TEST_F(TestChromiumFormMemory, TheBrowserKilledDuringAFillIsReportedAndTheBarGoe
         if (form->StatusBar.text().startsWith(QStringLiteral(" retrieving")) && ++turns == 2)
             shell->process()->kill();
     });
-    shell->OpenAddress(server.url("/a.html"));
+    shell->OpenAddress(server->url("/a.html"));
     EXPECT_TRUE(waitFor([&] { return !f.boxes.shown.empty(); }));
     ASSERT_FALSE(f.boxes.shown.empty());
     EXPECT_TRUE(f.boxes.shown[0].text.startsWith(QStringLiteral("An error occured in procedure ")))

@@ -1,13 +1,13 @@
 #include "FuzzChecks.h"
 
+#include "Clock.h"
 #include "Cp1252.h"
+#include "DataLocation.h"
 #include "ErrorReport.h"
 #include "Ini.h"
 #include "IniDocument.h"
 #include "IniFileStore.h"
 #include "SiteFiles.h"
-#include "Clock.h"
-#include "DataLocation.h"
 
 #include <QDir>
 
@@ -16,19 +16,23 @@
 namespace {
 bool hasBreak(const QString& text)
 {
-    return text.contains(QLatin1Char('\r')) || text.contains(QLatin1Char('\n')) || text.contains(QChar(0));
+    return text.contains(QLatin1Char('\r')) || text.contains(QLatin1Char('\n')) ||
+           text.contains(QChar(0));
 }
 
 // What a read gives for a written value: blanks around it gone, then one pair of quotes, double
 // or single, as the Windows profile calls do.
 QString asRead(QString value)
 {
-    const auto blank = [](QChar c) { return c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\v'); };
+    const auto blank = [](QChar c) {
+        return c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\v');
+    };
     while (!value.isEmpty() && blank(value.front()))
         value.remove(0, 1);
     while (!value.isEmpty() && blank(value.back()))
         value.chop(1);
-    const bool quote = value.size() >= 2 && (value.front() == QLatin1Char('"') || value.front() == QLatin1Char('\''));
+    const bool quote = value.size() >= 2 &&
+                       (value.front() == QLatin1Char('"') || value.front() == QLatin1Char('\''));
     if (quote && value.back() == value.front())
         value = value.mid(1, value.size() - 2);
     return value;
@@ -39,7 +43,9 @@ QStringList linesOf(const QString& text)
     QStringList lines;
     qsizetype start = 0;
     for (qsizetype i = 0; i < text.size(); ++i) {
-        if (text[i] == QLatin1Char('\n') || (text[i] == QLatin1Char('\r') && (i + 1 == text.size() || text[i + 1] != QLatin1Char('\n')))) {
+        if (text[i] == QLatin1Char('\n') ||
+            (text[i] == QLatin1Char('\r') &&
+             (i + 1 == text.size() || text[i + 1] != QLatin1Char('\n')))) {
             lines.append(text.mid(start, i + 1 - start));
             start = i + 1;
         }
@@ -95,7 +101,8 @@ std::optional<std::string> iniReadWrite(const QByteArray& input)
     const QString section = stored(QString::fromUtf8(part(0)));
     const QString key = stored(QString::fromUtf8(part(1)));
     const QString value = stored(QString::fromUtf8(part(2)));
-    const qsizetype fileStart = std::min<qsizetype>(input.size(), part(0).size() + part(1).size() + part(2).size() + 3);
+    const qsizetype fileStart =
+        std::min<qsizetype>(input.size(), part(0).size() + part(1).size() + part(2).size() + 3);
     const QByteArray file = input.mid(fileStart);
 
     const QString text = Cp1252::decode(file);
@@ -138,7 +145,8 @@ std::optional<std::string> siteFileName(const QByteArray& input)
         return "the name was reported as an error";
     if (name != sites.URL2INIFile(address))
         return "the same address gave two names";
-    if (!name.startsWith(QLatin1Char('v')) || !name.endsWith(QLatin1String(".ini")) || name.size() > 40 + 4)
+    if (!name.startsWith(QLatin1Char('v')) || !name.endsWith(QLatin1String(".ini")) ||
+        name.size() > 40 + 4)
         return "the name is not prefix, at most 40 characters and .ini";
     for (const QChar c : name) {
         if (c.unicode() < 0x20 || c.unicode() >= 0x7f || forbidden.contains(c))

@@ -12,7 +12,8 @@ void replay(const QString& target, Check check)
 {
     int inputs = 0;
     for (const char* kind : {"corpus", "regressions"}) {
-        const QDir folder(QStringLiteral(TOLVANE_FUZZ_INPUTS "/%1/%2").arg(QLatin1String(kind), target));
+        const QDir folder(
+            QStringLiteral(TOLVANE_FUZZ_INPUTS "/%1/%2").arg(QLatin1String(kind), target));
         for (const QFileInfo& file : folder.entryInfoList(QDir::Files)) {
             QFile input(file.filePath());
             ASSERT_TRUE(input.open(QIODevice::ReadOnly)) << file.filePath().toStdString();

@@ -20,7 +20,10 @@ class Folder : public DataLocation
 public:
     explicit Folder(QString folder) : m_folder(std::move(folder)) {}
     QString DataFolder() const override { return m_folder; }
-    QString GetProfilePrefix(int index) const override { return ProfilePrefixOf(index < 0 ? 0 : index); }
+    QString GetProfilePrefix(int index) const override
+    {
+        return ProfilePrefixOf(index < 0 ? 0 : index);
+    }
 
 private:
     QString m_folder;
@@ -53,7 +56,8 @@ int main(int argc, char** argv)
     for (int number = first; number < CrashWrites::Count; ++number) {
         const CrashWrites::Write write = CrashWrites::write(number);
         if (write.site.isEmpty())
-            ini.WriteINI(write.section, write.key, write.value, DataFilePath(folder, CrashWrites::ShortcutsFile));
+            ini.WriteINI(write.section, write.key, write.value,
+                         DataFilePath(folder, CrashWrites::ShortcutsFile));
         else
             values.SetValue(write.site, write.key, write.value);
         std::printf("%d\n", number);

@@ -21,7 +21,11 @@ inline Write write(int number)
 {
     const QString value = QStringLiteral("value %1").arg(number);
     if (number % 2 == 0)
-        return {{}, QStringLiteral("Shortcut%1").arg(number / 2 % 150), QStringLiteral("Title"), value};
-    return {QStringLiteral("http://site%1.example/contest").arg(number % 5), {}, QStringLiteral("field%1").arg(number % 97), value};
+        return {
+            {}, QStringLiteral("Shortcut%1").arg(number / 2 % 150), QStringLiteral("Title"), value};
+    return {QStringLiteral("http://site%1.example/contest").arg(number % 5),
+            {},
+            QStringLiteral("field%1").arg(number % 97),
+            value};
 }
 } // namespace CrashWrites

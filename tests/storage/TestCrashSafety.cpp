@@ -37,11 +37,15 @@ protected:
     // Every line of every data file is a section, an entry or blank: no torn file.
     void expectWholeFiles()
     {
-        static const QRegularExpression line(QStringLiteral(R"(^(\[[^\r\n]*\]|[^\r\n=\[]*=[^\r\n]*|)$)"));
-        for (const QString& name : QDir(dir.path()).entryList({QStringLiteral("*.ini")}, QDir::Files)) {
+        static const QRegularExpression line(
+            QStringLiteral(R"(^(\[[^\r\n]*\]|[^\r\n=\[]*=[^\r\n]*|)$)"));
+        for (const QString& name :
+             QDir(dir.path()).entryList({QStringLiteral("*.ini")}, QDir::Files)) {
             for (const QByteArray& text : fileBytes(name).split('\n')) {
-                const QString content = QString::fromLatin1(text.endsWith('\r') ? text.chopped(1) : text);
-                EXPECT_TRUE(line.match(content).hasMatch()) << name.toStdString() << ": " << content.toStdString();
+                const QString content =
+                    QString::fromLatin1(text.endsWith('\r') ? text.chopped(1) : text);
+                EXPECT_TRUE(line.match(content).hasMatch())
+                    << name.toStdString() << ": " << content.toStdString();
             }
         }
     }
@@ -58,7 +62,8 @@ protected:
         const auto slot = [&](const CrashWrites::Write& write, bool anySite) {
             if (write.site.isEmpty())
                 return QStringLiteral("S|%1|%2").arg(write.section, write.key);
-            return anySite ? QStringLiteral("A|%1").arg(write.key) : QStringLiteral("V|%1|%2").arg(write.site, write.key);
+            return anySite ? QStringLiteral("A|%1").arg(write.key)
+                           : QStringLiteral("V|%1|%2").arg(write.site, write.key);
         };
         for (int number = 0; number < next; ++number) {
             const CrashWrites::Write write = CrashWrites::write(number);
@@ -75,13 +80,16 @@ protected:
                 stored = freshIni.ReadINI(write.section, write.key, QStringLiteral("<missing>"),
                                           DataFilePath(location, CrashWrites::ShortcutsFile));
             else if (anySite)
-                stored = freshValues.GetValue(QStringLiteral("http://never.example/"), write.key, QStringLiteral("<missing>"));
+                stored = freshValues.GetValue(QStringLiteral("http://never.example/"), write.key,
+                                              QStringLiteral("<missing>"));
             else
-                stored = freshIni.ReadINI(write.site, write.key, QStringLiteral("<missing>"), freshSites.SiteFilePath(write.site));
-            const bool interruptedHere = next < CrashWrites::Count && slot(interrupted, anySite) == entry.key();
+                stored = freshIni.ReadINI(write.site, write.key, QStringLiteral("<missing>"),
+                                          freshSites.SiteFilePath(write.site));
+            const bool interruptedHere =
+                next < CrashWrites::Count && slot(interrupted, anySite) == entry.key();
             if (stored != write.value && !(interruptedHere && stored == interrupted.value))
-                ADD_FAILURE() << entry.key().toStdString() << " holds " << stored.toStdString() << ", not "
-                              << write.value.toStdString();
+                ADD_FAILURE() << entry.key().toStdString() << " holds " << stored.toStdString()
+                              << ", not " << write.value.toStdString();
         }
     }
 };

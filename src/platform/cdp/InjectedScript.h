@@ -71,6 +71,24 @@ inline QString source()
       return { id, properties, options, group: groupOf(el, id) };
     });
   };
+  // What is the user's own: a focus move only while one of the user's key or pointer presses is
+  // handled (a page script's focus() is trusted too), and a field's state as the user left it:
+  // arriving, typing or choosing; not what a page script set in it afterwards.
+  let userPress = false;
+  const press = (e) => {
+    if (!e.isTrusted || userPress) return;
+    userPress = true;
+    setTimeout(() => { userPress = false; }, 0);
+  };
+  for (const type of ['keydown', 'mousedown', 'pointerdown', 'touchstart']) addEventListener(type, press, true);
+  const vouched = new WeakMap();
+  const vouch = (el) => { try { if (el && el.isConnected && el !== document.body) vouched.set(el, fieldOf(el)); } catch (e) {} };
+  const stateOf = (el) => {
+    const state = fieldOf(el);
+    const own = vouched.get(el);
+    if (own) for (const what of ['value', 'checked', 'selectedIndex', 'innerText']) if (what in own) state[what] = own[what];
+    return state;
+  };
   // The cookie is asked of the browser process each time: only focus handlers read it.
   const docTexts = ['title', 'url', 'urlUnencoded', 'readyState'];
   let lastActive = null;
@@ -78,7 +96,7 @@ inline QString source()
     // The page as it was goes along: the handlers may run a little later, and need no call back.
     const activeEl = document.activeElement;
     const fields = {};
-    for (const el of [activeEl, lastActive]) { try { if (el && el.isConnected) fields[idOf(el)] = fieldOf(el); } catch (e) {} }
+    for (const el of [activeEl, lastActive]) { try { if (el && el.isConnected) fields[idOf(el)] = stateOf(el); } catch (e) {} }
     if (kind === 'propertychange') lastActive = activeEl;
     const doc = {};
     for (const what of docTexts) doc[what] = window.__tolvane.doc(what);
@@ -118,25 +136,37 @@ inline QString source()
     get(id, what) { return read(element(id), what); },
     set(id, what, value) {
       const el = element(id);
-      if (what === 'innerText') { if (isText(el)) el.value = value; else el.innerText = value; return true; }
       if (what === 'scrollIntoView') { el.scrollIntoView(); return true; }
+      // What Tolvane writes stands as the field's state until the user changes it.
+      vouched.delete(el);
+      if (what === 'innerText') { if (isText(el)) el.value = value; else el.innerText = value; return true; }
       if (!(what in el)) return null;
       el[what] = value;
       return true;
     },
   };
   const link = (target) => target && target.closest ? target.closest('a[href], area[href]') : null;
-  addEventListener('focusin', (e) => { report('focusin'); report('propertychange'); }, true);
+  // A page's own events (a script's click(), dispatched input) are not reported: a page that
+  // floods them costs the bar nothing.
+  addEventListener('focusin', (e) => {
+    // A press moves the focus once; a script's move right after it is the script's.
+    if (!userPress) return;
+    userPress = false;
+    vouch(e.target);
+    report('focusin');
+    report('propertychange');
+  }, true);
   addEventListener('focus', (e) => { if (e.target === window) report('activate'); }, true);
-  addEventListener('input', (e) => { if (e.isTrusted) report('propertychange'); }, true);
-  addEventListener('change', (e) => { if (e.isTrusted) report('propertychange'); }, true);
-  addEventListener('click', (e) => { report('click'); }, true);
+  const edited = (e) => { if (!e.isTrusted) return; vouch(e.target); report('propertychange'); };
+  addEventListener('input', edited, true);
+  addEventListener('change', edited, true);
+  addEventListener('click', (e) => { if (e.isTrusted) report('click'); }, true);
   addEventListener('mousedown', (e) => { if (e.detail === 2) e.preventDefault(); }, true);
-  addEventListener('dblclick', (e) => { e.preventDefault(); report('dblclick'); }, true);
+  addEventListener('dblclick', (e) => { e.preventDefault(); if (e.isTrusted) report('dblclick'); }, true);
   document.addEventListener('readystatechange', () => report('readystatechange'), true);
   const status = (text) => { try { __tolvaneEvent(JSON.stringify({ seq: ++seq, kind: 'status', text })); } catch (e) {} };
-  addEventListener('mouseover', (e) => { const a = link(e.target); if (a) status(a.href); }, true);
-  addEventListener('mouseout', (e) => { if (link(e.target)) status(''); }, true);
+  addEventListener('mouseover', (e) => { const a = e.isTrusted && link(e.target); if (a) status(a.href); }, true);
+  addEventListener('mouseout', (e) => { if (e.isTrusted && link(e.target)) status(''); }, true);
 })();
 )JS");
 }

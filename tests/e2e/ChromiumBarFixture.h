@@ -1,0 +1,144 @@
+#pragma once
+
+// The whole bar following a real headless Chromium, the user typing, clicking and pressing Tab
+// through DevTools input events, pages served on 127.0.0.1.
+#include "CdpBrowser.h"
+#include "CdpDocument.h"
+#include "CdpShell.h"
+#include "ChromiumProcess.h"
+#include "FormFixture.h"
+#include "HttpServer.h"
+#include "QtMessagePump.h"
+
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QStandardPaths>
+#include <gtest/gtest.h>
+
+class ChromiumBarFixture : public ::testing::Test
+{
+protected:
+    // The pages the test serves, by path.
+    virtual QMap<QString, QByteArray> pages() const = 0;
+
+    void SetUp() override
+    {
+        server = std::make_unique<HttpServer>(pages());
+        const QString chromium = QStandardPaths::findExecutable(QStringLiteral("chromium"));
+        if (chromium.isEmpty())
+            GTEST_SKIP() << "chromium is not installed";
+        shell = std::make_unique<CdpShell>([this, chromium] {
+            return ChromiumProcess::start(
+                chromium, profile.path(),
+                {QStringLiteral("--headless"), QStringLiteral("--disable-gpu"),
+                 QStringLiteral("--disable-dev-shm-usage"), QStringLiteral("about:blank")});
+        });
+        form = std::make_unique<frmMain>(frmMain::Services{f.shell, f.settings, f.boxes, clock,
+                                                           f.ini, *shell, pump, f.metrics, f.editor,
+                                                           f.profilesEditor, f.docking});
+        form->Form_Load();
+        form->window.setVisible(true);
+        ASSERT_TRUE(shell->isConnected());
+    }
+    void TearDown() override
+    {
+        form.reset();
+        shell.reset();
+    }
+
+    static bool waitFor(const std::function<bool()>& condition, int ms = 15000)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        while (timer.elapsed() < ms) {
+            try {
+                if (condition())
+                    return true;
+            } catch (const AppError&) {
+            }
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        }
+        return false;
+    }
+    std::shared_ptr<CdpBrowser> open(const QString& url)
+    {
+        const int before = shell->items().size();
+        shell->OpenAddress(url);
+        EXPECT_TRUE(waitFor([&] { return shell->items().size() > before; }));
+        auto page = std::static_pointer_cast<CdpBrowser>(shell->items().last());
+        EXPECT_TRUE(waitFor(
+            [&] { return evaluate(page, "document.readyState") == QLatin1String("complete"); }));
+        // The user starts once the bar has taken up the page (and filled it).
+        EXPECT_TRUE(waitFor([&] { return heldUrl(page) == page->LocationURL(); }));
+        waitFor([] { return false; }, 300);
+        return page;
+    }
+    QString heldUrl(const std::shared_ptr<CdpBrowser>& page)
+    {
+        for (int i = 1; i <= form->tracking().upperBound(); ++i) {
+            const auto holder = form->tracking().holder(i);
+            if (holder->InternetExplorer() == page && holder->htmlHolderUpperBound() >= 1)
+                return holder->htmlHolder(1)->HTMLDoc()->url();
+        }
+        return {};
+    }
+    // In the page's own world, as the page would.
+    QJsonValue evaluate(const std::shared_ptr<CdpBrowser>& page, const QString& expression)
+    {
+        return shell
+            ->call(page->targetId(), QStringLiteral("Runtime.evaluate"),
+                   {{"expression", expression}, {"returnByValue", true}})
+            .value("result")
+            .toObject()
+            .value("value");
+    }
+    // A real mouse click in the middle of the element.
+    void click(const std::shared_ptr<CdpBrowser>& page, const QString& selector)
+    {
+        const QJsonArray box =
+            evaluate(page, QStringLiteral("(() => { const r = document.querySelector('%1')"
+                                          ".getBoundingClientRect(); return [r.x + r.width / 2, "
+                                          "r.y + r.height / 2]; })()")
+                               .arg(selector))
+                .toArray();
+        for (const char* type : {"mousePressed", "mouseReleased"}) {
+            shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
+                        {{"type", type},
+                         {"x", box[0]},
+                         {"y", box[1]},
+                         {"button", "left"},
+                         {"clickCount", 1}});
+        }
+    }
+    void type(const std::shared_ptr<CdpBrowser>& page, const QString& text)
+    {
+        shell->call(page->targetId(), QStringLiteral("Input.insertText"), {{"text", text}});
+    }
+    void tab(const std::shared_ptr<CdpBrowser>& page)
+    {
+        for (const char* type : {"keyDown", "keyUp"}) {
+            shell->call(
+                page->targetId(), QStringLiteral("Input.dispatchKeyEvent"),
+                {{"type", type}, {"key", "Tab"}, {"code", "Tab"}, {"windowsVirtualKeyCode", 9}});
+        }
+    }
+    QString stored(const QString& file, const QString& section, const QString& key)
+    {
+        return f.ini.readEntry(f.dataFile(file), section, key)
+            .value_or(QStringLiteral("<missing>"));
+    }
+
+    QTemporaryDir profile;
+    FormFixture f;
+    SystemClock clock;
+    QtMessagePump pump;
+    std::unique_ptr<CdpShell> shell;
+    std::unique_ptr<frmMain> form;
+    std::unique_ptr<HttpServer> server;
+    QString fieldValue(const std::shared_ptr<CdpBrowser>& page, const char* name)
+    {
+        return evaluate(page, QStringLiteral("document.querySelector('[name=%1]').value")
+                                  .arg(QLatin1String(name)))
+            .toString();
+    }
+};

@@ -145,6 +145,10 @@ bool IniFileStore::writeEntry(const QString& file, const QString& section, const
     const auto writeBits = QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
     if (info.exists() && (!info.isWritable() || !(info.permissions() & writeBits)))
         return false;
+    // Likewise a folder without a write bit takes no new file.
+    const QFileInfo folder(info.absolutePath());
+    if (!info.exists() && (!folder.isWritable() || !(folder.permissions() & writeBits)))
+        return false;
 
     auto updated = std::make_shared<Parsed>(*current);
     if (!updated->document.setValue(asStored(section), asStored(key), asStored(value)))

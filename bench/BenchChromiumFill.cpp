@@ -65,14 +65,14 @@ public:
     {
         m_shell.OpenAddress(m_url);
         std::shared_ptr<CdpBrowser> page;
-        bench::pumpUntil([&] {
+        pumpUntil([&] {
             for (const BrowserPtr& window : m_shell.items()) {
                 if (window->LocationURL() == m_url)
                     page = std::static_pointer_cast<CdpBrowser>(window);
             }
             return page && page->document() && page->document()->readyState() == QLatin1String("complete");
-        });
-        bench::pumpUntil([] { return false; }, 300); // the bar's own fill of the new page
+        }, 20000);
+        pumpUntil([] { return false; }, 300); // the bar's own fill of the new page
         return page;
     }
 
@@ -127,7 +127,7 @@ public:
             QElapsedTimer timer;
             timer.start();
             action();
-            bench::pumpUntil([&] { return fileStamp(any) != before && fileHas(any, entry); }, 5000);
+            pumpUntil([&] { return fileStamp(any) != before && fileHas(any, entry); }, 5000);
             const double storedAt = std::chrono::duration<double, std::milli>(
                                         std::chrono::system_clock::now().time_since_epoch()).count();
             into[0].push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
@@ -137,18 +137,18 @@ public:
             const QString field = QStringLiteral("t%1").arg(run);
             const QByteArray entry = field.toLatin1() + "=typed " + QByteArray::number(run);
             click(page, QStringLiteral("[name=%1]").arg(field));
-            bench::pumpUntil([] { return false; }, 150);
+            pumpUntil([] { return false; }, 150);
             evaluate(page, QStringLiteral("document.querySelector('[name=%1]').select()").arg(field));
             timed(entry, "input", typed, [&] {
                 input(page, QStringLiteral("Input.insertText"), {{"text", QStringLiteral("typed %1").arg(run)}});
             });
-            bench::pumpUntil([] { return false; }, 100);
+            pumpUntil([] { return false; }, 100);
             timed(entry, "change", moved, [&] {
                 for (const char* type : {"keyDown", "keyUp"})
                     input(page, QStringLiteral("Input.dispatchKeyEvent"),
                           {{"type", type}, {"key", "Tab"}, {"code", "Tab"}, {"windowsVirtualKeyCode", 9}});
             });
-            bench::pumpUntil([] { return false; }, 100);
+            pumpUntil([] { return false; }, 100);
         }
         return {{bench::median(typed[0]), bench::median(typed[1])}, {bench::median(moved[0]), bench::median(moved[1])}};
     }

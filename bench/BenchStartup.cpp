@@ -135,7 +135,7 @@ public:
         m_process.setStandardErrorFile(QProcess::nullDevice());
         m_process.start();
         QFile port(profile + QStringLiteral("/DevToolsActivePort"));
-        bench::pumpUntil([&] { return port.open(QIODevice::ReadOnly); }, 20000);
+        pumpUntil([&] { return port.open(QIODevice::ReadOnly); }, 20000);
         m_endpoint =
             QStringLiteral("http://127.0.0.1:") + QString::fromLatin1(port.readLine().trimmed());
     }
@@ -227,7 +227,7 @@ int fillPages(const QString& endpoint, const QString& formUrl, int count)
             QStringLiteral("location.search === '%1' && document.readyState === 'complete' && "
                            "document.forms[0].s9.value === 'y'")
                 .arg(search);
-        filled += bench::pumpUntil(
+        filled += pumpUntil(
             [&] {
                 return cdp
                     .call(QStringLiteral("Runtime.evaluate"),

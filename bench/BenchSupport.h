@@ -3,6 +3,7 @@
 // What the benchmarks share: the 100-field page and its script, medians, event-loop waits and
 // the data files they start from.
 #include "AppError.h"
+#include "PumpUntil.h"
 #include "IniFileStore.h"
 #include "ValueStore.h"
 
@@ -41,22 +42,6 @@ inline double medianMs(int runs, const std::function<void()>& run)
         times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
     }
     return median(times);
-}
-
-// Runs the event loop until done() (a browser that cannot answer yet counts as not done).
-inline bool pumpUntil(const std::function<bool()>& done, int ms = 20000)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < ms) {
-        try {
-            if (done())
-                return true;
-        } catch (const AppError&) {
-        }
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    }
-    return false;
 }
 
 // What a user has entered once into every field of form100.html.

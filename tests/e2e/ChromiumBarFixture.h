@@ -8,6 +8,7 @@
 #include "ChromiumProcess.h"
 #include "FormFixture.h"
 #include "HttpServer.h"
+#include "PumpUntil.h"
 #include "QtMessagePump.h"
 
 #include <QElapsedTimer>
@@ -48,17 +49,7 @@ protected:
 
     static bool waitFor(const std::function<bool()>& condition, int ms = 15000)
     {
-        QElapsedTimer timer;
-        timer.start();
-        while (timer.elapsed() < ms) {
-            try {
-                if (condition())
-                    return true;
-            } catch (const AppError&) {
-            }
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        }
-        return false;
+        return pumpUntil(condition, ms, 20);
     }
     std::shared_ptr<CdpBrowser> open(const QString& url)
     {

@@ -112,6 +112,8 @@ std::optional<std::string> iniReadWrite(const QByteArray& input)
     if (Cp1252::encode(document.text()) != file)
         return "an untouched file is not written back as it was";
     const std::optional<QString> before = document.value(section, key);
+    if (IniDocument::find(text, section, key) != before)
+        return "a read in one pass differs from a read of the parsed file";
     if (!document.setValue(section, key, value)) {
         if (!hasBreak(section) && !hasBreak(key) && !hasBreak(value))
             return "a write without line break or NUL was refused";
@@ -122,7 +124,8 @@ std::optional<std::string> iniReadWrite(const QByteArray& input)
     if (hasBreak(section) || hasBreak(key) || hasBreak(value))
         return "a write with a line break or NUL was taken";
     const IniDocument reread(Cp1252::decode(Cp1252::encode(document.text())));
-    if (reread.value(section, key) != asRead(value))
+    if (reread.value(section, key) != asRead(value) ||
+        IniDocument::find(document.text(), section, key) != asRead(value))
         return "the file read anew does not hold the value written";
     if (linesLost(text, document.text()) > 1)
         return "a write changed more than its own line";

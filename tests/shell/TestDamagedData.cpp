@@ -78,11 +78,12 @@ TEST_P(TestDamagedData, TheBarStartsShowsWhatItCanAndKeepsTheRest)
     f.form.valueStore().SetValue("http://other.example/", "email", "ann@example.com");
     for (const QString& name : files) {
         const QByteArray now = f.readDataFile(name);
-        if (name == QLatin1String("zAny.ini"))
+        if (name == QLatin1String("zAny.ini")) {
             EXPECT_TRUE(now.startsWith(before[name]) && now.endsWith("email=ann@example.com\r\n"))
                 << damage.name;
-        else if (name != QLatin1String("zSITE.EXAMPLE!.ini"))
+        } else if (name != QLatin1String("zSITE.EXAMPLE!.ini")) {
             EXPECT_EQ(now, before[name]) << name.toStdString();
+        }
     }
     EXPECT_NE(f.readDataFile("zSITE.EXAMPLE!.ini"), before["zSITE.EXAMPLE!.ini"]);
     EXPECT_EQ(QFileInfo::exists(f.dataFile("zOTHER.EXAMPLE!.ini")), !damage.readOnlyFolder);

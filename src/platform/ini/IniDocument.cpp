@@ -8,7 +8,7 @@ bool isBlank(QChar c)
     return c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\v');
 }
 
-QString trimBlanks(QStringView text)
+QStringView trimmedView(QStringView text)
 {
     qsizetype begin = 0;
     qsizetype end = text.size();
@@ -16,7 +16,42 @@ QString trimBlanks(QStringView text)
         ++begin;
     while (end > begin && isBlank(text.at(end - 1)))
         --end;
-    return text.mid(begin, end - begin).toString();
+    return text.mid(begin, end - begin);
+}
+
+QString trimBlanks(QStringView text)
+{
+    return trimmedView(text).toString();
+}
+
+// The value as a read gives it: blanks around it gone, then one pair of enclosing quotes.
+QString readValue(QStringView stored)
+{
+    QStringView value = trimmedView(stored);
+    if (value.size() >= 2 && value.front() == value.back() &&
+        (value.front() == QLatin1Char('"') || value.front() == QLatin1Char('\'')))
+        value = value.mid(1, value.size() - 2);
+    return value.toString();
+}
+
+// Calls back with each line's content and ending, in order.
+template <typename Visit> void forEachLine(QStringView text, Visit visit)
+{
+    qsizetype start = 0;
+    const qsizetype size = text.size();
+    for (qsizetype i = 0; i < size; ++i) {
+        const QChar c = text.at(i);
+        if (c != QLatin1Char('\r') && c != QLatin1Char('\n'))
+            continue;
+        const qsizetype endingLength =
+            (c == QLatin1Char('\r') && i + 1 < size && text.at(i + 1) == QLatin1Char('\n')) ? 2 : 1;
+        if (!visit(text.mid(start, i - start), text.mid(i, endingLength)))
+            return;
+        i += endingLength - 1;
+        start = i + 1;
+    }
+    if (start < size)
+        visit(text.mid(start), QStringView());
 }
 
 bool hasLineBreakOrNul(const QString& text)
@@ -28,43 +63,58 @@ bool hasLineBreakOrNul(const QString& text)
 
 IniDocument::IniDocument(const QString& text)
 {
-    qsizetype start = 0;
-    const qsizetype size = text.size();
-    for (qsizetype i = 0; i < size; ++i) {
-        const QChar c = text.at(i);
-        if (c != QLatin1Char('\r') && c != QLatin1Char('\n'))
-            continue;
-        const qsizetype endingLength =
-            (c == QLatin1Char('\r') && i + 1 < size && text.at(i + 1) == QLatin1Char('\n')) ? 2 : 1;
-        m_lines.push_back(parseLine(text.mid(start, i - start), text.mid(i, endingLength)));
-        i += endingLength - 1;
-        start = i + 1;
+    forEachLine(text, [this](QStringView content, QStringView ending) {
+        m_lines.push_back(parseLine(content.toString(), ending.toString()));
+        return true;
+    });
+}
+
+IniDocument::Shape IniDocument::shapeOf(QStringView content)
+{
+    const QStringView trimmed = trimmedView(content);
+    if (trimmed.startsWith(QLatin1Char(';')))
+        return {};
+    if (trimmed.startsWith(QLatin1Char('['))) {
+        const qsizetype close = trimmed.indexOf(QLatin1Char(']'));
+        return {Kind::Section, trimmedView(trimmed.mid(1, close < 0 ? -1 : close - 1)), 0};
     }
-    if (start < size)
-        m_lines.push_back(parseLine(text.mid(start), QString()));
+    const qsizetype equals = content.indexOf(QLatin1Char('='));
+    if (equals < 0)
+        return {};
+    return {Kind::Entry, trimmedView(content.left(equals)), equals + 1};
 }
 
 IniDocument::Line IniDocument::parseLine(QString content, QString ending)
 {
+    const Shape shape = shapeOf(content);
     Line line;
+    line.kind = shape.kind;
+    line.name = shape.name.toString();
+    line.valueAt = shape.valueAt;
     line.content = std::move(content);
     line.ending = std::move(ending);
-    const QString trimmed = trimBlanks(line.content);
-    if (trimmed.startsWith(QLatin1Char(';')))
-        return line;
-    if (trimmed.startsWith(QLatin1Char('['))) {
-        const qsizetype close = trimmed.indexOf(QLatin1Char(']'));
-        line.kind = Kind::Section;
-        line.name = trimBlanks(QStringView(trimmed).mid(1, close < 0 ? -1 : close - 1));
-        return line;
-    }
-    const qsizetype equals = line.content.indexOf(QLatin1Char('='));
-    if (equals < 0)
-        return line;
-    line.kind = Kind::Entry;
-    line.name = trimBlanks(QStringView(line.content).left(equals));
-    line.valueAt = equals + 1;
     return line;
+}
+
+std::optional<QString> IniDocument::find(QStringView text, const QString& section,
+                                         const QString& key)
+{
+    const auto storedSection = sectionAsStored(section);
+    const auto storedKey = keyAsStored(key);
+    if (!storedSection || !storedKey)
+        return std::nullopt;
+    std::optional<QString> found;
+    bool inSection = false;
+    forEachLine(text, [&](QStringView content, QStringView) {
+        const Shape shape = shapeOf(content);
+        if (shape.kind == Kind::Section)
+            inSection = shape.name.compare(*storedSection, Qt::CaseInsensitive) == 0;
+        else if (shape.kind == Kind::Entry && inSection &&
+                 shape.name.compare(*storedKey, Qt::CaseInsensitive) == 0)
+            found = readValue(content.mid(shape.valueAt));
+        return !found;
+    });
+    return found;
 }
 
 std::optional<QString> IniDocument::sectionAsStored(const QString& section)
@@ -120,7 +170,8 @@ std::vector<size_t> IniDocument::sectionHeaders(const QString& name) const
 std::optional<size_t> IniDocument::findEntry(const QString& section, const QString& name) const
 {
     const auto& entries = index().entries;
-    const auto found = entries.constFind(section.toCaseFolded() + QLatin1Char('\n') + name.toCaseFolded());
+    const auto found =
+        entries.constFind(section.toCaseFolded() + QLatin1Char('\n') + name.toCaseFolded());
     if (found == entries.constEnd())
         return std::nullopt;
     return *found;
@@ -136,11 +187,7 @@ std::optional<QString> IniDocument::value(const QString& section, const QString&
     if (!entry)
         return std::nullopt;
     const Line& line = m_lines[*entry];
-    QString value = trimBlanks(QStringView(line.content).mid(line.valueAt));
-    if (value.size() >= 2 && value.front() == value.back() &&
-        (value.front() == QLatin1Char('"') || value.front() == QLatin1Char('\'')))
-        value = value.mid(1, value.size() - 2);
-    return value;
+    return readValue(QStringView(line.content).mid(line.valueAt));
 }
 
 void IniDocument::ensureLastLineEnded()

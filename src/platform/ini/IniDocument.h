@@ -21,6 +21,11 @@ public:
     QString text() const;
     QStringList sectionNames() const;
 
+    // The value as value() reads it, found in one pass over the text without keeping it: for
+    // files too large to hold parsed.
+    static std::optional<QString> find(QStringView text, const QString& section,
+                                       const QString& key);
+
     // How a name is written in the file. Characters that would end the name early or turn the
     // line into something else are written as %XX: "]" in a section; "=" and a leading "[" or
     // ";" in a key. Names with a line break or NUL have no written form.
@@ -28,16 +33,29 @@ public:
     static std::optional<QString> keyAsStored(const QString& key);
 
 private:
-    enum class Kind { Other, Section, Entry };
+    enum class Kind
+    {
+        Other,
+        Section,
+        Entry
+    };
     struct Line
     {
         QString content;
         QString ending; // "\r\n", "\n", "\r" or empty for a last line without one
         Kind kind = Kind::Other;
-        QString name;           // section name or key, trimmed
-        qsizetype valueAt = 0;  // for entries: where the value starts (after "=")
+        QString name;          // section name or key, trimmed
+        qsizetype valueAt = 0; // for entries: where the value starts (after "=")
     };
 
+    // What a line is, by the rules of the profile calls; the name is a view into the content.
+    struct Shape
+    {
+        Kind kind = Kind::Other;
+        QStringView name;
+        qsizetype valueAt = 0;
+    };
+    static Shape shapeOf(QStringView content);
     static Line parseLine(QString content, QString ending);
     // Index of the first line of each section body with that name, in file order.
     // Both take names as stored.

@@ -81,20 +81,30 @@ std::shared_ptr<const IniFileStore::Parsed> IniFileStore::load(const QString& fi
     if (const auto cached = m_cache.value(file); cached && cached->stamp == stamp)
         return cached;
 
-    QFile in(file);
-    if (QFileInfo(file).isDir() || !in.open(QIODevice::ReadOnly))
-        return nullptr;
-    QByteArray bytes = in.readAll();
-    if (in.error() != QFileDevice::NoError)
+    bool bom = false;
+    const auto text = textOf(file, &bom);
+    if (!text)
         return nullptr;
     auto parsed = std::make_shared<Parsed>();
     parsed->stamp = stamp;
-    parsed->bom = bytes.startsWith(Utf8Bom);
-    if (parsed->bom)
-        bytes.remove(0, Utf8Bom.size());
-    parsed->document = IniDocument(Cp1252::decode(bytes));
+    parsed->bom = bom;
+    parsed->document = IniDocument(*text);
     remember(file, parsed);
     return parsed;
+}
+
+std::optional<QString> IniFileStore::textOf(const QString& file, bool* bom)
+{
+    QFile in(file);
+    if (QFileInfo(file).isDir() || !in.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    QByteArray bytes = in.readAll();
+    if (in.error() != QFileDevice::NoError)
+        return std::nullopt;
+    *bom = bytes.startsWith(Utf8Bom);
+    if (*bom)
+        bytes.remove(0, Utf8Bom.size());
+    return Cp1252::decode(bytes);
 }
 
 void IniFileStore::remember(const QString& file, std::shared_ptr<const Parsed> parsed)
@@ -102,8 +112,8 @@ void IniFileStore::remember(const QString& file, std::shared_ptr<const Parsed> p
     forget(file);
     if (parsed->stamp.size > MaxCachedFileBytes)
         return;
-    while (!m_cache.isEmpty() &&
-           (m_cache.size() >= MaxCachedFiles || m_cachedBytes + parsed->stamp.size > MaxCachedBytes))
+    while (!m_cache.isEmpty() && (m_cache.size() >= MaxCachedFiles ||
+                                  m_cachedBytes + parsed->stamp.size > MaxCachedBytes))
         forget(m_cache.begin().key());
     m_cachedBytes += parsed->stamp.size;
     m_cache.insert(file, std::move(parsed));
@@ -121,6 +131,12 @@ void IniFileStore::forget(const QString& file)
 std::optional<QString> IniFileStore::readEntry(const QString& file, const QString& section,
                                                const QString& key)
 {
+    if (stampOf(file).size > MaxCachedFileBytes) {
+        // Too large to hold parsed: one pass over its text answers the one read.
+        bool bom = false;
+        const auto text = textOf(file, &bom);
+        return text ? IniDocument::find(*text, asStored(section), asStored(key)) : std::nullopt;
+    }
     const auto parsed = load(file);
     if (!parsed)
         return std::nullopt;
@@ -142,7 +158,8 @@ bool IniFileStore::writeEntry(const QString& file, const QString& section, const
         return false;
     // Read-only means no write bit at all, even for a user the system would let write.
     const QFileInfo info(file);
-    const auto writeBits = QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
+    const auto writeBits =
+        QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
     if (info.exists() && (!info.isWritable() || !(info.permissions() & writeBits)))
         return false;
     // Likewise a folder without a write bit takes no new file.

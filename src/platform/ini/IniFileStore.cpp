@@ -101,9 +101,11 @@ std::optional<QString> IniFileStore::textOf(const QString& file, bool* bom)
     QByteArray bytes = in.readAll();
     if (in.error() != QFileDevice::NoError)
         return std::nullopt;
-    *bom = bytes.startsWith(Utf8Bom);
-    if (*bom)
+    const bool marked = bytes.startsWith(Utf8Bom);
+    if (marked)
         bytes.remove(0, Utf8Bom.size());
+    if (bom)
+        *bom = marked;
     return Cp1252::decode(bytes);
 }
 
@@ -133,8 +135,7 @@ std::optional<QString> IniFileStore::readEntry(const QString& file, const QStrin
 {
     if (stampOf(file).size > MaxCachedFileBytes) {
         // Too large to hold parsed: one pass over its text answers the one read.
-        bool bom = false;
-        const auto text = textOf(file, &bom);
+        const auto text = textOf(file);
         return text ? IniDocument::find(*text, asStored(section), asStored(key)) : std::nullopt;
     }
     const auto parsed = load(file);

@@ -89,3 +89,9 @@ void HTMLHolder::HTML_onreadystatechange()
     if (SameText(m_html->readyState(), QStringLiteral("complete")))
         m_owner.HTMLHolder_DocComplete(m_html);
 }
+
+void HTMLHolder::HTML_onfieldsadded()
+{
+    const auto self = shared_from_this();
+    m_owner.HTMLHolder_FieldsAdded(m_html);
+}

@@ -16,10 +16,12 @@ public:
     virtual void HTMLHolder_HTMLGotFocus(const DocPtr& document) = 0;
     virtual void HTMLHolder_DocComplete(const DocPtr& document) = 0;
     virtual void HTMLHolder_DocVisited(const DocPtr& document) = 0;
+    virtual void HTMLHolder_FieldsAdded(const DocPtr& document) = 0;
 };
 
-// Follows one HTML document and reduces its events to four: an element may have changed, the
-// document got the focus, the document is complete (or a refill was asked for), a click.
+// Follows one HTML document and reduces its events to five: an element may have changed, the
+// document got the focus, the document is complete (or a refill was asked for), a click, and
+// fields the page added after it completed.
 class HTMLHolder : public DocumentEvents, public std::enable_shared_from_this<HTMLHolder>
 {
 public:
@@ -38,6 +40,7 @@ public:
     void HTML_onfocusin() override;
     void HTML_onpropertychange() override;
     void HTML_onreadystatechange() override;
+    void HTML_onfieldsadded() override;
 
 private:
     void rememberActiveElement();

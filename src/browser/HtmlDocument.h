@@ -21,6 +21,9 @@ public:
     virtual void HTML_onfocusin() = 0;
     virtual void HTML_onpropertychange() = 0;
     virtual void HTML_onreadystatechange() = 0;
+    // The page's scripts added form fields after the document completed (today's pages render
+    // their forms late); addedFields() gives them out.
+    virtual void HTML_onfieldsadded() = 0;
 };
 
 // Anything with a "document" member: a browser window or a frame's window.
@@ -53,6 +56,12 @@ public:
     virtual int framesLength() const = 0;
     // frames.item(index), counted from 0.
     virtual FramePtr frameItem(int index) const = 0;
+    // Which frame (or window) shows this document: the same for every document that frame
+    // shows, so a frame that loads anew can be told from the others. Never fails.
+    virtual QString frameId() const = 0;
+    // The form fields (inputs, text areas, lists) the page added after it completed that no
+    // fill has taken yet, in document order; each is given out once.
+    virtual QList<ElementPtr> addedFields() { return {}; }
 
     virtual void subscribe(const std::shared_ptr<DocumentEvents>& sink) = 0;
     virtual void unsubscribe(const DocumentEvents* sink) = 0;

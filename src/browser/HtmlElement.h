@@ -27,6 +27,8 @@ public:
     // List elements; -1 means none selected.
     virtual int selectedIndex() const = 0;
     virtual void setSelectedIndex(int index) = 0;
+    // The user has focused or edited this field; a fill of added fields leaves it alone.
+    virtual bool userTouched() const { return false; }
 };
 
 using ElementPtr = std::shared_ptr<HtmlElement>;

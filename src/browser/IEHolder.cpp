@@ -5,6 +5,7 @@
 #include "ShellWindowList.h"
 #include "SiteFiles.h"
 
+#include <algorithm>
 #include <cmath>
 
 IEHolder::IEHolder(int index, const IEHolderServices& services)
@@ -98,11 +99,39 @@ void IEHolder::ProcessIE(const BrowserPtr& browser)
     }
 }
 
-void IEHolder::addHTMLHolder(const DocPtr& document)
+std::shared_ptr<HTMLHolder> IEHolder::makeHTMLHolder(const DocPtr& document)
 {
     auto holder = std::make_shared<HTMLHolder>(*this, m_services.clock);
-    m_htmlHolders.push_back(holder);
     holder->setHTMLDoc(document);
+    return holder;
+}
+
+void IEHolder::addHTMLHolder(const DocPtr& document)
+{
+    m_htmlHolders.push_back(makeHTMLHolder(document));
+}
+
+void IEHolder::ProcessFrame(const BrowserPtr& frame)
+{
+    if (!IsHTMLDocument(frame.get()))
+        return;
+    const auto self = shared_from_this();
+    try {
+        const DocPtr document = frame->Document();
+        const QString frameId = document->frameId();
+        auto held = std::find_if(m_htmlHolders.begin() + 1, m_htmlHolders.end(), [&](const auto& holder) {
+            return holder->HTMLDoc() && holder->HTMLDoc()->frameId() == frameId;
+        });
+        // The frame's previous holder goes; one still handling an event lives on by its own
+        // reference until that returns.
+        if (held != m_htmlHolders.end())
+            *held = makeHTMLHolder(document);
+        else
+            addHTMLHolder(document);
+        m_services.events.IEHolder_NewDoc(m_index, document);
+    } catch (const AppError& error) {
+        m_services.errors.ReportError(error, QStringLiteral("ProcessIE"));
+    }
 }
 
 void IEHolder::destroyHTMLHoldersDownTo(int lowest)
@@ -114,8 +143,12 @@ void IEHolder::destroyHTMLHoldersDownTo(int lowest)
 
 void IEHolder::IE_DocumentComplete(const BrowserPtr& pDisp, const QString& /*URL*/)
 {
-    if (pDisp)
+    // The window's own completion rebuilds what is held; a frame's replaces that frame only,
+    // so a late ad or captcha frame does not stop the page's form being followed.
+    if (pDisp == m_ie)
         ProcessIE(pDisp);
+    else if (pDisp)
+        ProcessFrame(pDisp);
 }
 
 std::optional<QString> ProgressText(int Progress, int ProgressMax)
@@ -154,6 +187,11 @@ void IEHolder::HTMLHolder_HTMLGotFocus(const DocPtr& document)
 void IEHolder::HTMLHolder_DocComplete(const DocPtr& document)
 {
     m_services.events.IEHolder_NewDoc(m_index, document);
+}
+
+void IEHolder::HTMLHolder_FieldsAdded(const DocPtr& document)
+{
+    m_services.events.IEHolder_FieldsAdded(m_index, document);
 }
 
 void IEHolder::HTMLHolder_DocVisited(const DocPtr& /*document*/)

@@ -22,6 +22,8 @@ public:
     virtual void IEHolder_HTMLGotFocus(int Index, const DocPtr& document) = 0;
     virtual void IEHolder_UpdateShortcut(int Index, const QString& URL) = 0;
     virtual void IEHolder_SetStatus(int Index, const QString& Text) = 0;
+    // A followed document's page added form fields after it completed.
+    virtual void IEHolder_FieldsAdded(int Index, const DocPtr& document) = 0;
 };
 
 // What every browser window holder is given.
@@ -35,7 +37,8 @@ struct IEHolderServices
 };
 
 // Follows one browser window: holds a document holder for its top document and each loaded
-// frame, records visits on clicks, and raises five events towards the main window.
+// frame, records visits on clicks, and raises its events towards the main window. A frame that
+// completes on its own gets a new holder in place of its old one; the others stay held.
 class IEHolder : public BrowserEvents,
                  public HTMLHolderEvents,
                  public std::enable_shared_from_this<IEHolder>
@@ -51,6 +54,8 @@ public:
     // Takes up a window: its documents are held anew unless an old one still answers.
     void setInternetExplorer(const BrowserPtr& browser);
     void ProcessIE(const BrowserPtr& browser);
+    // A frame of the window completed on its own: it alone is held anew and filled.
+    void ProcessFrame(const BrowserPtr& frame);
     static bool IsHTMLDocument(DocumentOwner* object);
 
     // Document holders 1 to the upper bound; slot 0 is the template.
@@ -65,9 +70,11 @@ public:
     void HTMLHolder_HTMLGotFocus(const DocPtr& document) override;
     void HTMLHolder_DocComplete(const DocPtr& document) override;
     void HTMLHolder_DocVisited(const DocPtr& document) override;
+    void HTMLHolder_FieldsAdded(const DocPtr& document) override;
 
 private:
     void addHTMLHolder(const DocPtr& document);
+    std::shared_ptr<HTMLHolder> makeHTMLHolder(const DocPtr& document);
     void destroyHTMLHoldersDownTo(int lowest);
 
     int m_index;

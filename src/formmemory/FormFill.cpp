@@ -23,9 +23,9 @@ void FormFill::IEHolder_NewDoc(int /*Index*/, const DocPtr& document)
         DocumentBatch batch(*document);
         if (isRepeat(*document))
             return;
-        fillInputs(*document, changed);
-        fillTextAreas(*document);
-        fillLists(*document);
+        fillInputs(*document, document->tags(QStringLiteral("input")), changed);
+        fillTextAreas(*document, document->tags(QStringLiteral("textarea")));
+        fillLists(*document, document->tags(QStringLiteral("select")));
         try {
             filledUrl = document->url();
         } catch (const AppError&) {
@@ -45,15 +45,47 @@ void FormFill::IEHolder_NewDoc(int /*Index*/, const DocPtr& document)
     m_lastFillTimeMs = m_services.clock.monotonicMs();
 }
 
+void FormFill::IEHolder_FieldsAdded(int /*Index*/, const DocPtr& document)
+{
+    if (m_services.host.isPaused())
+        return;
+    try {
+        DocumentBatch batch(*document);
+        QList<ElementPtr> inputs;
+        QList<ElementPtr> areas;
+        QList<ElementPtr> lists;
+        for (const ElementPtr& field : document->addedFields()) {
+            // What the user is typing or has typed into is theirs.
+            if (field->userTouched())
+                continue;
+            const QString tag = field->tagName().toLower();
+            if (tag == QLatin1String("input"))
+                inputs.append(field);
+            else if (tag == QLatin1String("textarea"))
+                areas.append(field);
+            else if (tag == QLatin1String("select"))
+                lists.append(field);
+        }
+        // Added fields keep the page where the user is: no jump, and no bearing on repeats.
+        Changed ignored;
+        fillInputs(*document, inputs, ignored);
+        fillTextAreas(*document, areas);
+        fillLists(*document, lists);
+        batch.commit();
+    } catch (const AppError& error) {
+        m_services.errors.ReportError(error, QStringLiteral("IEHolder_FieldsAdded"));
+    }
+}
+
 bool FormFill::isRepeat(const HtmlDocument& document) const
 {
     return m_lastFillTimeMs && document.url() == m_lastFillURL &&
            m_services.clock.monotonicMs() - *m_lastFillTimeMs < RepeatWindowMs;
 }
 
-void FormFill::fillInputs(const HtmlDocument& document, Changed& changed)
+void FormFill::fillInputs(const HtmlDocument& document, const QList<ElementPtr>& inputs, Changed& changed)
 {
-    for (const ElementPtr& input : document.tags(QStringLiteral("input"))) {
+    for (const ElementPtr& input : inputs) {
         switch (KindOfInput(input->type())) {
         case FieldKind::TextField: {
             const QString remembered = m_services.values.GetValue(document.URLUnencoded(),
@@ -80,9 +112,9 @@ void FormFill::fillInputs(const HtmlDocument& document, Changed& changed)
     }
 }
 
-void FormFill::fillTextAreas(const HtmlDocument& document)
+void FormFill::fillTextAreas(const HtmlDocument& document, const QList<ElementPtr>& areas)
 {
-    for (const ElementPtr& area : document.tags(QStringLiteral("textarea"))) {
+    for (const ElementPtr& area : areas) {
         m_services.host.ShowStatus(QStringLiteral("retrieving ") + area->name());
         area->setInnerText(
             m_services.values.GetValue(document.URLUnencoded(), area->name(), area->innerText()));
@@ -90,9 +122,9 @@ void FormFill::fillTextAreas(const HtmlDocument& document)
     }
 }
 
-void FormFill::fillLists(const HtmlDocument& document)
+void FormFill::fillLists(const HtmlDocument& document, const QList<ElementPtr>& lists)
 {
-    for (const ElementPtr& list : document.tags(QStringLiteral("select"))) {
+    for (const ElementPtr& list : lists) {
         m_services.host.ShowStatus(QStringLiteral("retrieving ") + list->name());
         list->setValue(m_services.values.GetValue(document.URLUnencoded(), list->name(), list->value()));
         if (list->value().isEmpty()) {

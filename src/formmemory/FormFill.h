@@ -6,13 +6,15 @@
 #include <optional>
 
 // Fills a page that is ready with the remembered values: inputs, then text areas, then lists,
-// letting pending events run after every field.
+// letting pending events run after every field. Fields the page adds later are filled the same
+// way, once each, unless the user has been in them.
 class FormFill
 {
 public:
     explicit FormFill(const FormMemoryServices& services) : m_services(services) {}
 
     void IEHolder_NewDoc(int Index, const DocPtr& document);
+    void IEHolder_FieldsAdded(int Index, const DocPtr& document);
 
     QString LastFillURL() const { return m_lastFillURL; }
 
@@ -23,9 +25,9 @@ private:
         ElementPtr last;
     };
     bool isRepeat(const HtmlDocument& document) const;
-    void fillInputs(const HtmlDocument& document, Changed& changed);
-    void fillTextAreas(const HtmlDocument& document);
-    void fillLists(const HtmlDocument& document);
+    void fillInputs(const HtmlDocument& document, const QList<ElementPtr>& inputs, Changed& changed);
+    void fillTextAreas(const HtmlDocument& document, const QList<ElementPtr>& areas);
+    void fillLists(const HtmlDocument& document, const QList<ElementPtr>& lists);
     void jumpTo(const Changed& changed);
 
     FormMemoryServices m_services;

@@ -223,6 +223,11 @@ void frmMain::IEHolder_NewDoc(int Index, const DocPtr& document)
     m_fill.IEHolder_NewDoc(Index, document);
 }
 
+void frmMain::IEHolder_FieldsAdded(int Index, const DocPtr& document)
+{
+    m_fill.IEHolder_FieldsAdded(Index, document);
+}
+
 void frmMain::IEHolder_DocChanged(int Index, const DocPtr& document, const ElementPtr& element)
 {
     m_capture.IEHolder_DocChanged(Index, document, element);

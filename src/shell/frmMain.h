@@ -83,6 +83,7 @@ public:
     void IEHolder_HTMLGotFocus(int Index, const DocPtr& document) override;
     void IEHolder_UpdateShortcut(int Index, const QString& URL) override;
     void IEHolder_SetStatus(int Index, const QString& Text) override;
+    void IEHolder_FieldsAdded(int Index, const DocPtr& document) override;
 
     bool isPaused() const override { return m_paused; }
     bool isAutoJumpChecked() const override { return chkAutoJump.value() == 1; }

@@ -15,6 +15,7 @@ public:
     void HTMLHolder_HTMLGotFocus(const DocPtr&) override { lines << QStringLiteral("HTMLGotFocus"); }
     void HTMLHolder_DocComplete(const DocPtr&) override { lines << QStringLiteral("DocComplete"); }
     void HTMLHolder_DocVisited(const DocPtr&) override { lines << QStringLiteral("DocVisited"); }
+    void HTMLHolder_FieldsAdded(const DocPtr&) override { lines << QStringLiteral("FieldsAdded"); }
 };
 
 class TestHTMLHolder : public ::testing::Test

@@ -40,10 +40,47 @@ TEST_F(TestIEHolder, FramesetHoldsTheTopAndEveryLoadedReachableFrame)
     EXPECT_TRUE(errors.reports.empty());
     EXPECT_EQ(shell.activated().last(), QStringLiteral("Title of http://a/top"));
 
-    // One frame completing later holds only that frame until the top completes again.
+    // A frame completing later is held beside the others, and only it is filled.
+    const auto topHolder = holder->htmlHolder(1);
     window->completeFrame(1);
     EXPECT_EQ(events.take(), QStringList{"NewDoc 1 http://a/loading"});
-    EXPECT_EQ(heldUrls(*holder), QStringList{"http://a/loading"});
+    EXPECT_EQ(heldUrls(*holder),
+              (QStringList{"http://a/top", "http://a/f1", "http://a/f3", "http://a/loading"}));
+    EXPECT_EQ(holder->htmlHolder(1), topHolder);
+
+    // A frame that goes on to another document: its holder is replaced in place.
+    auto ad = loadedFrame(QStringLiteral("http://ads.example/next"));
+    window->loadFrame(0, ad);
+    EXPECT_EQ(events.take(), QStringList{"NewDoc 1 http://ads.example/next"});
+    EXPECT_EQ(heldUrls(*holder),
+              (QStringList{"http://a/top", "http://ads.example/next", "http://a/f3", "http://a/loading"}));
+    EXPECT_EQ(ad->subscriberCount(), 1);
+
+    // The page itself is still followed: what the user does there is reported.
+    auto name = top->add(ModelElement::input(QStringLiteral("text"), QStringLiteral("fname")));
+    top->type(name, QStringLiteral("Ann"));
+    top->focus(top->tags(QStringLiteral("body")).first());
+    EXPECT_TRUE(events.take().contains(QStringLiteral("DocChanged 1 http://a/top INPUT")));
+
+    // The top completing again holds the page afresh, in frame order.
+    window->navigate(top);
+    events.take();
+    EXPECT_EQ(heldUrls(*holder),
+              (QStringList{"http://a/top", "http://ads.example/next", "http://a/loading", "http://a/f3"}));
+    EXPECT_TRUE(errors.reports.empty());
+}
+
+TEST_F(TestIEHolder, FieldsAPageAddsAreReportedByItsHolder)
+{
+    auto window = shell.open();
+    auto holder = holderWith(window);
+    auto frame = loadedFrame(QStringLiteral("http://a/frame"));
+    auto top = page(QStringLiteral("http://a/top"), {frame});
+    window->navigate(top);
+    events.take();
+    top->addLater(ModelElement::input(QStringLiteral("text"), QStringLiteral("email")));
+    frame->addLater(ModelElement::input(QStringLiteral("text"), QStringLiteral("phone")));
+    EXPECT_EQ(events.take(), (QStringList{"FieldsAdded 1 http://a/top", "FieldsAdded 1 http://a/frame"}));
 }
 
 TEST_F(TestIEHolder, FolderWindowsHoldNothingAndKeepThePreviousPage)

@@ -218,3 +218,64 @@ TEST_F(TestFormFill, CaptureDuringAFillsPumpAndAWindowClosingMidFill)
     EXPECT_TRUE(f.boxes.shown[1].text.contains(QStringLiteral("procedure ProcessIE.")));
 }
 } // namespace
+
+namespace {
+// Fields a page's script adds after the load are filled once each, by the fill's own keys and
+// rules, and never where the user has already been.
+TEST_F(TestFormFill, FieldsAddedAfterTheFillAreFilledOnceUnlessTheUserWasThere)
+{
+    auto& values = f.form.valueStore();
+    values.SetValue(Second, QStringLiteral("fname"), QStringLiteral("Ann"));
+    values.SetValue(First, QStringLiteral("email"), QStringLiteral("ann@example.org"));
+    values.SetValue(First, QStringLiteral("optin_yes"), QStringLiteral("True"));
+    values.SetValue(First, QStringLiteral("state"), QStringLiteral("NY"));
+    values.SetValue(First, QStringLiteral("note"), QStringLiteral("hello"));
+    auto page = formPage(First);
+    load(page);
+    const QString fillBefore = f.form.formFill().LastFillURL();
+
+    // A contest widget renders its form after the load.
+    auto fname = ModelElement::input("text", "fname");
+    auto email = ModelElement::input("text", "email");
+    auto optin = ModelElement::input("checkbox", "optin", "yes");
+    auto state = ModelElement::select("state", {{"CA", ""}, {"NY", ""}});
+    auto note = ModelElement::textarea("note");
+    statuses.clear();
+    for (const auto& field : {fname, email, optin, state, note})
+        page->addLater(field);
+    EXPECT_EQ(fname->value(), QStringLiteral("Ann")); // from any site
+    EXPECT_EQ(email->value(), QStringLiteral("ann@example.org"));
+    EXPECT_TRUE(optin->checked());
+    EXPECT_EQ(state->value(), QStringLiteral("NY"));
+    EXPECT_EQ(note->innerText(), QStringLiteral("hello"));
+    EXPECT_EQ(statuses.count(QStringLiteral(" retrieving email")), 1);
+
+    // Each is given out once: the page adding something else does not fill them again.
+    page->type(email, QStringLiteral("other@example.org"));
+    page->focus(page->tags(QStringLiteral("body")).first());
+    page->addLater(ModelElement::input("submit", "go"));
+    EXPECT_EQ(email->value(), QStringLiteral("other@example.org"));
+
+    // A field the user is already in when the page reports it stays as the user has it.
+    auto typedInto = ModelElement::input("text", "fname");
+    page->addLater(typedInto, false);
+    page->type(typedInto, QStringLiteral("Bo"));
+    auto focused = ModelElement::input("text", "email");
+    page->addLater(focused, false);
+    page->focus(focused);
+    page->addLater(ModelElement::input("text", "spare"));
+    EXPECT_EQ(typedInto->value(), QStringLiteral("Bo"));
+    EXPECT_EQ(focused->value(), QString());
+
+    // Added fields neither jump nor count as the page's fill.
+    EXPECT_EQ(email->scrollCount(), 0);
+    EXPECT_EQ(f.form.formFill().LastFillURL(), fillBefore);
+    EXPECT_TRUE(f.boxes.shown.empty());
+
+    // Paused: nothing is filled.
+    f.form.cmdPause.click();
+    auto paused = ModelElement::input("text", "fname");
+    page->addLater(paused);
+    EXPECT_EQ(paused->value(), QString());
+}
+} // namespace

@@ -37,6 +37,10 @@ public:
     {
         lines << QStringLiteral("SetStatus %1 %2").arg(Index).arg(Text);
     }
+    void IEHolder_FieldsAdded(int Index, const DocPtr& document) override
+    {
+        lines << QStringLiteral("FieldsAdded %1 %2").arg(Index).arg(document->url());
+    }
     QStringList take()
     {
         QStringList taken = lines;

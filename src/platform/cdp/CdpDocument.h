@@ -57,7 +57,7 @@ public:
     bool unloaded() const { return m_unloaded; }
 
     const QString& sessionId() const { return m_session; }
-    const QString& frameId() const { return m_frame; }
+    QString frameId() const override { return m_frame; }
     int contextId() const { return m_context; }
 
 private:

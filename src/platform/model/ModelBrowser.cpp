@@ -110,6 +110,17 @@ void ModelBrowser::completeFrame(int index)
     raiseComplete(std::make_shared<FrameBrowser>(m_hwnd, frame), frame->url());
 }
 
+void ModelBrowser::loadFrame(int index, const std::shared_ptr<ModelDocument>& document)
+{
+    const auto frame = std::static_pointer_cast<ModelFrame>(m_page->frameItem(index));
+    if (auto* previous = static_cast<ModelDocument*>(frame->shown().get()))
+        previous->detach();
+    frame->show(document);
+    if (!m_shown.contains(document))
+        m_shown.append(document);
+    completeFrame(index);
+}
+
 void ModelBrowser::progress(int Progress, int ProgressMax)
 {
     for (const auto& sink : m_sinks.snapshot())

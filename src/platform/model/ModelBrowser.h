@@ -26,6 +26,8 @@ public:
     void showFolder(const QString& path);
     // One frame of the shown page completes on its own.
     void completeFrame(int index);
+    // One frame of the shown page goes on to another document, which completes on its own.
+    void loadFrame(int index, const std::shared_ptr<ModelDocument>& document);
     void progress(int Progress, int ProgressMax);
     void statusText(const QString& text);
     void close();

@@ -3,11 +3,31 @@
 #include "AppError.h"
 
 #include <QUrl>
+#include <utility>
 
 namespace {
 const QString Gone = QStringLiteral("The object invoked has disconnected from its clients.");
 constexpr int Disconnected = 10002;
+
+// Every window and frame of the model is told apart by a number of its own.
+QString nextViewId()
+{
+    static int next = 0;
+    return QStringLiteral("view-%1").arg(++next);
+}
 } // namespace
+
+ModelFrame::ModelFrame(DocPtr document, bool accessDenied) : m_id(nextViewId()), m_denied(accessDenied)
+{
+    show(std::move(document));
+}
+
+void ModelFrame::show(DocPtr document)
+{
+    m_document = std::move(document);
+    if (auto* shown = static_cast<ModelDocument*>(m_document.get()))
+        shown->setFrameId(m_id);
+}
 
 DocPtr ModelFrame::document()
 {
@@ -16,9 +36,23 @@ DocPtr ModelFrame::document()
     return m_document;
 }
 
-ModelDocument::ModelDocument(const QString& url, const QString& title) : m_url(url), m_title(title)
+ModelDocument::ModelDocument(const QString& url, const QString& title)
+    : m_url(url), m_frameId(nextViewId()), m_title(title)
 {
     m_active = add(ModelElement::plain(QStringLiteral("BODY")));
+}
+
+void ModelDocument::addLater(const std::shared_ptr<ModelElement>& element, bool reportNow)
+{
+    m_added.append(add(element));
+    if (reportNow)
+        raise([](DocumentEvents& e) { e.HTML_onfieldsadded(); return true; });
+}
+
+QList<ElementPtr> ModelDocument::addedFields()
+{
+    checkAlive();
+    return std::exchange(m_added, {});
 }
 
 void ModelDocument::detach()
@@ -143,6 +177,8 @@ bool ModelDocument::raise(const std::function<bool(DocumentEvents&)>& event)
 void ModelDocument::focus(const ElementPtr& element)
 {
     m_active = element;
+    if (auto* field = dynamic_cast<ModelElement*>(element.get()))
+        field->markTouched();
     raise([](DocumentEvents& e) { e.HTML_onfocusin(); return true; });
     raise([](DocumentEvents& e) { e.HTML_onpropertychange(); return true; });
 }

@@ -13,13 +13,13 @@ class ModelFrame : public DocumentOwner
 {
 public:
     const DocPtr& shown() const { return m_document; }
-    explicit ModelFrame(DocPtr document, bool accessDenied = false)
-        : m_document(std::move(document)), m_denied(accessDenied)
-    {
-    }
+    ModelFrame(DocPtr document, bool accessDenied = false);
     DocPtr document() override;
+    // The frame goes on to another document.
+    void show(DocPtr document);
 
 private:
+    QString m_id;
     DocPtr m_document;
     bool m_denied;
 };
@@ -42,6 +42,8 @@ public:
     FramePtr frameItem(int index) const override;
     void subscribe(const std::shared_ptr<DocumentEvents>& sink) override;
     void unsubscribe(const DocumentEvents* sink) override;
+    QString frameId() const override { return m_frameId; }
+    QList<ElementPtr> addedFields() override;
 
     // Building the page.
     template <class E> std::shared_ptr<E> add(std::shared_ptr<E> element)
@@ -51,6 +53,10 @@ public:
         return element;
     }
     std::shared_ptr<ModelFrame> addFrame(const DocPtr& document, bool accessDenied = false);
+    // The page's script adds a field after the document completed; the report of it may come
+    // with this or a later addition.
+    void addLater(const std::shared_ptr<ModelElement>& element, bool reportNow = true);
+    void setFrameId(const QString& frameId) { m_frameId = frameId; }
     void setTitle(const QString& title) { m_title = title; }
     void setCookie(const QString& cookie) { m_cookie = cookie; }
     // An active element that cannot be read, as some browsers answer during a load.
@@ -80,6 +86,8 @@ private:
     void edit(const ElementPtr& element, const std::function<void()>& change);
 
     QString m_url;
+    QString m_frameId;
+    QList<ElementPtr> m_added;
     QString m_title;
     QString m_cookie;
     QString m_readyState = QStringLiteral("loading");

@@ -42,10 +42,12 @@ public:
     void setValue(const QString& value) override;
     int selectedIndex() const override;
     void setSelectedIndex(int index) override;
+    bool userTouched() const override { return m_touched; }
 
     // For the model's document and for tests.
     void setDocument(ModelDocument* document) { m_document = document; }
     int scrollCount() const { return m_scrolls; }
+    void markTouched() { m_touched = true; }
     const QList<Option>& options() const { return m_options; }
 
 private:
@@ -62,5 +64,6 @@ private:
     QList<Option> m_options;
     int m_selected = -1;
     int m_scrolls = 0;
+    bool m_touched = false;
     ModelDocument* m_document = nullptr;
 };

@@ -78,7 +78,9 @@ qint64 CdpConnection::post(const QString& method, const QJsonObject& params, con
         if (!m_closedReason.isEmpty())
             throw AppError(ErrorNumber::BrowserCall, m_closedReason);
         id = m_nextId++;
-        m_pending.emplace(id, Pending{});
+        Pending pending;
+        pending.sessionId = sessionId;
+        m_pending.emplace(id, std::move(pending));
     }
     message.insert(QStringLiteral("id"), id);
     const QByteArray bytes = QJsonDocument(message).toJson(QJsonDocument::Compact);
@@ -86,8 +88,35 @@ qint64 CdpConnection::post(const QString& method, const QJsonObject& params, con
     return id;
 }
 
+void CdpConnection::blockSessions(const QStringList& sessions, const QString& reason)
+{
+    QMutexLocker lock(&m_mutex);
+    for (const QString& session : sessions)
+        m_blocked.insert(session, reason);
+    for (auto& [id, pending] : m_pending) {
+        if (!pending.done && sessions.contains(pending.sessionId)) {
+            pending.done = true;
+            pending.error = reason;
+        }
+    }
+    m_answered.wakeAll();
+}
+
+void CdpConnection::unblockSessions(const QStringList& sessions)
+{
+    QMutexLocker lock(&m_mutex);
+    for (const QString& session : sessions)
+        m_blocked.remove(session);
+}
+
 QJsonObject CdpConnection::call(const QString& method, const QJsonObject& params, const QString& sessionId)
 {
+    {
+        QMutexLocker lock(&m_mutex);
+        const auto blocked = m_blocked.constFind(sessionId);
+        if (blocked != m_blocked.constEnd())
+            throw AppError(ErrorNumber::BrowserCall, *blocked);
+    }
     const qint64 id = post(method, params, sessionId);
     QMutexLocker lock(&m_mutex);
     QDeadlineTimer deadline(m_timeoutMs);
@@ -123,7 +152,8 @@ void CdpConnection::onReceived(const QByteArray& bytes)
     if (message.contains(QStringLiteral("id"))) {
         QMutexLocker lock(&m_mutex);
         const auto pending = m_pending.find(message.value(QStringLiteral("id")).toInteger());
-        if (pending == m_pending.end())
+        // A call already failed (its page showed a dialog) keeps its failure.
+        if (pending == m_pending.end() || pending->second.done)
             return;
         pending->second.done = true;
         pending->second.result = message.value(QStringLiteral("result")).toObject();

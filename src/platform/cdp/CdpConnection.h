@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QHash>
 #include <QJsonObject>
+#include <QStringList>
 #include <QMutex>
 #include <QObject>
 #include <QWaitCondition>
@@ -42,11 +44,16 @@ public:
     // user-interface thread (resuming a target that waits for its debugger).
     void setIoHook(std::function<void(const Event&)> hook);
     bool isClosed() const;
+    // Calls to these sessions fail at once with the reason, those waiting included, until they
+    // are let go: a page showing a dialog runs none of them until it closes.
+    void blockSessions(const QStringList& sessions, const QString& reason);
+    void unblockSessions(const QStringList& sessions);
     void setTimeout(int ms) { m_timeoutMs = ms; }
 
 private:
     struct Pending
     {
+        QString sessionId;
         bool done = false;
         QJsonObject result;
         QString error;
@@ -66,6 +73,7 @@ private:
     std::deque<Event> m_events;
     qint64 m_nextId = 1;
     QString m_closedReason;
+    QHash<QString, QString> m_blocked; // session -> why its calls fail
     int m_timeoutMs;
     std::function<void(const Event&)> m_handler;
     std::function<void(const Event&)> m_ioHook;

@@ -1,6 +1,7 @@
 #include "CdpDocument.h"
 
 #include "AppError.h"
+#include "CdpDialogGuard.h"
 #include "CdpListing.h"
 #include "CdpShell.h"
 
@@ -34,6 +35,13 @@ QJsonValue CdpDocument::run(const QString& call) const
     try {
         return m_shell.evaluate(m_session, m_context, expression);
     } catch (const AppError& error) {
+        if (CdpDialogGuard::isRefusal(error)) {
+            // Behind a dialog the document answers nothing for now, like one the page left; a fill
+            // that met it runs again once the dialog closes.
+            if (openBatch() != 0)
+                m_fillMissed = true;
+            return {};
+        }
         if (!isContextGone(error))
             throw;
         // The page went on to another document (a frame moving to a process of its own does so
@@ -49,6 +57,19 @@ bool CdpDocument::isContextGone(const AppError& error)
     return error.number() == ErrorNumber::BrowserCall &&
            (error.description().contains(QLatin1String("Cannot find context with specified id")) ||
             error.description().contains(QLatin1String("Execution context was destroyed")));
+}
+
+void CdpDocument::dialogClosed()
+{
+    if (!m_fillMissed || m_unloaded)
+        return;
+    m_fillMissed = false;
+    raise(QStringLiteral("readystatechange"), {});
+}
+
+QList<ElementPtr> CdpDocument::addedFields()
+{
+    return listing(QJsonDocument::fromJson(run(QStringLiteral("added()")).toString().toUtf8()).array());
 }
 
 void CdpDocument::beginBatch()
@@ -206,8 +227,9 @@ void CdpDocument::raise(const QString& kind, const QJsonObject& report)
 {
     const auto self = shared_from_this();
     const std::optional<qint64> outer = m_event.activeId;
-    m_event = {report.value(QLatin1String("active")).toInteger(), report.value(QLatin1String("fields")).toObject(),
-               report.value(QLatin1String("doc")).toObject()};
+    const QJsonValue active = report.value(QLatin1String("active"));
+    m_event = {active.isUndefined() ? std::nullopt : std::optional<qint64>(active.toInteger()),
+               report.value(QLatin1String("fields")).toObject(), report.value(QLatin1String("doc")).toObject()};
     for (const auto& sink : m_sinks.snapshot()) {
         try {
             if (kind == QLatin1String("focusin"))
@@ -222,6 +244,8 @@ void CdpDocument::raise(const QString& kind, const QJsonObject& report)
                 sink->HTML_ondblclick();
             else if (kind == QLatin1String("readystatechange"))
                 sink->HTML_onreadystatechange();
+            else if (kind == QLatin1String("fieldsadded"))
+                sink->HTML_onfieldsadded();
         } catch (const AppError&) {
             // An error a handler let through ends that handler only, as in the browser.
         }
@@ -242,6 +266,13 @@ std::optional<QJsonValue> CdpDocument::reported(qint64 id, const QString& proper
 CdpElement::CdpElement(std::shared_ptr<const CdpDocument> document, std::shared_ptr<CdpListing> listing, int index)
     : m_document(std::move(document)), m_id(listing->field(index).id), m_listing(std::move(listing)), m_index(index)
 {
+}
+
+bool CdpElement::userTouched() const
+{
+    // Only the fields given out as added carry it; the page's own fields are filled regardless.
+    const CdpListing* listed = listing();
+    return listed && listed->field(m_index).properties.value(QLatin1String("touched")).toBool();
 }
 
 CdpListing* CdpElement::listing() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HtmlDocument.h"
+#include "HtmlElement.h"
 #include "Subscribers.h"
 
 #include <QHash>
@@ -32,8 +33,11 @@ public:
     FramePtr frameItem(int index) const override;
     void subscribe(const std::shared_ptr<DocumentEvents>& sink) override;
     void unsubscribe(const DocumentEvents* sink) override;
+    QList<ElementPtr> addedFields() override;
     void beginBatch() override;
     void endBatch() override;
+    // The page's dialog closed: a fill it made miss runs now, as the document is complete.
+    void dialogClosed();
 
     // The batch now open, or 0: a listing taken in it answers reads until it ends.
     quint64 openBatch() const { return m_batchDepth > 0 ? m_batch : 0; }
@@ -87,6 +91,7 @@ private:
     mutable QHash<QString, QJsonArray> m_readAhead; // listings by tag name, each used once
     mutable bool m_readAheadDone = false;
     mutable bool m_unloaded = false;
+    mutable bool m_fillMissed = false;
 };
 
 // An element of a real page, by its id in the document's script.
@@ -109,6 +114,7 @@ public:
     void setValue(const QString& value) override { set("value", value); }
     int selectedIndex() const override { return required(get("selectedIndex")).toInt(); }
     void setSelectedIndex(int index) override { set("selectedIndex", index); }
+    bool userTouched() const override;
 
 private:
     QJsonValue get(const char* property) const;

@@ -2,6 +2,7 @@
 
 #include "AppError.h"
 #include "CdpBrowser.h"
+#include "CdpDialogGuard.h"
 #include "CdpDocument.h"
 #include "ChromiumProcess.h"
 #include "InjectedScript.h"
@@ -65,8 +66,10 @@ CdpShell::CdpShell(Connector connector) : m_connector(std::move(connector)) {}
 
 CdpShell::~CdpShell()
 {
-    if (m_browser)
+    if (m_browser) {
         m_browser->connection().setEventHandler(nullptr);
+        m_browser->connection().setIoHook(nullptr);
+    }
 }
 
 void CdpShell::connect()
@@ -80,9 +83,11 @@ void CdpShell::connect()
         return;
     }
     CdpConnection& connection = m_browser->connection();
+    m_dialogs = std::make_unique<CdpDialogGuard>(connection);
     // Targets that wait for their debugger must be let go at once, not when the user-interface
-    // thread gets round to it.
-    connection.setIoHook([&connection](const CdpConnection::Event& event) {
+    // thread gets round to it; a dialog must stop calls that already wait.
+    connection.setIoHook([&connection, dialogs = m_dialogs.get()](const CdpConnection::Event& event) {
+        dialogs->onEvent(event);
         if (event.method != QLatin1String("Target.attachedToTarget"))
             return;
         const QString session = event.params.value("sessionId").toString();
@@ -135,14 +140,33 @@ void CdpShell::unsubscribe(const ShellWindowEvents* sink)
 
 void CdpShell::AppActivate(const QString& title)
 {
-    for (const QString& id : std::as_const(m_pageOrder)) {
-        const Target& target = m_targets[id];
-        if (target.open && (target.title == title || target.title.startsWith(title))) {
-            cdp().call(QStringLiteral("Page.bringToFront"), {}, target.sessionId);
-            return;
+    // A tabbed window's title is its visible tab's: a hidden tab of that title is no window of
+    // that title, and bringing it forward would switch tabs under the user.
+    for (const bool exact : {true, false}) {
+        for (const QString& id : std::as_const(m_pageOrder)) {
+            const Target& target = m_targets[id];
+            const bool matches = exact ? target.title == title : target.title.startsWith(title);
+            if (!title.isEmpty() && target.open && matches && isVisibleTab(id)) {
+                cdp().call(QStringLiteral("Page.bringToFront"), {}, target.sessionId);
+                return;
+            }
         }
     }
     throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+}
+
+bool CdpShell::isVisibleTab(const QString& targetId)
+{
+    const QString session = m_targets.value(targetId).sessionId;
+    const auto context = m_contexts.constFind(key(session, targetId));
+    if (context == m_contexts.constEnd())
+        return false;
+    try {
+        return evaluate(session, *context, QStringLiteral("window.__tolvane.doc('visibility')")) ==
+               QLatin1String("visible");
+    } catch (const AppError&) {
+        return false;
+    }
 }
 
 void CdpShell::OpenAddress(const QString& address)
@@ -208,10 +232,18 @@ DocPtr CdpShell::documentFor(const QString& sessionId, const QString& frameId)
 
 FramePtr CdpShell::frameOwner(const CdpDocument& parent, int index)
 {
-    const QJsonObject answer = cdp().call(
-        QStringLiteral("Runtime.evaluate"),
-        {{"expression", QStringLiteral("window.__tolvane.frame(%1)").arg(index)}, {"contextId", parent.contextId()}},
-        parent.sessionId());
+    QJsonObject answer;
+    try {
+        answer = cdp().call(QStringLiteral("Runtime.evaluate"),
+                            {{"expression", QStringLiteral("window.__tolvane.frame(%1)").arg(index)},
+                             {"contextId", parent.contextId()}},
+                            parent.sessionId());
+    } catch (const AppError& error) {
+        // Behind a dialog the frame cannot be reached, as another site's frame cannot.
+        if (!CdpDialogGuard::isRefusal(error))
+            throw;
+        return std::make_shared<CdpFrameOwner>(*this, parent.sessionId(), QString());
+    }
     const QString objectId = answer.value("result").toObject().value("objectId").toString();
     if (objectId.isEmpty())
         throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
@@ -270,6 +302,8 @@ void CdpShell::onEvent(const CdpConnection::Event& event)
             onLoaded(event.sessionId, params.value("frameId").toString());
     } else if (method == QLatin1String("Runtime.bindingCalled")) {
         onBinding(event);
+    } else if (method == QLatin1String("Page.javascriptDialogClosed")) {
+        onDialogClosed(event.sessionId);
     } else if (method.startsWith(QLatin1String("Network.")) || method == QLatin1String("Page.frameStartedLoading")) {
         onNetwork(event);
     }
@@ -343,6 +377,23 @@ void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
     const DocPtr document = documentFor(sessionId, frameId);
     if (document)
         page->documentComplete(std::make_shared<CdpFrameBrowser>(page, document), QString());
+}
+
+void CdpShell::onDialogClosed(const QString& sessionId)
+{
+    QStringList sessions{sessionId};
+    for (const Target& target : std::as_const(m_targets)) {
+        if (target.open && !target.sessionId.isEmpty() && target.parentSession == sessionId)
+            sessions.append(target.sessionId);
+    }
+    std::vector<std::shared_ptr<CdpDocument>> documents;
+    for (auto it = m_documents.constBegin(); it != m_documents.constEnd(); ++it) {
+        if (sessions.contains(it.key().section(QLatin1Char('\n'), 0, 0)))
+            if (auto document = it.value().lock())
+                documents.push_back(std::move(document));
+    }
+    for (const auto& document : documents)
+        document->dialogClosed();
 }
 
 void CdpShell::onNetwork(const CdpConnection::Event& event)

@@ -9,6 +9,7 @@
 #include <memory>
 
 class CdpBrowser;
+class CdpDialogGuard;
 class CdpDocument;
 class ChromiumProcess;
 
@@ -62,11 +63,17 @@ private:
     void onLoaded(const QString& sessionId, const QString& frameId);
     void onBinding(const CdpConnection::Event& event);
     void onNetwork(const CdpConnection::Event& event);
+    // A page's dialog closed: its documents may owe a fill.
+    void onDialogClosed(const QString& sessionId);
+    // Whether the page's tab is the one its window shows.
+    bool isVisibleTab(const QString& targetId);
     // The page a session belongs to, through the parents of out-of-process frames.
     std::shared_ptr<CdpBrowser> pageOfSession(const QString& sessionId) const;
     CdpConnection& cdp();
 
     Connector m_connector;
+    // Declared before the browser: the connection's I/O thread uses it until the browser goes.
+    std::unique_ptr<CdpDialogGuard> m_dialogs;
     std::unique_ptr<ChromiumProcess> m_browser;
     QString m_connectFailure;
     Subscribers<ShellWindowEvents> m_sinks;

@@ -25,20 +25,67 @@ inline QString source()
     if (!id) { id = nextId++; ids.set(el, id); registry.set(id, new WeakRef(el)); }
     return id;
   };
-  const element = (id) => {
+  const alive = (id) => {
     const ref = registry.get(id);
     const el = ref && ref.deref();
-    if (!el || !el.isConnected) throw new Error('The element is no longer in the page.');
+    return el && el.isConnected ? el : null;
+  };
+  const element = (id) => {
+    const el = alive(id);
+    if (!el) throw new Error('The element is no longer in the page.');
     return el;
   };
   const isText = (el) => el.tagName === 'TEXTAREA';
   const frames = () => Array.from(document.querySelectorAll('iframe, frame'));
+  // The input types the classic browser knew; it showed every other one (email, tel, date, ...)
+  // to its scripts as a text field, and so does this.
+  const classicTypes = new Set(['text', 'password', 'checkbox', 'radio', 'submit', 'reset', 'file', 'hidden', 'image', 'button']);
+  const typeOf = (el) => {
+    if (el.type === undefined) return null;
+    return el.tagName !== 'INPUT' || classicTypes.has(el.type) ? el.type : 'text';
+  };
+  // Form fields in document order, those of open shadow roots included (a host's shadow tree
+  // before its own children). Closed shadow roots cannot be reached.
+  const fieldNames = ['input', 'textarea', 'select'];
+  // Shadow roots are watched for added fields too, once the document is watched at all.
+  let watcher = null;
+  const watchedRoots = new WeakSet();
+  const fieldsByName = () => {
+    const found = { input: [], textarea: [], select: [] };
+    const visit = (root) => {
+      const walker = document.createTreeWalker(root, NodeFilter.SHOW_ELEMENT);
+      for (let el = walker.nextNode(); el; el = walker.nextNode()) {
+        const list = found[el.localName];
+        if (list) list.push(el);
+        if (el.shadowRoot) {
+          if (watcher && !watchedRoots.has(el.shadowRoot)) {
+            watchedRoots.add(el.shadowRoot);
+            watcher.observe(el.shadowRoot, { childList: true, subtree: true });
+          }
+          visit(el.shadowRoot);
+        }
+      }
+    };
+    visit(document);
+    return found;
+  };
+  const elementsNamed = (name) => {
+    const lower = String(name).toLowerCase();
+    return fieldNames.includes(lower) ? fieldsByName()[lower] : Array.from(document.getElementsByTagName(name));
+  };
+  // The focus inside open shadow roots is the inner field's.
+  const deepActive = () => {
+    let active = document.activeElement;
+    while (active && active.shadowRoot && active.shadowRoot.activeElement) active = active.shadowRoot.activeElement;
+    return active;
+  };
+  const targetOf = (e) => (e.composedPath && e.composedPath()[0]) || e.target;
   const read = (el, what) => {
     switch (what) {
       case 'tagName': return el.tagName;
       case 'innerText': return isText(el) ? el.value : el.innerText;
       case 'name': return el.getAttribute('name') || '';
-      case 'type': return el.type === undefined ? null : el.type;
+      case 'type': return typeOf(el);
       case 'value': return el.value === undefined ? null : el.value;
       case 'checked': return el.checked === undefined ? null : el.checked;
       case 'selectedIndex': return el.selectedIndex === undefined ? null : el.selectedIndex;
@@ -51,25 +98,6 @@ inline QString source()
     for (const what of ['tagName', 'name', 'type', 'value', 'checked', 'selectedIndex']) properties[what] = read(el, what);
     if (isText(el)) properties.innerText = el.value;
     return properties;
-  };
-  // Each element of a tag with what a fill reads of it, and its radio group.
-  const listOf = (name) => {
-    const groups = new Map();
-    const groupOf = (el, id) => {
-      const name = el.getAttribute('name');
-      if (el.type !== 'radio' || !name) return 0;
-      const owner = el.form || el.getRootNode();
-      if (!groups.has(owner)) groups.set(owner, new Map());
-      const named = groups.get(owner);
-      if (!named.has(name)) named.set(name, id);
-      return named.get(name);
-    };
-    return Array.from(document.getElementsByTagName(name)).map((el) => {
-      const id = idOf(el);
-      const properties = fieldOf(el);
-      const options = el.tagName === 'SELECT' ? Array.from(el.options, (o) => o.value) : [];
-      return { id, properties, options, group: groupOf(el, id) };
-    });
   };
   // What is the user's own: a focus move only while one of the user's key or pointer presses is
   // handled (a page script's focus() is trusted too), and a field's state as the user left it:
@@ -89,12 +117,35 @@ inline QString source()
     if (own) for (const what of ['value', 'checked', 'selectedIndex', 'innerText']) if (what in own) state[what] = own[what];
     return state;
   };
+  // Fields a fill has taken (listed, or given out as added): the page's later additions are the rest.
+  const claimed = new WeakSet();
+  // Elements with what a fill reads of them, and their radio groups; the elements are claimed.
+  const listOf = (elements, extra) => {
+    const groups = new Map();
+    const groupOf = (el, id) => {
+      const name = el.getAttribute('name');
+      if (el.type !== 'radio' || !name) return 0;
+      const owner = el.form || el.getRootNode();
+      if (!groups.has(owner)) groups.set(owner, new Map());
+      const named = groups.get(owner);
+      if (!named.has(name)) named.set(name, id);
+      return named.get(name);
+    };
+    return elements.map((el) => {
+      claimed.add(el);
+      const id = idOf(el);
+      const properties = fieldOf(el);
+      if (extra) extra(el, properties);
+      const options = el.tagName === 'SELECT' ? Array.from(el.options, (o) => o.value) : [];
+      return { id, properties, options, group: groupOf(el, id) };
+    });
+  };
   // The cookie is asked of the browser process each time: only focus handlers read it.
   const docTexts = ['title', 'url', 'urlUnencoded', 'readyState'];
   let lastActive = null;
   const report = (kind, extra) => {
     // The page as it was goes along: the handlers may run a little later, and need no call back.
-    const activeEl = document.activeElement;
+    const activeEl = deepActive();
     const fields = {};
     for (const el of [activeEl, lastActive]) { try { if (el && el.isConnected) fields[idOf(el)] = stateOf(el); } catch (e) {} }
     if (kind === 'propertychange') lastActive = activeEl;
@@ -102,6 +153,35 @@ inline QString source()
     for (const what of docTexts) doc[what] = window.__tolvane.doc(what);
     if (kind === 'focusin' || kind === 'activate') doc.cookie = window.__tolvane.doc('cookie');
     try { __tolvaneEvent(JSON.stringify(Object.assign({ seq: ++seq, kind, active: idOf(activeEl), fields, doc }, extra || {}))); } catch (e) {}
+  };
+  // Fields the page adds once it has completed (forms rendered late, route changes): looked for
+  // at most every ReportMs after elements were added, reported once, given out once.
+  const ReportMs = 120;
+  let added = [];
+  let checkTimer = 0;
+  let lastCheck = 0;
+  const check = () => {
+    checkTimer = 0;
+    lastCheck = performance.now();
+    const found = fieldsByName();
+    let fresh = false;
+    for (const name of fieldNames) for (const el of found[name]) if (!claimed.has(el)) { claimed.add(el); added.push(el); fresh = true; }
+    added = added.filter((el) => el.isConnected);
+    if (fresh && added.length) report('fieldsadded');
+  };
+  const schedule = () => {
+    if (!checkTimer) checkTimer = setTimeout(check, Math.max(0, lastCheck + ReportMs - performance.now()));
+  };
+  const mutated = (records) => {
+    if (checkTimer) return;
+    for (const record of records) for (const node of record.addedNodes) if (node.nodeType === 1) { schedule(); return; }
+  };
+  const watch = () => {
+    if (watcher) return;
+    watcher = new MutationObserver(mutated);
+    // What is there at completion is the page's own, which its fill takes.
+    for (const name of fieldNames) for (const el of fieldsByName()[name]) claimed.add(el);
+    watcher.observe(document, { childList: true, subtree: true });
   };
   window.__tolvane = {
     doc(what) {
@@ -111,20 +191,29 @@ inline QString source()
         case 'urlUnencoded': try { return decodeURI(location.href); } catch (e) { return location.href; }
         case 'readyState': return document.readyState;
         case 'cookie': try { return document.cookie; } catch (e) { return ''; }
-        case 'activeElement': return idOf(document.activeElement);
+        case 'activeElement': return idOf(deepActive());
         case 'framesLength': return frames().length;
+        case 'visibility': return document.visibilityState;
       }
       throw new Error('Unknown document property ' + what);
     },
-    tags(name) { return Array.from(document.getElementsByTagName(name)).map(idOf); },
-    list(name) { return JSON.stringify(listOf(name)); },
+    tags(name) { return elementsNamed(name).map(idOf); },
+    list(name) { return JSON.stringify(listOf(elementsNamed(name))); },
     // What a fill reads first, in one answer: the document's texts and its form fields.
     snapshot() {
       const doc = {};
       for (const what of docTexts) doc[what] = this.doc(what);
+      const found = fieldsByName();
       const lists = {};
-      for (const name of ['input', 'textarea', 'select']) lists[name] = listOf(name);
+      for (const name of fieldNames) lists[name] = listOf(found[name]);
       return JSON.stringify({ doc, lists });
+    },
+    // The fields the page added since they were last given out, each with whether the user has
+    // been in it.
+    added() {
+      const given = added.filter((el) => el.isConnected);
+      added = [];
+      return JSON.stringify(listOf(given, (el, properties) => { properties.touched = vouched.has(el); }));
     },
     apply(writes) {
       for (const [id, what, value] of writes) {
@@ -135,7 +224,10 @@ inline QString source()
     frame(index) { return frames()[index] || null; },
     get(id, what) { return read(element(id), what); },
     set(id, what, value) {
-      const el = element(id);
+      // A field the page removed or replaced meanwhile takes the write and keeps nothing, as a
+      // document the page left does; the others are still written.
+      const el = alive(id);
+      if (!el) return true;
       if (what === 'scrollIntoView') { el.scrollIntoView(); return true; }
       // What Tolvane writes stands as the field's state until the user changes it.
       vouched.delete(el);
@@ -146,24 +238,41 @@ inline QString source()
     },
   };
   const link = (target) => target && target.closest ? target.closest('a[href], area[href]') : null;
+  // Events inside a shadow root reach the window as its host's, and change not at all: the
+  // shadow roots the user works in are listened to themselves.
+  const listened = new WeakSet();
+  const edited = (e) => {
+    if (!e.isTrusted) return;
+    vouch(targetOf(e));
+    report('propertychange');
+  };
+  const listenInside = (e) => {
+    for (const node of e.composedPath()) {
+      if (node instanceof ShadowRoot && !listened.has(node)) { listened.add(node); node.addEventListener('change', edited, true); }
+    }
+  };
   // A page's own events (a script's click(), dispatched input) are not reported: a page that
   // floods them costs the bar nothing.
   addEventListener('focusin', (e) => {
     // A press moves the focus once; a script's move right after it is the script's.
     if (!userPress) return;
     userPress = false;
-    vouch(e.target);
+    listenInside(e);
+    vouch(targetOf(e));
     report('focusin');
     report('propertychange');
   }, true);
   addEventListener('focus', (e) => { if (e.target === window) report('activate'); }, true);
-  const edited = (e) => { if (!e.isTrusted) return; vouch(e.target); report('propertychange'); };
   addEventListener('input', edited, true);
   addEventListener('change', edited, true);
   addEventListener('click', (e) => { if (e.isTrusted) report('click'); }, true);
   addEventListener('mousedown', (e) => { if (e.detail === 2) e.preventDefault(); }, true);
   addEventListener('dblclick', (e) => { e.preventDefault(); if (e.isTrusted) report('dblclick'); }, true);
-  document.addEventListener('readystatechange', () => report('readystatechange'), true);
+  document.addEventListener('readystatechange', () => {
+    report('readystatechange');
+    if (document.readyState === 'complete') watch();
+  }, true);
+  if (document.readyState === 'complete') watch();
   const status = (text) => { try { __tolvaneEvent(JSON.stringify({ seq: ++seq, kind: 'status', text })); } catch (e) {} };
   addEventListener('mouseover', (e) => { const a = e.isTrusted && link(e.target); if (a) status(a.href); }, true);
   addEventListener('mouseout', (e) => { if (e.isTrusted && link(e.target)) status(''); }, true);

@@ -64,6 +64,17 @@ protected:
         waitFor([] { return false; }, 300);
         return page;
     }
+    // The addresses of the documents the bar holds for the page's window, top first.
+    QStringList heldUrls(const std::shared_ptr<CdpBrowser>& page)
+    {
+        QStringList urls;
+        for (int i = 1; i <= form->tracking().upperBound(); ++i) {
+            const auto holder = form->tracking().holder(i);
+            for (int d = 1; holder->InternetExplorer() == page && d <= holder->htmlHolderUpperBound(); ++d)
+                urls << holder->htmlHolder(d)->HTMLDoc()->url();
+        }
+        return urls;
+    }
     QString heldUrl(const std::shared_ptr<CdpBrowser>& page)
     {
         for (int i = 1; i <= form->tracking().upperBound(); ++i) {
@@ -86,11 +97,15 @@ protected:
     // A real mouse click in the middle of the element.
     void click(const std::shared_ptr<CdpBrowser>& page, const QString& selector)
     {
+        clickOn(page, QStringLiteral("document.querySelector('%1')").arg(selector));
+    }
+    // The same on the element a script expression finds (inside a shadow root, say).
+    void clickOn(const std::shared_ptr<CdpBrowser>& page, const QString& element)
+    {
         const QJsonArray box =
-            evaluate(page, QStringLiteral("(() => { const r = document.querySelector('%1')"
-                                          ".getBoundingClientRect(); return [r.x + r.width / 2, "
-                                          "r.y + r.height / 2]; })()")
-                               .arg(selector))
+            evaluate(page, QStringLiteral("(() => { const r = (%1).getBoundingClientRect(); "
+                                          "return [r.x + r.width / 2, r.y + r.height / 2]; })()")
+                               .arg(element))
                 .toArray();
         for (const char* type : {"mousePressed", "mouseReleased"}) {
             shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),

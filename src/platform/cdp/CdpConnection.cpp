@@ -80,6 +80,7 @@ qint64 CdpConnection::post(const QString& method, const QJsonObject& params, con
         id = m_nextId++;
         Pending pending;
         pending.sessionId = sessionId;
+        pending.inPage = runsInPage(method);
         m_pending.emplace(id, std::move(pending));
     }
     message.insert(QStringLiteral("id"), id);
@@ -88,13 +89,18 @@ qint64 CdpConnection::post(const QString& method, const QJsonObject& params, con
     return id;
 }
 
+bool CdpConnection::runsInPage(const QString& method)
+{
+    return method.startsWith(QLatin1String("Runtime.")) || method.startsWith(QLatin1String("DOM."));
+}
+
 void CdpConnection::blockSessions(const QStringList& sessions, const QString& reason)
 {
     QMutexLocker lock(&m_mutex);
     for (const QString& session : sessions)
         m_blocked.insert(session, reason);
     for (auto& [id, pending] : m_pending) {
-        if (!pending.done && sessions.contains(pending.sessionId)) {
+        if (!pending.done && pending.inPage && sessions.contains(pending.sessionId)) {
             pending.done = true;
             pending.error = reason;
         }
@@ -114,7 +120,7 @@ QJsonObject CdpConnection::call(const QString& method, const QJsonObject& params
     {
         QMutexLocker lock(&m_mutex);
         const auto blocked = m_blocked.constFind(sessionId);
-        if (blocked != m_blocked.constEnd())
+        if (blocked != m_blocked.constEnd() && runsInPage(method))
             throw AppError(ErrorNumber::BrowserCall, *blocked);
     }
     const qint64 id = post(method, params, sessionId);

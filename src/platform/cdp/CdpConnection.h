@@ -44,8 +44,9 @@ public:
     // user-interface thread (resuming a target that waits for its debugger).
     void setIoHook(std::function<void(const Event&)> hook);
     bool isClosed() const;
-    // Calls to these sessions fail at once with the reason, those waiting included, until they
-    // are let go: a page showing a dialog runs none of them until it closes.
+    // Calls into the page's script (Runtime, DOM) on these sessions fail at once with the
+    // reason, those waiting included, until they are let go: a page showing a dialog runs none
+    // of them until it closes. Calls the browser answers itself go on.
     void blockSessions(const QStringList& sessions, const QString& reason);
     void unblockSessions(const QStringList& sessions);
     void setTimeout(int ms) { m_timeoutMs = ms; }
@@ -54,11 +55,13 @@ private:
     struct Pending
     {
         QString sessionId;
+        bool inPage = false;
         bool done = false;
         QJsonObject result;
         QString error;
     };
     qint64 post(const QString& method, const QJsonObject& params, const QString& sessionId);
+    static bool runsInPage(const QString& method);
     void onReceived(const QByteArray& message);
     void onClosed(const QString& reason);
     void deliverOne();

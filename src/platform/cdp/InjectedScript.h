@@ -30,8 +30,10 @@ inline QString source()
     const el = ref && ref.deref();
     return el && el.isConnected ? el : null;
   };
+  // A field the page has just removed can still be read, as the user left it.
   const element = (id) => {
-    const el = alive(id);
+    const ref = registry.get(id);
+    const el = ref && ref.deref();
     if (!el) throw new Error('The element is no longer in the page.');
     return el;
   };
@@ -147,7 +149,7 @@ inline QString source()
     // The page as it was goes along: the handlers may run a little later, and need no call back.
     const activeEl = deepActive();
     const fields = {};
-    for (const el of [activeEl, lastActive]) { try { if (el && el.isConnected) fields[idOf(el)] = stateOf(el); } catch (e) {} }
+    for (const el of [activeEl, lastActive]) { try { if (el) fields[idOf(el)] = stateOf(el); } catch (e) {} }
     if (kind === 'propertychange') lastActive = activeEl;
     const doc = {};
     for (const what of docTexts) doc[what] = window.__tolvane.doc(what);

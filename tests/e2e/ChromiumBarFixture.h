@@ -99,11 +99,13 @@ protected:
     {
         clickOn(page, QStringLiteral("document.querySelector('%1')").arg(selector));
     }
-    // The same on the element a script expression finds (inside a shadow root, say).
+    // The same on the element a script expression finds (inside a shadow root, say), scrolled
+    // into view first as the user would.
     void clickOn(const std::shared_ptr<CdpBrowser>& page, const QString& element)
     {
         const QJsonArray box =
-            evaluate(page, QStringLiteral("(() => { const r = (%1).getBoundingClientRect(); "
+            evaluate(page, QStringLiteral("(() => { const e = %1; e.scrollIntoView({block: 'nearest'}); "
+                                          "const r = e.getBoundingClientRect(); "
                                           "return [r.x + r.width / 2, r.y + r.height / 2]; })()")
                                .arg(element))
                 .toArray();

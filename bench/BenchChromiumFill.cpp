@@ -2,19 +2,10 @@
 // fields, 20 radio buttons, 20 check boxes, 10 lists, 10 text areas): the median of Tolvane's
 // fill, of the one script evaluation that sets every field (the limit), and of capture latency
 // from a user's typing and from a user's focus move to the entry being on disk.
-#include "BenchSupport.h"
-#include "CdpBrowser.h"
-#include "CdpShell.h"
-#include "ChromiumProcess.h"
-#include "Fakes.h"
+#include "BenchBar.h"
 #include "HttpServer.h"
-#include "IniFileStore.h"
-#include "QtMessagePump.h"
-#include "frmMain.h"
 
-#include <QJsonArray>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <chrono>
 #include <cstdio>
 #include <sys/stat.h>
@@ -42,68 +33,22 @@ bool fileHas(const QString& path, const QByteArray& line)
 class Bench
 {
 public:
-    Bench(const QString& chromium, const QString& url)
-        : m_url(url), m_shell([this, chromium] {
-              return ChromiumProcess::start(chromium, m_profile.path(),
-                                            {QStringLiteral("--headless"), QStringLiteral("--disable-gpu"),
-                                             QStringLiteral("--disable-dev-shm-usage")});
-          })
-    {
-        m_desktop.appDataFolder = m_dir.path();
-        m_desktop.tempFolder = m_dir.path();
-        m_desktop.programFolder = m_dir.path();
-        m_form = std::make_unique<frmMain>(frmMain::Services{m_desktop, m_settings, m_boxes, m_clock, m_ini, m_shell,
-                                                             m_pump, m_metrics, m_editor, m_profilesEditor, m_docking});
-        m_form->Form_Load();
-        m_form->window.setVisible(true);
-    }
+    Bench(const QString& chromium, const QString& url) : m_bar(chromium), m_url(url) {}
 
-    frmMain& form() { return *m_form; }
-    bool errorShown() const { return !m_boxes.shown.empty(); }
-
-    std::shared_ptr<CdpBrowser> open()
+    frmMain& form() { return m_bar.form(); }
+    bool errorShown() const { return m_bar.errorShown(); }
+    std::shared_ptr<CdpBrowser> open() { return m_bar.open(m_url); }
+    QJsonValue evaluate(const std::shared_ptr<CdpBrowser>& page, const QString& expression)
     {
-        m_shell.OpenAddress(m_url);
-        std::shared_ptr<CdpBrowser> page;
-        pumpUntil([&] {
-            for (const BrowserPtr& window : m_shell.items()) {
-                if (window->LocationURL() == m_url)
-                    page = std::static_pointer_cast<CdpBrowser>(window);
-            }
-            return page && page->document() && page->document()->readyState() == QLatin1String("complete");
-        }, 20000);
-        pumpUntil([] { return false; }, 300); // the bar's own fill of the new page
-        return page;
+        return m_bar.evaluate(page, expression);
     }
 
     double tolvaneFill(const DocPtr& document)
     {
         return bench::medianMs(Runs, [&] {
-            m_clock.advanceMs(5000); // past the repeat suppression
-            m_form->IEHolder_NewDoc(1, document);
+            m_bar.clock().advanceMs(5000); // past the repeat suppression
+            m_bar.form().IEHolder_NewDoc(1, document);
         });
-    }
-
-    // In the page's own world, as the page's script would.
-    QJsonValue evaluate(const std::shared_ptr<CdpBrowser>& page, const QString& expression)
-    {
-        return m_shell.call(page->targetId(), QStringLiteral("Runtime.evaluate"),
-                            {{"expression", expression}, {"returnByValue", true}})
-            .value("result").toObject().value("value");
-    }
-    void input(const std::shared_ptr<CdpBrowser>& page, const QString& method, const QJsonObject& params)
-    {
-        m_shell.call(page->targetId(), method, params);
-    }
-    void click(const std::shared_ptr<CdpBrowser>& page, const QString& selector)
-    {
-        const QJsonArray box = evaluate(page, QStringLiteral("(() => { const e = document.querySelector('%1'); "
-                                                             "e.scrollIntoView(); const r = e.getBoundingClientRect(); "
-                                                             "return [r.x + r.width / 2, r.y + r.height / 2]; })()")
-                                                  .arg(selector)).toArray();
-        for (const char* type : {"mousePressed", "mouseReleased"})
-            input(page, QStringLiteral("Input.dispatchMouseEvent"),
-                  {{"type", type}, {"x", box[0]}, {"y", box[1]}, {"button", "left"}, {"clickCount", 1}});
     }
 
     struct Latency
@@ -114,9 +59,9 @@ public:
     // Typing into a field, then Tab to the next: each until Any.ini is replaced with the entry.
     std::pair<Latency, Latency> captureLatency(const std::shared_ptr<CdpBrowser>& page)
     {
-        const QString any = m_form->valueStore().anyFile();
+        const QString any = m_bar.form().valueStore().anyFile();
         // The page notes when its own events happened, on the wall clock.
-        evaluate(page, QStringLiteral("window.benchEvents = {}; for (const kind of ['input', 'change']) "
+        m_bar.evaluate(page, QStringLiteral("window.benchEvents = {}; for (const kind of ['input', 'change']) "
                                       "addEventListener(kind, (e) => { benchEvents[kind] = performance.timeOrigin + "
                                       "e.timeStamp; }, true)"));
         std::vector<double> typed[2];
@@ -131,21 +76,21 @@ public:
             const double storedAt = std::chrono::duration<double, std::milli>(
                                         std::chrono::system_clock::now().time_since_epoch()).count();
             into[0].push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
-            into[1].push_back(storedAt - evaluate(page, QStringLiteral("benchEvents.") + QLatin1String(event)).toDouble());
+            into[1].push_back(storedAt - m_bar.evaluate(page, QStringLiteral("benchEvents.") + QLatin1String(event)).toDouble());
         };
         for (int run = 0; run < Runs; ++run) {
             const QString field = QStringLiteral("t%1").arg(run);
             const QByteArray entry = field.toLatin1() + "=typed " + QByteArray::number(run);
-            click(page, QStringLiteral("[name=%1]").arg(field));
+            m_bar.click(page, QStringLiteral("[name=%1]").arg(field));
             pumpUntil([] { return false; }, 150);
-            evaluate(page, QStringLiteral("document.querySelector('[name=%1]').select()").arg(field));
+            m_bar.evaluate(page, QStringLiteral("document.querySelector('[name=%1]').select()").arg(field));
             timed(entry, "input", typed, [&] {
-                input(page, QStringLiteral("Input.insertText"), {{"text", QStringLiteral("typed %1").arg(run)}});
+                m_bar.input(page, QStringLiteral("Input.insertText"), {{"text", QStringLiteral("typed %1").arg(run)}});
             });
             pumpUntil([] { return false; }, 100);
             timed(entry, "change", moved, [&] {
                 for (const char* type : {"keyDown", "keyUp"})
-                    input(page, QStringLiteral("Input.dispatchKeyEvent"),
+                    m_bar.input(page, QStringLiteral("Input.dispatchKeyEvent"),
                           {{"type", type}, {"key", "Tab"}, {"code", "Tab"}, {"windowsVirtualKeyCode", 9}});
             });
             pumpUntil([] { return false; }, 100);
@@ -154,21 +99,8 @@ public:
     }
 
 private:
+    BenchBar m_bar;
     QString m_url;
-    QTemporaryDir m_dir;
-    QTemporaryDir m_profile;
-    FakeShell m_desktop;
-    FakeSettings m_settings;
-    FakeMessageBoxes m_boxes;
-    FakeClock m_clock;
-    IniFileStore m_ini;
-    QtMessagePump m_pump;
-    FakeTextMetrics m_metrics;
-    FakeEditorDisplay m_editor;
-    FakeProfilesDisplay m_profilesEditor;
-    FakeDocking m_docking;
-    CdpShell m_shell;
-    std::unique_ptr<frmMain> m_form;
 };
 } // namespace
 

@@ -68,7 +68,8 @@ public:
 
     // Reads and writes that belong together (one fill). Between the two calls a document in
     // another process may answer reads of listed elements from the listing and send writes
-    // together; endBatch applies what is still pending and throws AppError as a write would.
+    // together; endBatch applies what is still pending (an adapter may send it on without
+    // waiting) and may throw AppError as a write would.
     // Batches nest; only the outermost end applies.
     virtual void beginBatch() {}
     virtual void endBatch() {}

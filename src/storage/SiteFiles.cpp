@@ -63,7 +63,13 @@ QString SiteFiles::URL2INIFile(QString address) const
 
 QString SiteFiles::SiteFilePath(const QString& address) const
 {
-    return DataFilePath(m_location, URL2INIFile(address));
+    // A fill asks for the same site's file once per field: the last answer is kept, for as
+    // long as the profile and the data folder are the same.
+    const QString prefix = m_location.GetProfilePrefix(-1);
+    const QString folder = m_location.DataFolder();
+    if (address != m_lastPath.address || prefix != m_lastPath.prefix || folder != m_lastPath.folder)
+        m_lastPath = {address, prefix, folder, DataFilePath(m_location, URL2INIFile(address))};
+    return m_lastPath.path;
 }
 
 void SiteFiles::SetLastVisit(const QString& address)

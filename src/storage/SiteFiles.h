@@ -36,6 +36,14 @@ private:
     const DataLocation& m_location;
     ErrorReport& m_errors;
     const Clock& m_clock;
+    struct LastPath
+    {
+        QString address;
+        QString prefix;
+        QString folder;
+        QString path;
+    };
+    mutable LastPath m_lastPath;
 };
 
 // The leading number of a text rounded to a whole number, as the data files count; throws

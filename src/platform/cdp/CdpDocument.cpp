@@ -27,8 +27,8 @@ QJsonValue CdpDocument::run(const QString& call) const
     QString expression = QStringLiteral("window.__tolvane.") + call;
     if (!m_pendingWrites.isEmpty()) {
         // Writes still pending go first, so whatever is read sees them; a failed one fails the call.
-        expression = QStringLiteral("(window.__tolvane.apply(%1), %2)").arg(literal(m_pendingWrites), expression);
-        m_pendingWrites = {};
+        expression = QStringLiteral("(window.__tolvane.apply([%1]), %2)").arg(m_pendingWrites, expression);
+        m_pendingWrites.clear();
     }
     if (m_unloaded)
         return {};
@@ -69,7 +69,7 @@ void CdpDocument::dialogClosed()
 
 QList<ElementPtr> CdpDocument::addedFields()
 {
-    return listing(QJsonDocument::fromJson(run(QStringLiteral("added()")).toString().toUtf8()).array());
+    return listing(run(QStringLiteral("added()")).toArray());
 }
 
 void CdpDocument::beginBatch()
@@ -85,8 +85,16 @@ void CdpDocument::endBatch()
     m_batchTexts.clear();
     m_readAhead.clear();
     m_readAheadDone = false;
-    if (!m_pendingWrites.isEmpty())
-        run(QStringLiteral("doc('readyState')"));
+    // The writes of a fill want no answer: the listing has already refused what a field lacks,
+    // and a page busy loading its frames is not waited for. What is read next sees them.
+    if (!m_pendingWrites.isEmpty() && !m_unloaded) {
+        try {
+            m_shell.evaluateLater(m_session, m_context, QStringLiteral("window.__tolvane.apply([%1])").arg(m_pendingWrites));
+        } catch (const AppError&) {
+            // The browser has gone: the writes go with it, as with a document the page left.
+        }
+    }
+    m_pendingWrites.clear();
 }
 
 void CdpDocument::wrote(bool throughListing) const
@@ -101,7 +109,10 @@ void CdpDocument::readAhead() const
     if (openBatch() == 0 || m_readAheadDone)
         return;
     m_readAheadDone = true;
-    const QJsonObject snapshot = QJsonDocument::fromJson(run(QStringLiteral("snapshot()")).toString().toUtf8()).object();
+    // A fill run for the page's completion reads the fields the completion report brought along.
+    const QJsonObject snapshot = !m_event.lists.isEmpty()
+                                     ? QJsonObject{{QLatin1String("doc"), m_event.texts}, {QLatin1String("lists"), m_event.lists}}
+                                     : QJsonDocument::fromJson(run(QStringLiteral("snapshot()")).toString().toUtf8()).object();
     const QJsonObject texts = snapshot.value(QLatin1String("doc")).toObject();
     for (auto text = texts.begin(); text != texts.end(); ++text)
         m_batchTexts.insert(text.key(), text.value().toString());
@@ -112,7 +123,10 @@ void CdpDocument::readAhead() const
 
 void CdpDocument::queueWrite(qint64 id, const QString& property, const QJsonValue& value) const
 {
-    m_pendingWrites.append(QJsonArray{id, property, value});
+    // Kept as the script's text: a fill queues a write per field.
+    if (!m_pendingWrites.isEmpty())
+        m_pendingWrites += QLatin1Char(',');
+    m_pendingWrites += QStringLiteral("[%1,%2,%3]").arg(id).arg(literal(property), literal(value));
 }
 
 QString CdpDocument::text(const char* property) const
@@ -169,6 +183,10 @@ ElementPtr CdpDocument::activeElement() const
 {
     if (m_event.activeId)
         return element(QJsonValue(*m_event.activeId));
+    // Every focus move of the user's is reported: the last report's answer stands, and a page
+    // busy with its frames is not asked again when its holder is made.
+    if (m_lastActiveId)
+        return element(QJsonValue(*m_lastActiveId));
     return element(run(QStringLiteral("doc('activeElement')")));
 }
 
@@ -182,7 +200,7 @@ QList<ElementPtr> CdpDocument::tags(const QString& tagName) const
             m_readAhead.erase(ahead);
             return listing(records);
         }
-        return listing(QJsonDocument::fromJson(run(QStringLiteral("list(%1)").arg(literal(tagName))).toString().toUtf8()).array());
+        return listing(run(QStringLiteral("list(%1)").arg(literal(tagName))).toArray());
     }
     QList<ElementPtr> found;
     for (const QJsonValue& id : run(QStringLiteral("tags(%1)").arg(literal(tagName))).toArray())
@@ -228,8 +246,11 @@ void CdpDocument::raise(const QString& kind, const QJsonObject& report)
     const auto self = shared_from_this();
     const std::optional<qint64> outer = m_event.activeId;
     const QJsonValue active = report.value(QLatin1String("active"));
+    if (!active.isUndefined())
+        m_lastActiveId = active.toInteger();
     m_event = {active.isUndefined() ? std::nullopt : std::optional<qint64>(active.toInteger()),
-               report.value(QLatin1String("fields")).toObject(), report.value(QLatin1String("doc")).toObject()};
+               report.value(QLatin1String("fields")).toObject(), report.value(QLatin1String("doc")).toObject(),
+               report.value(QLatin1String("lists")).toObject()};
     for (const auto& sink : m_sinks.snapshot()) {
         try {
             if (kind == QLatin1String("focusin"))
@@ -251,7 +272,7 @@ void CdpDocument::raise(const QString& kind, const QJsonObject& report)
         }
     }
     // An event handled inside another's handler: the outer one reads the page itself from now on.
-    m_event = {outer, {}, {}};
+    m_event = {outer, {}, {}, {}};
 }
 
 std::optional<QJsonValue> CdpDocument::reported(qint64 id, const QString& property) const
@@ -298,6 +319,11 @@ void CdpElement::set(const char* property, const QJsonValue& value) const
 {
     const QString name = QString::fromLatin1(property);
     CdpListing* listed = listing();
+    // A scroll in a batch goes with the batch's writes: every element has it.
+    if (!listed && name == QLatin1String("scrollIntoView") && m_document->openBatch() != 0) {
+        m_document->queueWrite(m_id, name, value);
+        return;
+    }
     m_document->wrote(listed != nullptr);
     if (listed) {
         const QJsonObject& known = listed->field(m_index).properties;

@@ -82,11 +82,13 @@ private:
         std::optional<qint64> activeId;
         QJsonObject fields; // by element id
         QJsonObject texts;  // the document's
+        QJsonObject lists;  // its form fields by tag name, when the report brought them
     };
     mutable EventState m_event;
+    std::optional<qint64> m_lastActiveId; // as the page's last report gave it
     int m_batchDepth = 0;
     quint64 m_batch = 0;
-    mutable QJsonArray m_pendingWrites;
+    mutable QString m_pendingWrites; // JSON array elements [id, property, value]
     mutable QHash<QString, QString> m_batchTexts; // document properties read in the batch
     mutable QHash<QString, QJsonArray> m_readAhead; // listings by tag name, each used once
     mutable bool m_readAheadDone = false;

@@ -16,6 +16,14 @@ QString key(const QString& session, const QString& part)
     return session + QLatin1Char('\n') + part;
 }
 
+// Drops what a hash keeps for one session (keys are session + "\n" + ...).
+template <class Value> void eraseSession(QHash<QString, Value>& hash, const QString& session)
+{
+    const QString prefix = session + QLatin1Char('\n');
+    for (auto it = hash.begin(); it != hash.end();)
+        it = it.key().startsWith(prefix) ? hash.erase(it) : std::next(it);
+}
+
 AppError browserError(const QString& text)
 {
     return AppError(ErrorNumber::BrowserCall, text);
@@ -182,6 +190,11 @@ QJsonObject CdpShell::call(const QString& targetOrSession, const QString& method
     return cdp().call(method, params, session);
 }
 
+void CdpShell::evaluateLater(const QString& sessionId, int contextId, const QString& expression)
+{
+    cdp().send(QStringLiteral("Runtime.evaluate"), {{"expression", expression}, {"contextId", contextId}}, sessionId);
+}
+
 QJsonValue CdpShell::evaluate(const QString& sessionId, int contextId, const QString& expression)
 {
     const QJsonObject answer = cdp().call(
@@ -292,16 +305,22 @@ void CdpShell::onEvent(const CdpConnection::Event& event)
         onContextCreated(event);
     } else if (method == QLatin1String("Runtime.executionContextDestroyed")) {
         const int id = params.value("executionContextId").toInt();
+        m_contextFrames.remove(key(event.sessionId, QString::number(id)));
         for (auto it = m_contexts.begin(); it != m_contexts.end();)
             it = (it.key().startsWith(event.sessionId + QLatin1Char('\n')) && *it == id) ? m_contexts.erase(it) : std::next(it);
     } else if (method == QLatin1String("Runtime.executionContextsCleared")) {
-        for (auto it = m_contexts.begin(); it != m_contexts.end();)
-            it = it.key().startsWith(event.sessionId + QLatin1Char('\n')) ? m_contexts.erase(it) : std::next(it);
+        eraseSession(m_contexts, event.sessionId);
+        eraseSession(m_contextFrames, event.sessionId);
     } else if (method == QLatin1String("Page.lifecycleEvent")) {
         if (params.value("name").toString() == QLatin1String("load"))
             onLoaded(event.sessionId, params.value("frameId").toString());
     } else if (method == QLatin1String("Runtime.bindingCalled")) {
         onBinding(event);
+    } else if (method == QLatin1String("Page.frameNavigated")) {
+        const QJsonObject frame = params.value("frame").toObject();
+        m_frameUrls.insert(frame.value("id").toString(), frame.value("url").toString());
+    } else if (method == QLatin1String("Page.frameDetached")) {
+        m_frameUrls.remove(params.value("frameId").toString());
     } else if (method == QLatin1String("Page.javascriptDialogClosed")) {
         onDialogClosed(event.sessionId);
     } else if (method.startsWith(QLatin1String("Network.")) || method == QLatin1String("Page.frameStartedLoading")) {
@@ -348,13 +367,7 @@ void CdpShell::onContextCreated(const CdpConnection::Event& event)
         return;
     const QString frameId = context.value("auxData").toObject().value("frameId").toString();
     m_contexts.insert(key(event.sessionId, frameId), context.value("id").toInt());
-    // A page that was already loaded when Tolvane came has no load to report: report it now.
-    try {
-        const DocPtr document = documentFor(event.sessionId, frameId);
-        if (document && document->readyState() == QLatin1String("complete"))
-            onLoaded(event.sessionId, frameId);
-    } catch (const AppError&) {
-    }
+    m_contextFrames.insert(key(event.sessionId, QString::number(context.value("id").toInt())), frameId);
 }
 
 void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
@@ -362,14 +375,12 @@ void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
     const std::shared_ptr<CdpBrowser> page = pageOfSession(sessionId);
     if (!page)
         return;
-    // A frame's first, empty document is replaced at once: filling it would only fail.
-    try {
-        const DocPtr shown = documentFor(sessionId, frameId);
-        if (shown && shown->url() == QLatin1String("about:blank"))
-            return;
-    } catch (const AppError&) {
+    // A frame's first, empty document is replaced at once: filling it would only fail. The
+    // address comes from the navigation, so a busy page is not asked for it.
+    const auto navigated = m_frameUrls.constFind(frameId);
+    if (navigated != m_frameUrls.constEnd() ? *navigated == QLatin1String("about:blank")
+                                            : frameShowsBlank(sessionId, frameId))
         return;
-    }
     if (frameId == page->targetId()) {
         page->documentComplete(page, m_targets.value(frameId).url);
         return;
@@ -377,6 +388,16 @@ void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
     const DocPtr document = documentFor(sessionId, frameId);
     if (document)
         page->documentComplete(std::make_shared<CdpFrameBrowser>(page, document), QString());
+}
+
+bool CdpShell::frameShowsBlank(const QString& sessionId, const QString& frameId)
+{
+    try {
+        const DocPtr shown = documentFor(sessionId, frameId);
+        return !shown || shown->url() == QLatin1String("about:blank");
+    } catch (const AppError&) {
+        return true;
+    }
 }
 
 void CdpShell::onDialogClosed(const QString& sessionId)
@@ -431,6 +452,12 @@ void CdpShell::onBinding(const CdpConnection::Event& event)
         return;
     }
     const QString documentKey = key(event.sessionId, QString::number(event.params.value("executionContextId").toInt()));
+    if (kind == QLatin1String("attached")) {
+        // The script came into a document that had already loaded when Tolvane came: it has no
+        // load of its own to report.
+        onLoaded(event.sessionId, m_contextFrames.value(documentKey));
+        return;
+    }
     if (const auto document = m_documents.value(documentKey).lock())
         document->raise(kind, payload);
 }

@@ -35,6 +35,8 @@ public:
 
     // For the browser, document and element objects.
     QJsonValue evaluate(const QString& sessionId, int contextId, const QString& expression);
+    // Runs it without waiting for the answer; calls made after it still see what it did.
+    void evaluateLater(const QString& sessionId, int contextId, const QString& expression);
     QJsonObject call(const QString& sessionId, const QString& method, const QJsonObject& params = {});
     bool isOpen(const QString& targetId) const;
     QString targetUrl(const QString& targetId) const;
@@ -65,6 +67,8 @@ private:
     void onNetwork(const CdpConnection::Event& event);
     // A page's dialog closed: its documents may owe a fill.
     void onDialogClosed(const QString& sessionId);
+    // Asks the frame's document itself, for a frame whose navigation was not seen.
+    bool frameShowsBlank(const QString& sessionId, const QString& frameId);
     // Whether the page's tab is the one its window shows.
     bool isVisibleTab(const QString& targetId);
     // The page a session belongs to, through the parents of out-of-process frames.
@@ -81,6 +85,8 @@ private:
     QStringList m_pageOrder;                   // page target ids in the order they came
     QHash<QString, QString> m_sessionTargets;  // session id -> target id
     QHash<QString, int> m_contexts;            // session + "\n" + frame id -> context of our world
+    QHash<QString, QString> m_contextFrames;   // session + "\n" + context id -> its frame id
+    QHash<QString, QString> m_frameUrls;       // frame id -> address of its last navigation
     QHash<QString, std::weak_ptr<CdpDocument>> m_documents; // session + "\n" + context id
     struct Progress
     {

@@ -142,6 +142,12 @@ inline QString source()
       return { id, properties, options, group: groupOf(el, id) };
     });
   };
+  const fieldLists = () => {
+    const found = fieldsByName();
+    const lists = {};
+    for (const name of fieldNames) lists[name] = listOf(found[name]);
+    return lists;
+  };
   // The cookie is asked of the browser process each time: only focus handlers read it.
   const docTexts = ['title', 'url', 'urlUnencoded', 'readyState'];
   let lastActive = null;
@@ -200,22 +206,20 @@ inline QString source()
       throw new Error('Unknown document property ' + what);
     },
     tags(name) { return elementsNamed(name).map(idOf); },
-    list(name) { return JSON.stringify(listOf(elementsNamed(name))); },
+    list(name) { return listOf(elementsNamed(name)); },
     // What a fill reads first, in one answer: the document's texts and its form fields.
     snapshot() {
       const doc = {};
       for (const what of docTexts) doc[what] = this.doc(what);
-      const found = fieldsByName();
-      const lists = {};
-      for (const name of fieldNames) lists[name] = listOf(found[name]);
-      return JSON.stringify({ doc, lists });
+      // As text: the browser sends a string on much faster than it converts an object.
+      return JSON.stringify({ doc, lists: fieldLists() });
     },
     // The fields the page added since they were last given out, each with whether the user has
     // been in it.
     added() {
       const given = added.filter((el) => el.isConnected);
       added = [];
-      return JSON.stringify(listOf(given, (el, properties) => { properties.touched = vouched.has(el); }));
+      return listOf(given, (el, properties) => { properties.touched = vouched.has(el); });
     },
     apply(writes) {
       for (const [id, what, value] of writes) {
@@ -271,10 +275,15 @@ inline QString source()
   addEventListener('mousedown', (e) => { if (e.detail === 2) e.preventDefault(); }, true);
   addEventListener('dblclick', (e) => { e.preventDefault(); if (e.isTrusted) report('dblclick'); }, true);
   document.addEventListener('readystatechange', () => {
-    report('readystatechange');
+    // The fill that follows completion reads the fields from the report, not from a page that
+    // may be busy with its frames by then.
+    report('readystatechange', document.readyState === 'complete' ? { lists: fieldLists() } : undefined);
     if (document.readyState === 'complete') watch();
   }, true);
-  if (document.readyState === 'complete') watch();
+  if (document.readyState === 'complete') {
+    try { __tolvaneEvent(JSON.stringify({ seq: ++seq, kind: 'attached' })); } catch (e) {}
+    watch();
+  }
   const status = (text) => { try { __tolvaneEvent(JSON.stringify({ seq: ++seq, kind: 'status', text })); } catch (e) {} };
   addEventListener('mouseover', (e) => { const a = e.isTrusted && link(e.target); if (a) status(a.href); }, true);
   addEventListener('mouseout', (e) => { if (e.isTrusted && link(e.target)) status(''); }, true);

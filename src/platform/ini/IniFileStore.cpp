@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <algorithm>
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
@@ -57,6 +58,9 @@ Stamp stampOf(const QString& file)
 // Text as it comes back from the file: what the code page cannot hold is already replaced.
 QString asStored(const QString& text)
 {
+    // Plain ASCII, as most names are, comes back as it is.
+    if (std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() < 0x80; }))
+        return text;
     return Cp1252::decode(Cp1252::encode(text));
 }
 } // namespace

@@ -12,7 +12,20 @@
 #include "frmMain.h"
 
 #include <QJsonArray>
+#include <QStandardPaths>
 #include <QTemporaryDir>
+#include <cstdio>
+
+namespace bench {
+// Debian's Chromium, or empty (and said) when it is not installed.
+inline QString chromium()
+{
+    const QString found = QStandardPaths::findExecutable(QStringLiteral("chromium"));
+    if (found.isEmpty())
+        std::printf("chromium is not installed\n");
+    return found;
+}
+} // namespace bench
 
 class BenchBar
 {

@@ -5,7 +5,6 @@
 #include "BenchBar.h"
 #include "HttpServer.h"
 
-#include <QStandardPaths>
 #include <chrono>
 #include <cstdio>
 #include <sys/stat.h>
@@ -107,11 +106,9 @@ private:
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    const QString chromium = QStandardPaths::findExecutable(QStringLiteral("chromium"));
-    if (chromium.isEmpty()) {
-        std::printf("chromium is not installed\n");
+    const QString chromium = bench::chromium();
+    if (chromium.isEmpty())
         return 1;
-    }
     HttpServer server({{"/form100.html", bench::page("form100.html")}});
     Bench bench(chromium, server.url("/form100.html"));
     bench::rememberHundredFields(bench.form().valueStore(), server.url("/form100.html"));

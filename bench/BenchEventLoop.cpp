@@ -5,7 +5,6 @@
 #include "BenchBar.h"
 #include "HttpServer.h"
 
-#include <QStandardPaths>
 #include <QTimer>
 #include <cstdio>
 
@@ -104,11 +103,9 @@ void remember(frmMain& form, const QString& site)
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    const QString chromium = QStandardPaths::findExecutable(QStringLiteral("chromium"));
-    if (chromium.isEmpty()) {
-        std::printf("chromium is not installed\n");
+    const QString chromium = bench::chromium();
+    if (chromium.isEmpty())
         return 1;
-    }
     HttpServer server({{"/big.html", tenFrames()}, {"/frame.html", frameOf200()},
                        {"/dialog.html", DialogPage}, {"/grow.html", GrowingPage}});
     BenchBar bar(chromium);

@@ -224,12 +224,11 @@ namespace {
 // rules, and never where the user has already been.
 TEST_F(TestFormFill, FieldsAddedAfterTheFillAreFilledOnceUnlessTheUserWasThere)
 {
-    auto& values = f.form.valueStore();
-    values.SetValue(Second, QStringLiteral("fname"), QStringLiteral("Ann"));
-    values.SetValue(First, QStringLiteral("email"), QStringLiteral("ann@example.org"));
-    values.SetValue(First, QStringLiteral("optin_yes"), QStringLiteral("True"));
-    values.SetValue(First, QStringLiteral("state"), QStringLiteral("NY"));
-    values.SetValue(First, QStringLiteral("note"), QStringLiteral("hello"));
+    const std::tuple<QString, const char*, const char*> remembered[] = {
+        {Second, "fname", "Ann"}, {First, "email", "ann@example.org"}, {First, "optin_yes", "True"},
+        {First, "state", "NY"},   {First, "note", "hello"}};
+    for (const auto& [site, key, value] : remembered)
+        f.form.valueStore().SetValue(site, QLatin1String(key), QLatin1String(value));
     auto page = formPage(First);
     load(page);
     const QString fillBefore = f.form.formFill().LastFillURL();

@@ -50,6 +50,7 @@ public:
     CdpShell& shell() { return m_shell; }
     FakeClock& clock() { return m_clock; }
     bool errorShown() const { return !m_boxes.shown.empty(); }
+    QString firstError() const { return m_boxes.shown.empty() ? QString() : m_boxes.shown.front().text; }
 
     // Opens the page in a new window; waits until it is complete and then for the bar's fill.
     std::shared_ptr<CdpBrowser> open(const QString& url)

@@ -14,6 +14,7 @@
 #include <QThread>
 #include <QTimer>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace {
 QString chromium()
@@ -130,5 +131,38 @@ TEST(CdpConnectionTimeout, ACallWithoutAnswerFailsAfterItsTimeOut)
     }
     EXPECT_GE(timer.elapsed(), 250);
     EXPECT_LT(timer.elapsed(), 3000);
+}
+
+// A page that shows a dialog runs no script: calls into it fail at once, those already waiting
+// too, while what the browser answers itself still goes to it.
+TEST(CdpConnectionBlocking, CallsIntoABlockedPageFailAtOnceUntilItIsLetGo)
+{
+    CdpConnection cdp([] { return new SilentTransport; }, 20000);
+    const QString reason = QStringLiteral("The page is showing a dialog.");
+    std::thread dialog([&] {
+        QThread::msleep(100);
+        cdp.blockSessions({QStringLiteral("page"), QStringLiteral("frame")}, reason);
+    });
+    QElapsedTimer timer;
+    timer.start();
+    const auto failure = [&](const QString& method, const QString& session) {
+        try {
+            cdp.call(method, {}, session);
+        } catch (const AppError& error) {
+            return error.description();
+        }
+        return QStringLiteral("answered");
+    };
+    EXPECT_EQ(failure(QStringLiteral("Runtime.evaluate"), QStringLiteral("page")), reason);
+    dialog.join();
+    EXPECT_LT(timer.elapsed(), 10000) << "the waiting call was not cut short";
+    EXPECT_EQ(failure(QStringLiteral("DOM.describeNode"), QStringLiteral("frame")), reason);
+
+    cdp.setTimeout(200);
+    const QString unanswered = QStringLiteral("did not answer");
+    EXPECT_TRUE(failure(QStringLiteral("Page.bringToFront"), QStringLiteral("page")).contains(unanswered));
+    EXPECT_TRUE(failure(QStringLiteral("Runtime.evaluate"), QStringLiteral("other")).contains(unanswered));
+    cdp.unblockSessions({QStringLiteral("page"), QStringLiteral("frame")});
+    EXPECT_TRUE(failure(QStringLiteral("Runtime.evaluate"), QStringLiteral("page")).contains(unanswered));
 }
 } // namespace

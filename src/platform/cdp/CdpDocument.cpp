@@ -247,7 +247,7 @@ void CdpDocument::raise(const QString& kind, const QJsonObject& report)
     const std::optional<qint64> outer = m_event.activeId;
     const QJsonValue active = report.value(QLatin1String("active"));
     if (!active.isUndefined())
-        m_lastActiveId = active.toInteger();
+        noteActive(active.toInteger());
     m_event = {active.isUndefined() ? std::nullopt : std::optional<qint64>(active.toInteger()),
                report.value(QLatin1String("fields")).toObject(), report.value(QLatin1String("doc")).toObject(),
                report.value(QLatin1String("lists")).toObject()};

@@ -57,6 +57,9 @@ public:
     // listing also what the batch read ahead.
     void wrote(bool throughListing) const;
 
+    // The active element as the page last reported it.
+    void noteActive(qint64 id) { m_lastActiveId = id; }
+
     // Whether the browser has let the document go: its calls then answer nothing.
     bool unloaded() const { return m_unloaded; }
 

@@ -239,6 +239,9 @@ DocPtr CdpShell::documentFor(const QString& sessionId, const QString& frameId)
     if (auto known = m_documents.value(documentKey).lock())
         return known;
     auto document = std::make_shared<CdpDocument>(*this, session, frameId, *context);
+    // What the page reported before anyone followed it still says where its focus is.
+    if (const auto active = m_reportedActive.constFind(documentKey); active != m_reportedActive.constEnd())
+        document->noteActive(*active);
     m_documents.insert(documentKey, document);
     return document;
 }
@@ -306,11 +309,13 @@ void CdpShell::onEvent(const CdpConnection::Event& event)
     } else if (method == QLatin1String("Runtime.executionContextDestroyed")) {
         const int id = params.value("executionContextId").toInt();
         m_contextFrames.remove(key(event.sessionId, QString::number(id)));
+        m_reportedActive.remove(key(event.sessionId, QString::number(id)));
         for (auto it = m_contexts.begin(); it != m_contexts.end();)
             it = (it.key().startsWith(event.sessionId + QLatin1Char('\n')) && *it == id) ? m_contexts.erase(it) : std::next(it);
     } else if (method == QLatin1String("Runtime.executionContextsCleared")) {
         eraseSession(m_contexts, event.sessionId);
         eraseSession(m_contextFrames, event.sessionId);
+        eraseSession(m_reportedActive, event.sessionId);
     } else if (method == QLatin1String("Page.lifecycleEvent")) {
         if (params.value("name").toString() == QLatin1String("load"))
             onLoaded(event.sessionId, params.value("frameId").toString());
@@ -460,4 +465,6 @@ void CdpShell::onBinding(const CdpConnection::Event& event)
     }
     if (const auto document = m_documents.value(documentKey).lock())
         document->raise(kind, payload);
+    else if (payload.contains(QLatin1String("active")))
+        m_reportedActive.insert(documentKey, payload.value(QLatin1String("active")).toInteger());
 }

@@ -87,6 +87,8 @@ private:
     QHash<QString, int> m_contexts;            // session + "\n" + frame id -> context of our world
     QHash<QString, QString> m_contextFrames;   // session + "\n" + context id -> its frame id
     QHash<QString, QString> m_frameUrls;       // frame id -> address of its last navigation
+    QHash<QString, qint64> m_reportedActive;   // session + "\n" + context id -> active element
+                                               // its page reported while no document object was made
     QHash<QString, std::weak_ptr<CdpDocument>> m_documents; // session + "\n" + context id
     struct Progress
     {

@@ -41,3 +41,8 @@ bool ReadBoolean(const QString& text)
         throw AppError(ErrorNumber::TypeMismatch, QStringLiteral("Type mismatch"));
     return number != 0;
 }
+
+ValueReach ReachOf(const QString& name)
+{
+    return name.isEmpty() ? ValueReach::SiteOnly : ValueReach::AnySite;
+}

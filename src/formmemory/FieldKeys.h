@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ValueStore.h"
+
 #include <QString>
 
 class HtmlElement;
@@ -17,3 +19,6 @@ QString BooleanText(bool value);
 // A stored choice read back: "True"/"False" in any case, or a number (0 is false). Anything
 // else throws a type mismatch.
 bool ReadBoolean(const QString& text);
+// A field without a name gives keys ("_", "", " SelectedIndex") that say nothing about which
+// field it is on another site: its entries are kept for its own site only.
+ValueReach ReachOf(const QString& name);

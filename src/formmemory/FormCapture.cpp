@@ -16,7 +16,8 @@ void FormCapture::IEHolder_DocChanged(int /*Index*/, const DocPtr& document, con
         else if (tag == QLatin1String("select"))
             captureList(*document, *element);
         else if (tag == QLatin1String("textarea"))
-            m_services.values.SetValue(document->URLUnencoded(), element->name(), element->innerText());
+            m_services.values.SetValue(document->URLUnencoded(), element->name(), element->innerText(),
+                                       ReachOf(element->name()));
     } catch (const AppError& error) {
         m_services.errors.ReportError(error, QStringLiteral("IEHolder_DocChanged"));
     }
@@ -26,9 +27,10 @@ void FormCapture::captureInput(const HtmlDocument& document, HtmlElement& input)
 {
     QString key;
     QString value;
+    const QString name = input.name();
     switch (KindOfInput(input.type())) {
     case FieldKind::TextField:
-        key = input.name();
+        key = name;
         value = input.value();
         break;
     case FieldKind::Choice:
@@ -41,15 +43,16 @@ void FormCapture::captureInput(const HtmlDocument& document, HtmlElement& input)
     if (key.isEmpty())
         return;
     m_services.host.ShowStatus(key + QStringLiteral(" = ") + value);
-    m_services.values.SetValue(document.URLUnencoded(), key, value);
+    m_services.values.SetValue(document.URLUnencoded(), key, value, ReachOf(name));
 }
 
 void FormCapture::captureList(const HtmlDocument& document, HtmlElement& list)
 {
-    m_services.host.ShowStatus(list.name() + QStringLiteral(" = ") + list.value());
-    m_services.values.SetValue(document.URLUnencoded(), list.name(), list.value());
+    const QString name = list.name();
+    m_services.host.ShowStatus(name + QStringLiteral(" = ") + list.value());
+    m_services.values.SetValue(document.URLUnencoded(), name, list.value(), ReachOf(name));
     const int index = list.selectedIndex();
     if (index >= 1)
-        m_services.values.SetValue(document.URLUnencoded(), SelectedIndexKey(list.name()),
-                                   QString::number(index));
+        m_services.values.SetValue(document.URLUnencoded(), SelectedIndexKey(name),
+                                   QString::number(index), ReachOf(name));
 }

@@ -99,8 +99,9 @@ void FormFill::fillInputs(const HtmlDocument& document, const QList<ElementPtr>&
             break;
         }
         case FieldKind::Choice: {
-            const QString remembered = m_services.values.GetValue(
-                document.URLUnencoded(), ChoiceKey(*input), BooleanText(input->checked()));
+            const QString remembered =
+                m_services.values.GetValue(document.URLUnencoded(), ChoiceKey(*input),
+                                           BooleanText(input->checked()), ReachOf(input->name()));
             input->setChecked(ReadBoolean(remembered));
             break;
         }
@@ -115,9 +116,10 @@ void FormFill::fillInputs(const HtmlDocument& document, const QList<ElementPtr>&
 void FormFill::fillTextAreas(const HtmlDocument& document, const QList<ElementPtr>& areas)
 {
     for (const ElementPtr& area : areas) {
-        m_services.host.ShowStatus(QStringLiteral("retrieving ") + area->name());
-        area->setInnerText(
-            m_services.values.GetValue(document.URLUnencoded(), area->name(), area->innerText()));
+        const QString name = area->name();
+        m_services.host.ShowStatus(QStringLiteral("retrieving ") + name);
+        area->setInnerText(m_services.values.GetValue(document.URLUnencoded(), name,
+                                                      area->innerText(), ReachOf(name)));
         m_services.pump.DoEvents();
     }
 }
@@ -125,12 +127,14 @@ void FormFill::fillTextAreas(const HtmlDocument& document, const QList<ElementPt
 void FormFill::fillLists(const HtmlDocument& document, const QList<ElementPtr>& lists)
 {
     for (const ElementPtr& list : lists) {
-        m_services.host.ShowStatus(QStringLiteral("retrieving ") + list->name());
-        list->setValue(m_services.values.GetValue(document.URLUnencoded(), list->name(), list->value()));
+        const QString name = list->name();
+        m_services.host.ShowStatus(QStringLiteral("retrieving ") + name);
+        list->setValue(m_services.values.GetValue(document.URLUnencoded(), name, list->value(),
+                                                  ReachOf(name)));
         if (list->value().isEmpty()) {
             const QString index = m_services.values.GetValue(
-                document.URLUnencoded(), SelectedIndexKey(list->name()),
-                QString::number(list->selectedIndex()));
+                document.URLUnencoded(), SelectedIndexKey(name),
+                QString::number(list->selectedIndex()), ReachOf(name));
             list->setSelectedIndex(WholeNumber(index));
         }
         m_services.pump.DoEvents();

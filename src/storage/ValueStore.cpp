@@ -35,11 +35,12 @@ QString ValueStore::anyFile() const
     return DataFilePath(m_location, m_location.GetProfilePrefix(-1) + QStringLiteral("Any.ini"));
 }
 
-QString ValueStore::GetValue(const QString& site, const QString& key, const QString& defaultValue)
+QString ValueStore::GetValue(const QString& site, const QString& key, const QString& defaultValue,
+                             ValueReach reach)
 {
     try {
         QString value = m_ini.ReadINI(site, key, QString(), m_sites.SiteFilePath(site));
-        if (value.isEmpty())
+        if (value.isEmpty() && reach == ValueReach::AnySite)
             value = m_ini.ReadINI(AnySection, key, QString(), anyFile());
         if (value.isEmpty())
             value = defaultValue;
@@ -50,12 +51,13 @@ QString ValueStore::GetValue(const QString& site, const QString& key, const QStr
     }
 }
 
-void ValueStore::SetValue(const QString& site, const QString& key, const QString& value)
+void ValueStore::SetValue(const QString& site, const QString& key, const QString& value,
+                          ValueReach reach)
 {
     try {
         const QString escaped = EscapeLineBreaks(value);
         m_ini.WriteINI(site, key, escaped, m_sites.SiteFilePath(site));
-        if (!TrimSpaces(escaped).isEmpty())
+        if (reach == ValueReach::AnySite && !TrimSpaces(escaped).isEmpty())
             m_ini.WriteINI(AnySection, key, escaped, anyFile());
     } catch (const AppError& error) {
         m_errors.ReportError(error, QStringLiteral("SetValue"));

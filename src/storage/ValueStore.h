@@ -9,6 +9,9 @@ class SiteFiles;
 
 // The remembered form values: each one for its site and, when not blank, for any site in the
 // profile's Any.ini. Line breaks are kept as "<VBCR>" and "<VBLF>".
+// Where a remembered value counts: on every site (through Any.ini), or on its own site only.
+enum class ValueReach { AnySite, SiteOnly };
+
 class ValueStore
 {
 public:
@@ -16,8 +19,10 @@ public:
                const SiteFiles& sites);
 
     // The site's value, else the profile's value for any site, else the default; unescaped.
-    QString GetValue(const QString& site, const QString& key, const QString& defaultValue);
-    void SetValue(const QString& site, const QString& key, const QString& value);
+    QString GetValue(const QString& site, const QString& key, const QString& defaultValue,
+                     ValueReach reach = ValueReach::AnySite);
+    void SetValue(const QString& site, const QString& key, const QString& value,
+                  ValueReach reach = ValueReach::AnySite);
     // The profile's file of values for any site.
     QString anyFile() const;
 

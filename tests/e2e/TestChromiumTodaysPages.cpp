@@ -56,8 +56,8 @@ const QByteArray AlertOnLoad = R"(<html><head><title>Welcome</title></head><body
   if (document.readyState === 'complete') alert('Welcome to the contest!'); });</script></body></html>)";
 const QByteArray AlertWhileTyping = R"(<html><head><title>Check</title></head><body>
 <input name=fname><input name=email><script>let warned = false;
-document.querySelector('[name=email]').addEventListener('input', () => {
-  if (!warned) { warned = true; setTimeout(() => alert('Use your real e-mail'), 0); } });</script></body></html>)";
+document.querySelector('[name=email]').addEventListener('input', (e) => {
+  if (e.isTrusted && !warned) { warned = true; setTimeout(() => alert('Use your real e-mail'), 0); } });</script></body></html>)";
 
 // Hydration: the page's inputs are replaced, over and over, just as the fill runs.
 const QByteArray Hydrating = R"(<html><head><title>Hydrating</title></head><body><form id=f>

@@ -28,6 +28,9 @@ void CdpListing::wrote(int index, const QString& property, const QJsonValue& val
     } else if (isList && (property == QLatin1String("value") || property == QLatin1String("selectedIndex"))) {
         qsizetype selected = property == QLatin1String("value") ? field.options.indexOf(value.toString())
                                                                 : static_cast<qsizetype>(value.toInteger(-1));
+        // A value no option has leaves the selection as it was, as the page's script does.
+        if (property == QLatin1String("value") && selected < 0)
+            return;
         if (selected < 0 || selected >= field.options.size())
             selected = -1;
         field.properties.insert(QLatin1String("selectedIndex"), static_cast<int>(selected));

@@ -222,26 +222,57 @@ inline QString source()
       return listOf(given, (el, properties) => { properties.touched = vouched.has(el); });
     },
     apply(writes) {
+      const written = new Map();
       for (const [id, what, value] of writes) {
-        if (this.set(id, what, value) === null) throw new Error("Object doesn't support this property or method");
+        if (write(id, what, value, written) === null) throw new Error("Object doesn't support this property or method");
       }
+      announce(written);
       return true;
     },
     frame(index) { return frames()[index] || null; },
     get(id, what) { return read(element(id), what); },
     set(id, what, value) {
-      // A field the page removed or replaced meanwhile takes the write and keeps nothing, as a
-      // document the page left does; the others are still written.
-      const el = alive(id);
-      if (!el) return true;
-      if (what === 'scrollIntoView') { el.scrollIntoView(); return true; }
-      // What Tolvane writes stands as the field's state until the user changes it.
-      vouched.delete(el);
-      if (what === 'innerText') { if (isText(el)) el.value = value; else el.innerText = value; return true; }
-      if (!(what in el)) return null;
-      el[what] = value;
-      return true;
+      const written = new Map();
+      const done = write(id, what, value, written);
+      announce(written);
+      return done;
     },
+  };
+  // One write of a fill. The fields written are noted in `written`: whether a click has already
+  // told the page (a check box or radio button changed as a user's click changes it).
+  const write = (id, what, value, written) => {
+    // A field the page removed or replaced meanwhile takes the write and keeps nothing, as a
+    // document the page left does; the others are still written.
+    const el = alive(id);
+    if (!el) return true;
+    if (what === 'scrollIntoView') { el.scrollIntoView(); return true; }
+    // What Tolvane writes stands as the field's state until the user changes it.
+    vouched.delete(el);
+    if (what === 'innerText' && !isText(el)) { el.innerText = value; return true; }
+    if (what === 'innerText') what = 'value';
+    if (!(what in el)) return null;
+    if (what === 'checked' && (el.type === 'checkbox' || el.type === 'radio') && el.checked !== !!value && (value || el.type === 'checkbox')) {
+      el.click();
+      // A page that refuses the click (preventDefault) has its way, as with the user's click.
+      written.set(el, true);
+      return true;
+    }
+    // A list given a value none of its options has keeps its selection, as the classic browser
+    // did (today's empties it).
+    if (what === 'value' && el.tagName === 'SELECT' && !Array.from(el.options).some((o) => o.value === value)) return true;
+    el[what] = value;
+    if (!written.has(el)) written.set(el, false);
+    return true;
+  };
+  // The page hears of each written field what a user's edit raises, input then change, once:
+  // frameworks keep forms in their own state and would otherwise submit what they had. The
+  // events are the page's own (untrusted), which Tolvane never takes for the user's.
+  const announce = (written) => {
+    for (const [el, clicked] of written) {
+      if (clicked || !el.isConnected) continue;
+      el.dispatchEvent(new Event('input', { bubbles: true, composed: true }));
+      el.dispatchEvent(new Event('change', { bubbles: true }));
+    }
   };
   const link = (target) => target && target.closest ? target.closest('a[href], area[href]') : null;
   // Events inside a shadow root reach the window as its host's, and change not at all: the

@@ -122,7 +122,7 @@ void ModelElement::setValue(const QString& value)
 {
     requireKind(isFormField());
     if (m_tag == QLatin1String("SELECT")) {
-        m_selected = -1;
+        // A value no option has leaves the selection as it was, as the classic browser did.
         for (int i = 0; i < m_options.size(); ++i) {
             if (m_options.at(i).effectiveValue() == value) {
                 m_selected = i;

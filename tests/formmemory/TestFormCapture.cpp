@@ -104,3 +104,50 @@ TEST_F(TestFormCapture, AFieldThatNoLongerAnswersIsReported)
         QStringLiteral("An error occured in procedure IEHolder_DocChanged.\r\n\r\n")));
 }
 } // namespace
+
+namespace {
+// A field without a name says nothing about which field it is on another site: what the user
+// gives it is kept for its own site, never in Any.ini, and Any.ini never fills it.
+TEST_F(TestFormCapture, FieldsWithoutANameAreRememberedForTheirSiteOnly)
+{
+    const QString other = QStringLiteral("http://sweeps.example/form");
+    const auto namelessPage = [](const QString& url) {
+        auto page = formPage(url, {"fname"});
+        page->add(ModelElement::input(QStringLiteral("checkbox"), QString(), QString()));
+        page->add(ModelElement::input(QStringLiteral("radio"), QString(), QStringLiteral("n1")));
+        page->add(ModelElement::select(QString(), {{"", "Choose"}, {"a", ""}, {"b", ""}}));
+        return page;
+    };
+    const auto nameless = [](const std::shared_ptr<ModelDocument>& page, int index) {
+        return std::static_pointer_cast<ModelElement>(
+            (page->tags("input") + page->tags("select") + page->tags("textarea")).at(index));
+    };
+    // An Any.ini from an older release may already hold such keys: they are not used either.
+    f.ini.writeEntry(f.dataFile("zAny.ini"), "Any", "_", "True");
+    auto page = namelessPage(Url);
+    load(page);
+    page->check(nameless(page, 1), true);
+    page->check(nameless(page, 2), true);
+    page->choose(nameless(page, 3), 2);
+    page->focus(nameless(page, 0));
+
+    const std::pair<const char*, const char*> kept[] = {
+        {"_", "True"}, {"_n1", "True"}, {"", "b"}, {" SelectedIndex", "2"}};
+    for (const auto& [key, value] : kept)
+        EXPECT_EQ(stored(SiteFile, Url, QString::fromUtf8(key)), QString::fromUtf8(value)) << key;
+    for (const char* key : {"_n1", " SelectedIndex"})
+        EXPECT_EQ(stored("zAny.ini", "Any", QString::fromUtf8(key)), QStringLiteral("<missing>")) << key;
+    EXPECT_EQ(stored("zAny.ini", "Any", QString()), QStringLiteral("<missing>"));
+
+    // Another site's nameless fields stay as the page has them; the same site's come back.
+    auto elsewhere = namelessPage(other);
+    load(elsewhere);
+    EXPECT_FALSE(nameless(elsewhere, 1)->checked());
+    EXPECT_FALSE(nameless(elsewhere, 2)->checked());
+    EXPECT_EQ(nameless(elsewhere, 3)->selectedIndex(), 0);
+    auto again = namelessPage(Url);
+    load(again);
+    EXPECT_TRUE(nameless(again, 1)->checked());
+    EXPECT_EQ(nameless(again, 3)->value(), QStringLiteral("b"));
+}
+} // namespace

@@ -278,3 +278,35 @@ TEST_F(TestFormFill, FieldsAddedAfterTheFillAreFilledOnceUnlessTheUserWasThere)
     EXPECT_EQ(paused->value(), QString());
 }
 } // namespace
+
+namespace {
+// A remembered value that no option has leaves the list as it was; where that reads empty, the
+// remembered index picks the option.
+TEST_F(TestFormFill, AListValueNoOptionHasKeepsTheSelectionAndTheIndexDecides)
+{
+    struct Case
+    {
+        const char* name;
+        int selectedBefore;
+        const char* index; // remembered " SelectedIndex", or nullptr
+        int selectedAfter;
+    } cases[] = {
+        // First: once an index is remembered, Any.ini offers it on every site.
+        {"the empty choice without an index stays", 0, nullptr, 0},
+        {"a chosen option stays", 1, "3", 1},
+        {"the empty choice falls back to the index", 0, "3", 3},
+    };
+    for (const Case& c : cases) {
+        const QString site = First + QStringLiteral("?") + QLatin1String(c.name);
+        f.form.valueStore().SetValue(site, "state", QStringLiteral("Texas"));
+        if (c.index)
+            f.form.valueStore().SetValue(site, "state SelectedIndex", QLatin1String(c.index));
+        auto page = formPage(site);
+        auto state = page->add(ModelElement::select(
+            "state", {{"", "Choose"}, {"CA", ""}, {"NY", ""}, {"TX", ""}}, c.selectedBefore));
+        load(page);
+        EXPECT_EQ(state->selectedIndex(), c.selectedAfter) << c.name;
+    }
+    EXPECT_TRUE(f.boxes.shown.empty());
+}
+} // namespace

@@ -221,58 +221,63 @@ inline QString source()
       added = [];
       return listOf(given, (el, properties) => { properties.touched = vouched.has(el); });
     },
+    // Fields are written one after the other, each announced to the page before the next is
+    // written (as a user goes from field to field): a framework that re-renders the form on one
+    // field's event would otherwise put back what the others held before.
     apply(writes) {
-      const written = new Map();
+      let field = null;
+      let told = true;
       for (const [id, what, value] of writes) {
-        if (write(id, what, value, written) === null) throw new Error("Object doesn't support this property or method");
+        const el = alive(id);
+        if (el !== field) { if (!told) announce(field); field = el; told = true; }
+        const done = write(el, what, value);
+        if (done === null) throw new Error("Object doesn't support this property or method");
+        if (done === Wrote) told = false;
       }
-      announce(written);
+      if (!told) announce(field);
       return true;
     },
     frame(index) { return frames()[index] || null; },
     get(id, what) { return read(element(id), what); },
     set(id, what, value) {
-      const written = new Map();
-      const done = write(id, what, value, written);
-      announce(written);
-      return done;
+      try { return this.apply([[id, what, value]]); } catch (e) { return null; }
     },
   };
-  // One write of a fill. The fields written are noted in `written`: whether a click has already
-  // told the page (a check box or radio button changed as a user's click changes it).
-  const write = (id, what, value, written) => {
+  // One write of a fill: Wrote when the page is still to hear of it, Told when a click already
+  // told it (a check box or radio button changed as a user's click changes it), Quiet when there
+  // is nothing to tell, null when the field has no such property.
+  const Wrote = 1;
+  const Told = 2;
+  const Quiet = 3;
+  const write = (el, what, value) => {
     // A field the page removed or replaced meanwhile takes the write and keeps nothing, as a
     // document the page left does; the others are still written.
-    const el = alive(id);
-    if (!el) return true;
-    if (what === 'scrollIntoView') { el.scrollIntoView(); return true; }
+    if (!el) return Quiet;
+    if (what === 'scrollIntoView') { el.scrollIntoView(); return Quiet; }
     // What Tolvane writes stands as the field's state until the user changes it.
     vouched.delete(el);
-    if (what === 'innerText' && !isText(el)) { el.innerText = value; return true; }
+    if (what === 'innerText' && !isText(el)) { el.innerText = value; return Quiet; }
     if (what === 'innerText') what = 'value';
     if (!(what in el)) return null;
-    if (what === 'checked' && (el.type === 'checkbox' || el.type === 'radio') && el.checked !== !!value && (value || el.type === 'checkbox')) {
-      el.click();
+    const choice = el.type === 'checkbox' || el.type === 'radio';
+    if (what === 'checked' && choice && el.checked !== !!value && (value || el.type === 'checkbox')) {
       // A page that refuses the click (preventDefault) has its way, as with the user's click.
-      written.set(el, true);
-      return true;
+      el.click();
+      return Told;
     }
     // A list given a value none of its options has keeps its selection, as the classic browser
     // did (today's empties it).
-    if (what === 'value' && el.tagName === 'SELECT' && !Array.from(el.options).some((o) => o.value === value)) return true;
+    if (what === 'value' && el.tagName === 'SELECT' && !Array.from(el.options).some((o) => o.value === value)) return Wrote;
     el[what] = value;
-    if (!written.has(el)) written.set(el, false);
-    return true;
+    return Wrote;
   };
-  // The page hears of each written field what a user's edit raises, input then change, once:
+  // The page hears of a written field what a user's edit raises, input then change:
   // frameworks keep forms in their own state and would otherwise submit what they had. The
   // events are the page's own (untrusted), which Tolvane never takes for the user's.
-  const announce = (written) => {
-    for (const [el, clicked] of written) {
-      if (clicked || !el.isConnected) continue;
-      el.dispatchEvent(new Event('input', { bubbles: true, composed: true }));
-      el.dispatchEvent(new Event('change', { bubbles: true }));
-    }
+  const announce = (el) => {
+    if (!el.isConnected) return;
+    el.dispatchEvent(new Event('input', { bubbles: true, composed: true }));
+    el.dispatchEvent(new Event('change', { bubbles: true }));
   };
   const link = (target) => target && target.closest ? target.closest('a[href], area[href]') : null;
   // Events inside a shadow root reach the window as its host's, and change not at all: the

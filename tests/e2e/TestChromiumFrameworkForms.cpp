@@ -1,0 +1,127 @@
+// Contest forms built with React 18 (controlled inputs) and Vue 3 (v-model), from npm: what the
+// bar fills is what the page submits, the page's own listeners hear each filled field once, and
+// the data files hold only what the user typed.
+#include "ChromiumBarFixture.h"
+
+#include <QFile>
+
+namespace {
+QByteArray framework(const char* path)
+{
+    QFile file(QStringLiteral(TOLVANE_E2E_FRAMEWORKS "/") + QLatin1String(path));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("%s is missing: scripts/test installs it with npm ci", qPrintable(file.fileName()));
+    return file.readAll();
+}
+
+// Both pages count the input and change events that reach the document, by field name.
+const QByteArray Counting = R"(<script>window.counts = {};
+for (const kind of ['input', 'change']) document.addEventListener(kind, (e) => {
+  const key = e.target.name + ' ' + kind; counts[key] = (counts[key] || 0) + 1; });</script>)";
+
+const QByteArray ReactPage = R"(<html><head><title>React contest</title>
+<script src="/react.js"></script><script src="/react-dom.js"></script></head><body><div id=root></div>
+<script>
+const h = React.createElement;
+function Entry() {
+  const [s, set] = React.useState({fname: '', email: '', state: '', optin: false, size: '', why: '', code: ''});
+  const bind = (k) => ({name: k, value: s[k], onChange: (e) => set((o) => ({...o, [k]: e.target.value}))});
+  return h('form', {onSubmit: (e) => { e.preventDefault(); window.submitted = s; }},
+    h('input', bind('fname')), h('input', {type: 'email', ...bind('email')}),
+    h('select', bind('state'), h('option', {value: ''}, 'Choose'), h('option', {value: 'CA'}, 'CA'),
+      h('option', {value: 'NY'}, 'NY')),
+    h('input', {type: 'checkbox', name: 'optin', value: 'yes', checked: s.optin,
+      onChange: (e) => set((o) => ({...o, optin: e.target.checked}))}),
+    ['S', 'M'].map((v) => h('input', {key: v, type: 'radio', name: 'size', value: v, checked: s.size === v,
+      onChange: () => set((o) => ({...o, size: v}))})),
+    h('textarea', bind('why')), h('input', bind('code')),
+    h('button', {id: 'send', type: 'submit'}, 'Enter'));
+}
+ReactDOM.createRoot(document.getElementById('root')).render(h(Entry));
+</script>)" + Counting + "</body></html>";
+
+const QByteArray VuePage = R"(<html><head><title>Vue contest</title><script src="/vue.js"></script></head>
+<body><div id=app><form @submit.prevent="send">
+<input name=fname v-model="fname"><input type=email name=email v-model="email">
+<select name=state v-model="state"><option value="">Choose</option><option value=CA>CA</option>
+<option value=NY>NY</option></select><input type=checkbox name=optin value=yes v-model="optin">
+<input type=radio name=size value=S v-model="size"><input type=radio name=size value=M v-model="size">
+<textarea name=why v-model="why"></textarea><input name=ticket v-model="ticket">
+<button id=send>Enter</button></form></div>
+<script>Vue.createApp({
+  data: () => ({fname: '', email: '', state: '', optin: false, size: '', why: '', ticket: ''}),
+  methods: { send() { window.submitted = JSON.parse(JSON.stringify(this.$data)); } },
+}).mount('#app');</script>)" + Counting + "</body></html>";
+
+class TestChromiumFrameworkForms : public ChromiumBarFixture
+{
+protected:
+    QMap<QString, QByteArray> pages() const override
+    {
+        return {{"/react.html", ReactPage},
+                {"/vue.html", VuePage},
+                {"/react.js", framework("react/umd/react.production.min.js")},
+                {"/react-dom.js", framework("react-dom/umd/react-dom.production.min.js")},
+                {"/vue.js", framework("vue/dist/vue.global.prod.js")}};
+    }
+};
+
+TEST_F(TestChromiumFrameworkForms, WhatTheBarFillsIsWhatThePageSubmits)
+{
+    const QString elsewhere = server->url("/elsewhere");
+    const std::pair<const char*, const char*> remembered[] = {
+        {"fname", "Ann"}, {"email", "ann@example.org"}, {"state", "NY"},
+        {"optin_yes", "True"}, {"size_M", "True"}, {"why", "Because\nI ride"}};
+    for (const auto& [key, value] : remembered)
+        form->valueStore().SetValue(elsewhere, QLatin1String(key), QString::fromUtf8(value));
+    const QByteArray anyBefore = [&] {
+        QFile any(form->valueStore().anyFile());
+        return any.open(QIODevice::ReadOnly) ? any.readAll() : QByteArray();
+    }();
+
+    // Each page has a field of its own that the user types into.
+    for (const auto& [path, own] : {std::pair{"/react.html", "code"}, std::pair{"/vue.html", "ticket"}}) {
+        SCOPED_TRACE(path);
+        const QString site = server->url(QLatin1String(path));
+        auto page = open(site);
+        ASSERT_TRUE(waitFor([&] { return fieldValue(page, "why") == QLatin1String("Because\nI ride"); }, 5000));
+
+        // The user adds a code of their own and sends the form with a real click.
+        click(page, QStringLiteral("[name=%1]").arg(QLatin1String(own)));
+        type(page, "WIN-42");
+        click(page, "#send");
+        ASSERT_TRUE(waitFor([&] { return evaluate(page, "!!window.submitted").toBool(); }));
+        const QJsonObject sent = evaluate(page, "window.submitted").toObject();
+        EXPECT_EQ(sent.value("fname").toString(), QStringLiteral("Ann"));
+        EXPECT_EQ(sent.value("email").toString(), QStringLiteral("ann@example.org"));
+        EXPECT_EQ(sent.value("state").toString(), QStringLiteral("NY"));
+        EXPECT_EQ(sent.value("optin").toBool(), true);
+        EXPECT_EQ(sent.value("size").toString(), QStringLiteral("M"));
+        EXPECT_EQ(sent.value("why").toString(), QStringLiteral("Because\nI ride"));
+        EXPECT_EQ(sent.value(QLatin1String(own)).toString(), QStringLiteral("WIN-42"));
+
+        // Each filled field was announced once; the two radio buttons once each.
+        const QJsonObject counts = evaluate(page, "window.counts").toObject();
+        for (const char* name : {"fname", "email", "state", "optin", "why"}) {
+            for (const char* kind : {"input", "change"})
+                EXPECT_EQ(counts.value(QStringLiteral("%1 %2").arg(name, kind)).toInt(), 1) << name << " " << kind;
+        }
+        EXPECT_EQ(counts.value("size input").toInt(), 2);
+        EXPECT_EQ(counts.value("size change").toInt(), 2);
+
+        // The files hold what the user typed, nothing the fill wrote.
+        ASSERT_TRUE(waitFor([&] {
+            return stored(form->siteFiles().URL2INIFile(site), site, QLatin1String(own)) == QLatin1String("WIN-42");
+        }));
+        QFile siteFile(form->siteFiles().SiteFilePath(site));
+        ASSERT_TRUE(siteFile.open(QIODevice::ReadOnly));
+        const QByteArray siteBytes = siteFile.readAll();
+        for (const char* filled : {"Ann", "ann@example.org", "NY", "optin", "size", "Because"})
+            EXPECT_FALSE(siteBytes.contains(filled)) << filled;
+    }
+    QFile any(form->valueStore().anyFile());
+    ASSERT_TRUE(any.open(QIODevice::ReadOnly));
+    EXPECT_EQ(any.readAll(), anyBefore + "code=WIN-42\r\nticket=WIN-42\r\n");
+    EXPECT_TRUE(f.boxes.shown.empty()) << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
+}
+} // namespace

@@ -97,8 +97,9 @@ TEST_F(TestChromiumHostilePages, AwkwardNamesAndValuesAreKeptWhereTheFilesCanHol
 
     EXPECT_EQ(remembered(site, "notes"), QStringLiteral("line1\nline2 ]=[x]"));
     EXPECT_EQ(remembered(site, "sec]tion=key"), QStringLiteral("x]y=z"));
-    // The files are in Windows' code page: what it cannot hold comes back as "?".
-    EXPECT_EQ(remembered(site, QStringLiteral("Zoë €名前")), QStringLiteral("Zoë € ??"));
+    // Text in any script is kept as it was typed (the files become UTF-8 for it).
+    EXPECT_EQ(remembered(site, QStringLiteral("Zoë €名前")), QStringLiteral("Zoë € 名前"));
+    EXPECT_TRUE(anyFileBytes().startsWith("\xEF\xBB\xBF"));
     EXPECT_EQ(remembered(site, QString(100 * 1024, QLatin1Char('n'))), longValue.left(255));
     // A name with a line break has no written form: nothing is kept, nothing else harmed.
     EXPECT_EQ(remembered(site, "a\r\nb"), QStringLiteral("<missing>"));
@@ -114,7 +115,7 @@ TEST_F(TestChromiumHostilePages, AwkwardNamesAndValuesAreKeptWhereTheFilesCanHol
             .toString();
     };
     EXPECT_EQ(valueOf("brackets"), QStringLiteral("x]y=z"));
-    EXPECT_EQ(valueOf("unicode"), QStringLiteral("Zoë € ??"));
+    EXPECT_EQ(valueOf("unicode"), QStringLiteral("Zoë € 名前"));
     EXPECT_EQ(valueOf("long"), longValue.left(255));
     EXPECT_EQ(valueOf("notes"), QStringLiteral("line1\nline2 ]=[x]"));
     EXPECT_EQ(valueOf("crlf"), QString());

@@ -9,7 +9,9 @@
 #include "IniFileStore.h"
 #include "SiteFiles.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 
 #include <QStringList>
 
@@ -129,6 +131,50 @@ std::optional<std::string> iniReadWrite(const QByteArray& input)
         return "the file read anew does not hold the value written";
     if (linesLost(text, document.text()) > 1)
         return "a write changed more than its own line";
+    return std::nullopt;
+}
+
+std::optional<std::string> iniFile(const QByteArray& input)
+{
+    static const QByteArray Bom = QByteArrayLiteral("\xEF\xBB\xBF");
+    const QList<QByteArray> parts = input.split('\0');
+    const auto part = [&](int index) { return index < parts.size() ? parts[index] : QByteArray(); };
+    const QString section = QString::fromUtf8(part(0));
+    const QString key = QString::fromUtf8(part(1));
+    const QString value = QString::fromUtf8(part(2));
+    const QByteArray before =
+        input.mid(std::min<qsizetype>(input.size(), part(0).size() + part(1).size() + part(2).size() + 3));
+    const QString path = QDir::tempPath() + QStringLiteral("/tolvane-fuzz-%1.ini").arg(QCoreApplication::applicationPid());
+    const auto bytesOf = [&] {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    {
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(before) != before.size())
+            return std::nullopt; // the machine, not the code
+    }
+    const bool utf8 = before.startsWith(Bom);
+    const auto textOf = [&](const QByteArray& bytes) {
+        return bytes.startsWith(Bom) ? QString::fromUtf8(bytes.mid(Bom.size())) : Cp1252::decode(bytes);
+    };
+    IniFileStore store; // a cache of its own: the file is rewritten between inputs
+    store.readEntry(path, section, key);
+    if (!store.writeEntry(path, section, key, value)) {
+        if (!hasBreak(section) && !hasBreak(key) && !hasBreak(value))
+            return "a write without line break or NUL was refused";
+        return bytesOf() == before ? std::nullopt : std::optional<std::string>("a refused write changed the file");
+    }
+    const QByteArray after = bytesOf();
+    if (IniFileStore().readEntry(path, section, key) != asRead(value))
+        return "the file read anew does not hold the value written, exactly";
+    const bool fits = Cp1252::holds(section + key + value) && Cp1252::holds(textOf(before));
+    if (after.startsWith(Bom) != (utf8 || !fits))
+        return "the file is not in the code page it can be in, or not UTF-8 where it must be";
+    if (linesLost(textOf(before), textOf(after)) > 1)
+        return "a write changed more than its own line";
+    if (!utf8 && fits && linesLost(QString::fromLatin1(before), QString::fromLatin1(after)) > 1)
+        return "a file in Windows' code page did not keep its bytes";
     return std::nullopt;
 }
 

@@ -31,6 +31,11 @@ TEST(TestFuzzRegressions, IniReadAndWrite)
     replay(QStringLiteral("ini"), FuzzChecks::iniReadWrite);
 }
 
+TEST(TestFuzzRegressions, IniFileEncodings)
+{
+    replay(QStringLiteral("ini_file"), FuzzChecks::iniFile);
+}
+
 TEST(TestFuzzRegressions, SiteFileName)
 {
     replay(QStringLiteral("site_file_name"), FuzzChecks::siteFileName);

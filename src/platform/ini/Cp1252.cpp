@@ -1,5 +1,6 @@
 #include "Cp1252.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -9,7 +10,8 @@ constexpr std::array<char16_t, 32> High = {
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-char encodeOne(char16_t c)
+// The byte of a character, or 0 when the code page has none for it (NUL is never in a file).
+char byteOf(char16_t c)
 {
     if (c < 0x80 || (c >= 0xA0 && c <= 0xFF))
         return static_cast<char>(c);
@@ -17,7 +19,15 @@ char encodeOne(char16_t c)
         if (High[i] == c)
             return static_cast<char>(0x80 + i);
     }
-    return '?';
+    return 0;
+}
+
+char encodeOne(char16_t c)
+{
+    if (c == 0)
+        return 0;
+    const char byte = byteOf(c);
+    return byte ? byte : '?';
 }
 } // namespace
 
@@ -44,4 +54,9 @@ QByteArray Cp1252::encode(const QString& text)
         bytes.append(encodeOne(c.unicode()));
     }
     return bytes;
+}
+
+bool Cp1252::holds(const QString& text)
+{
+    return std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() == 0 || byteOf(c.unicode()) != 0; });
 }

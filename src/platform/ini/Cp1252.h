@@ -9,4 +9,6 @@ namespace Cp1252 {
 QString decode(const QByteArray& bytes);
 // Characters the code page cannot hold become '?'.
 QByteArray encode(const QString& text);
+// Whether the code page holds every character of the text.
+bool holds(const QString& text);
 } // namespace Cp1252

@@ -6,7 +6,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
-#include <algorithm>
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
@@ -55,20 +54,12 @@ Stamp stampOf(const QString& file)
     return stamp;
 }
 
-// Text as it comes back from the file: what the code page cannot hold is already replaced.
-QString asStored(const QString& text)
-{
-    // Plain ASCII, as most names are, comes back as it is.
-    if (std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() < 0x80; }))
-        return text;
-    return Cp1252::decode(Cp1252::encode(text));
-}
 } // namespace
 
 struct IniFileStore::Parsed
 {
     Stamp stamp;
-    bool bom = false;
+    bool utf8 = false; // written as UTF-8 with a byte-order mark
     IniDocument document;
 };
 
@@ -85,19 +76,19 @@ std::shared_ptr<const IniFileStore::Parsed> IniFileStore::load(const QString& fi
     if (const auto cached = m_cache.value(file); cached && cached->stamp == stamp)
         return cached;
 
-    bool bom = false;
-    const auto text = textOf(file, &bom);
+    bool utf8 = false;
+    const auto text = textOf(file, &utf8);
     if (!text)
         return nullptr;
     auto parsed = std::make_shared<Parsed>();
     parsed->stamp = stamp;
-    parsed->bom = bom;
+    parsed->utf8 = utf8;
     parsed->document = IniDocument(*text);
     remember(file, parsed);
     return parsed;
 }
 
-std::optional<QString> IniFileStore::textOf(const QString& file, bool* bom)
+std::optional<QString> IniFileStore::textOf(const QString& file, bool* utf8)
 {
     QFile in(file);
     if (QFileInfo(file).isDir() || !in.open(QIODevice::ReadOnly))
@@ -105,11 +96,13 @@ std::optional<QString> IniFileStore::textOf(const QString& file, bool* bom)
     QByteArray bytes = in.readAll();
     if (in.error() != QFileDevice::NoError)
         return std::nullopt;
+    // A byte-order mark says UTF-8 (invalid sequences read as U+FFFD, the rest as written);
+    // without one the file is in Windows' code page, as the Windows release wrote it.
     const bool marked = bytes.startsWith(Utf8Bom);
+    if (utf8)
+        *utf8 = marked;
     if (marked)
-        bytes.remove(0, Utf8Bom.size());
-    if (bom)
-        *bom = marked;
+        return QString::fromUtf8(QByteArrayView(bytes).sliced(Utf8Bom.size()));
     return Cp1252::decode(bytes);
 }
 
@@ -140,12 +133,12 @@ std::optional<QString> IniFileStore::readEntry(const QString& file, const QStrin
     if (stampOf(file).size > MaxCachedFileBytes) {
         // Too large to hold parsed: one pass over its text answers the one read.
         const auto text = textOf(file);
-        return text ? IniDocument::find(*text, asStored(section), asStored(key)) : std::nullopt;
+        return text ? IniDocument::find(*text, section, key) : std::nullopt;
     }
     const auto parsed = load(file);
     if (!parsed)
         return std::nullopt;
-    return parsed->document.value(asStored(section), asStored(key));
+    return parsed->document.value(section, key);
 }
 
 QStringList IniFileStore::sectionNames(const QString& file)
@@ -173,17 +166,20 @@ bool IniFileStore::writeEntry(const QString& file, const QString& section, const
         return false;
 
     auto updated = std::make_shared<Parsed>(*current);
-    if (!updated->document.setValue(asStored(section), asStored(key), asStored(value)))
+    if (!updated->document.setValue(section, key, value))
         return false;
+    // The file stays in Windows' code page while it can hold every character, so a file of the
+    // Windows release keeps its bytes; one that cannot becomes UTF-8, whole and at once.
+    const QString text = updated->document.text();
+    if (!updated->utf8 && !Cp1252::holds(text))
+        updated->utf8 = true;
 
     QSaveFile out(file);
     // A folder that allows no new files still lets an existing file be rewritten in place.
     out.setDirectWriteFallback(true);
     if (!out.open(QIODevice::WriteOnly))
         return false;
-    if (updated->bom)
-        out.write(Utf8Bom);
-    out.write(Cp1252::encode(updated->document.text()));
+    out.write(updated->utf8 ? Utf8Bom + text.toUtf8() : Cp1252::encode(text));
     if (!out.commit()) {
         forget(file);
         return false;

@@ -28,7 +28,7 @@ private:
     // nullopt when the file exists but cannot be read; an empty document when it is missing.
     std::shared_ptr<const Parsed> load(const QString& file);
     // The file's text without its byte-order mark; nullopt when it cannot be read.
-    static std::optional<QString> textOf(const QString& file, bool* bom = nullptr);
+    static std::optional<QString> textOf(const QString& file, bool* utf8 = nullptr);
     void remember(const QString& file, std::shared_ptr<const Parsed> parsed);
     void forget(const QString& file);
 

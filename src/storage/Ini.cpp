@@ -3,6 +3,8 @@
 #include "IniBackend.h"
 #include "VbText.h"
 
+#include <algorithm>
+
 namespace {
 // The profile read buffer held 256 characters including its terminator.
 constexpr qsizetype MaxValueLength = 255;
@@ -12,7 +14,11 @@ QString Ini::ReadINI(const QString& section, const QString& key, const QString& 
                      const QString& file) const
 {
     const QString value = m_backend.readEntry(file, section, key).value_or(defaultValue);
-    return TrimSpaces(value.left(MaxValueLength));
+    qsizetype length = std::min(value.size(), MaxValueLength);
+    // A character outside the basic plane is not cut in half.
+    if (length < value.size() && length > 0 && value.at(length - 1).isHighSurrogate())
+        --length;
+    return TrimSpaces(value.left(length));
 }
 
 int Ini::WriteINI(const QString& section, const QString& key, const QString& value,

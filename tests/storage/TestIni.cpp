@@ -41,7 +41,9 @@ TEST_F(TestIni, ValuesReadBackTrimmedAndCutAt255Characters)
         {QStringLiteral("a=b=c"), QStringLiteral("a=b=c")},
         {QStringLiteral("\"quoted\""), QStringLiteral("quoted")},
         {QStringLiteral("caf\u00e9 \u20ac"), QStringLiteral("caf\u00e9 \u20ac")},
-        {QStringLiteral("\u4e2d"), QStringLiteral("?")},
+        {QStringLiteral("\u4e2d"), QStringLiteral("\u4e2d")},
+        // The cut falls inside the last character: it goes whole.
+        {QString(254, QLatin1Char('x')) + QString::fromUtf8("\U0001F3C6"), QString(254, QLatin1Char('x'))},
     };
     for (const Case& c : cases) {
         m_ini.WriteINI(QStringLiteral("Any"), QStringLiteral("Key"), c.written, path());

@@ -67,7 +67,8 @@ bool CdpConnection::isClosed() const
     return !m_closedReason.isEmpty();
 }
 
-qint64 CdpConnection::post(const QString& method, const QJsonObject& params, const QString& sessionId)
+qint64 CdpConnection::post(const QString& method, const QJsonObject& params, const QString& sessionId,
+                          Answer later)
 {
     QJsonObject message{{QStringLiteral("method"), method}, {QStringLiteral("params"), params}};
     if (!sessionId.isEmpty())
@@ -81,6 +82,7 @@ qint64 CdpConnection::post(const QString& method, const QJsonObject& params, con
         Pending pending;
         pending.sessionId = sessionId;
         pending.inPage = runsInPage(method);
+        pending.later = std::move(later);
         m_pending.emplace(id, std::move(pending));
     }
     message.insert(QStringLiteral("id"), id);
@@ -99,11 +101,17 @@ void CdpConnection::blockSessions(const QStringList& sessions, const QString& re
     QMutexLocker lock(&m_mutex);
     for (const QString& session : sessions)
         m_blocked.insert(session, reason);
-    for (auto& [id, pending] : m_pending) {
-        if (!pending.done && pending.inPage && sessions.contains(pending.sessionId)) {
-            pending.done = true;
-            pending.error = reason;
+    for (auto pending = m_pending.begin(); pending != m_pending.end();) {
+        auto next = std::next(pending);
+        if (!pending->second.done && pending->second.inPage && sessions.contains(pending->second.sessionId)) {
+            if (pending->second.later) {
+                answerLater(pending, {}, reason);
+            } else {
+                pending->second.done = true;
+                pending->second.error = reason;
+            }
         }
+        pending = next;
     }
     m_answered.wakeAll();
 }
@@ -152,6 +160,22 @@ void CdpConnection::send(const QString& method, const QJsonObject& params, const
     m_pending.erase(id);
 }
 
+void CdpConnection::callLater(const QString& method, const QJsonObject& params, const QString& sessionId,
+                              Answer answered)
+{
+    post(method, params, sessionId, std::move(answered));
+}
+
+void CdpConnection::answerLater(std::map<qint64, Pending>::iterator pending, const QJsonObject& result,
+                                const QString& error)
+{
+    Event event;
+    event.answer = [later = std::move(pending->second.later), result, error] { later(result, error); };
+    m_pending.erase(pending);
+    m_events.push_back(std::move(event));
+    QMetaObject::invokeMethod(this, &CdpConnection::deliverOne, Qt::QueuedConnection);
+}
+
 void CdpConnection::onReceived(const QByteArray& bytes)
 {
     const QJsonObject message = QJsonDocument::fromJson(bytes).object();
@@ -161,6 +185,11 @@ void CdpConnection::onReceived(const QByteArray& bytes)
         // A call already failed (its page showed a dialog) keeps its failure.
         if (pending == m_pending.end() || pending->second.done)
             return;
+        if (pending->second.later) {
+            answerLater(pending, message.value(QStringLiteral("result")).toObject(),
+                        message.value(QStringLiteral("error")).toObject().value(QStringLiteral("message")).toString());
+            return;
+        }
         pending->second.done = true;
         pending->second.result = message.value(QStringLiteral("result")).toObject();
         if (message.contains(QStringLiteral("error")))
@@ -170,7 +199,7 @@ void CdpConnection::onReceived(const QByteArray& bytes)
     }
     Event event{message.value(QStringLiteral("method")).toString(),
                 message.value(QStringLiteral("params")).toObject(),
-                message.value(QStringLiteral("sessionId")).toString()};
+                message.value(QStringLiteral("sessionId")).toString(), {}};
     std::function<void(const Event&)> hook;
     {
         QMutexLocker lock(&m_mutex);
@@ -203,6 +232,8 @@ void CdpConnection::deliverOne()
         event = std::move(m_events.front());
         m_events.pop_front();
     }
-    if (m_handler)
+    if (event.answer)
+        event.answer();
+    else if (m_handler)
         m_handler(event);
 }

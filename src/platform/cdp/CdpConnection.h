@@ -26,7 +26,10 @@ public:
         QString method;
         QJsonObject params;
         QString sessionId;
+        // Set for the answer to callLater: it runs in place of the event handler.
+        std::function<void()> answer;
     };
+    using Answer = std::function<void(const QJsonObject& result, const QString& error)>;
     // Makes the transport on the connection's own thread; may throw AppError.
     using TransportFactory = std::function<CdpTransport*()>;
 
@@ -38,6 +41,9 @@ public:
                      const QString& sessionId = {});
     // Sends without waiting for the answer.
     void send(const QString& method, const QJsonObject& params = {}, const QString& sessionId = {});
+    // Sends without waiting; the answer (or the browser's error) is handed to `answered` on the
+    // user-interface thread, in order with the events. A browser that goes away never answers.
+    void callLater(const QString& method, const QJsonObject& params, const QString& sessionId, Answer answered);
 
     void setEventHandler(std::function<void(const Event&)> handler) { m_handler = std::move(handler); }
     // Runs on the I/O thread for each event before it is queued: for what must not wait for the
@@ -56,11 +62,14 @@ private:
     {
         QString sessionId;
         bool inPage = false;
+        Answer later;
         bool done = false;
         QJsonObject result;
         QString error;
     };
-    qint64 post(const QString& method, const QJsonObject& params, const QString& sessionId);
+    qint64 post(const QString& method, const QJsonObject& params, const QString& sessionId, Answer later = {});
+    // Hands a callLater answer to the user-interface thread; the mutex is held.
+    void answerLater(std::map<qint64, Pending>::iterator pending, const QJsonObject& result, const QString& error);
     static bool runsInPage(const QString& method);
     void onReceived(const QByteArray& message);
     void onClosed(const QString& reason);

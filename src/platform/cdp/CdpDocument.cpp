@@ -7,6 +7,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <utility>
 
 namespace {
 constexpr int NotSupported = 438;
@@ -97,8 +98,20 @@ void CdpDocument::endBatch()
     m_pendingWrites.clear();
 }
 
+void CdpDocument::prefetch(std::function<void()> done)
+{
+    const std::weak_ptr<CdpDocument> self = shared_from_this();
+    m_shell.evaluateAnswered(m_session, m_context, QStringLiteral("window.__tolvane.snapshot()"),
+                             [self, done = std::move(done)](const QJsonValue& value) {
+                                 if (const auto document = self.lock())
+                                     document->m_prefetched = QJsonDocument::fromJson(value.toString().toUtf8()).object();
+                                 done();
+                             });
+}
+
 void CdpDocument::wrote(bool throughListing) const
 {
+    m_prefetched = {};
     m_event.fields = {};
     if (!throughListing)
         m_readAhead.clear();
@@ -109,10 +122,15 @@ void CdpDocument::readAhead() const
     if (openBatch() == 0 || m_readAheadDone)
         return;
     m_readAheadDone = true;
-    // A fill run for the page's completion reads the fields the completion report brought along.
-    const QJsonObject snapshot = !m_event.lists.isEmpty()
-                                     ? QJsonObject{{QLatin1String("doc"), m_event.texts}, {QLatin1String("lists"), m_event.lists}}
-                                     : QJsonDocument::fromJson(run(QStringLiteral("snapshot()")).toString().toUtf8()).object();
+    // A fill run for the page's completion reads the fields the completion report brought
+    // along; one run for a load, what was fetched when the load was seen.
+    QJsonObject snapshot;
+    if (!m_event.lists.isEmpty())
+        snapshot = QJsonObject{{QLatin1String("doc"), m_event.texts}, {QLatin1String("lists"), m_event.lists}};
+    else if (!m_prefetched.isEmpty())
+        snapshot = std::exchange(m_prefetched, {});
+    else
+        snapshot = QJsonDocument::fromJson(run(QStringLiteral("snapshot()")).toString().toUtf8()).object();
     const QJsonObject texts = snapshot.value(QLatin1String("doc")).toObject();
     for (auto text = texts.begin(); text != texts.end(); ++text)
         m_batchTexts.insert(text.key(), text.value().toString());
@@ -244,6 +262,8 @@ void CdpDocument::unsubscribe(const DocumentEvents* sink)
 void CdpDocument::raise(const QString& kind, const QJsonObject& report)
 {
     const auto self = shared_from_this();
+    // The page has moved on since anything fetched ahead.
+    m_prefetched = {};
     const std::optional<qint64> outer = m_event.activeId;
     const QJsonValue active = report.value(QLatin1String("active"));
     if (!active.isUndefined())

@@ -8,6 +8,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <functional>
 #include <optional>
 
 class AppError;
@@ -59,6 +60,10 @@ public:
 
     // The active element as the page last reported it.
     void noteActive(qint64 id) { m_lastActiveId = id; }
+    // Asks for what a fill reads first without waiting for it; `done` runs once the answer is
+    // in (or the page refused it). The next batch reads it, unless the page reported something
+    // or was written to meanwhile: a page busy loading its frames is not waited for.
+    void prefetch(std::function<void()> done);
 
     // Whether the browser has let the document go: its calls then answer nothing.
     bool unloaded() const { return m_unloaded; }
@@ -97,6 +102,7 @@ private:
     mutable bool m_readAheadDone = false;
     mutable bool m_unloaded = false;
     mutable bool m_fillMissed = false;
+    mutable QJsonObject m_prefetched; // a snapshot of the page's fields not yet read
 };
 
 // An element of a real page, by its id in the document's script.

@@ -386,20 +386,61 @@ void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
     if (navigated != m_frameUrls.constEnd() ? *navigated == QLatin1String("about:blank")
                                             : frameShowsBlank(sessionId, frameId))
         return;
-    if (frameId == page->targetId()) {
-        page->documentComplete(page, m_targets.value(frameId).url);
+    const DocPtr document = documentFor(sessionId, frameId);
+    if (!document) {
+        documentLoaded(page, frameId, nullptr);
         return;
     }
-    const DocPtr document = documentFor(sessionId, frameId);
-    if (document)
+    // The page's own load fills its loaded frames again too: theirs are fetched as well.
+    auto waiting = std::make_shared<std::vector<std::shared_ptr<CdpDocument>>>();
+    waiting->push_back(std::static_pointer_cast<CdpDocument>(document));
+    if (frameId == page->targetId()) {
+        for (const auto& known : std::as_const(m_documents)) {
+            const auto frame = known.lock();
+            if (frame && frame != waiting->front() && !frame->unloaded() && pageOfSession(frame->sessionId()) == page)
+                waiting->push_back(frame);
+        }
+    }
+    auto remaining = std::make_shared<size_t>(waiting->size());
+    for (const auto& fetched : *waiting) {
+        fetched->prefetch([this, waiting, remaining, page, frameId, sessionId] {
+            // The documents are held until then: what was fetched stays with them. A frame that
+            // has gone on to another document meanwhile reports that one's load instead.
+            if (--*remaining == 0 && documentFor(sessionId, frameId) == waiting->front())
+                documentLoaded(page, frameId, waiting->front());
+        });
+    }
+}
+
+void CdpShell::documentLoaded(const std::shared_ptr<CdpBrowser>& page, const QString& frameId, const DocPtr& document)
+{
+    if (frameId == page->targetId())
+        page->documentComplete(page, m_targets.value(frameId).url);
+    else if (document)
         page->documentComplete(std::make_shared<CdpFrameBrowser>(page, document), QString());
+}
+
+void CdpShell::evaluateAnswered(const QString& sessionId, int contextId, const QString& expression,
+                                std::function<void(const QJsonValue&)> answered)
+{
+    try {
+        cdp().callLater(QStringLiteral("Runtime.evaluate"),
+                        {{"expression", expression}, {"contextId", contextId}, {"returnByValue", true}}, sessionId,
+                        [answered](const QJsonObject& result, const QString& error) {
+                            const bool failed = !error.isEmpty() || result.contains(QLatin1String("exceptionDetails"));
+                            answered(failed ? QJsonValue() : result.value("result").toObject().value("value"));
+                        });
+    } catch (const AppError&) {
+        answered({}); // the browser has gone: nothing to fetch
+    }
 }
 
 bool CdpShell::frameShowsBlank(const QString& sessionId, const QString& frameId)
 {
     try {
+        // A document that has already gone answers with no address: nothing to fill either.
         const DocPtr shown = documentFor(sessionId, frameId);
-        return !shown || shown->url() == QLatin1String("about:blank");
+        return !shown || shown->url().isEmpty() || shown->url() == QLatin1String("about:blank");
     } catch (const AppError&) {
         return true;
     }
@@ -459,8 +500,12 @@ void CdpShell::onBinding(const CdpConnection::Event& event)
     const QString documentKey = key(event.sessionId, QString::number(event.params.value("executionContextId").toInt()));
     if (kind == QLatin1String("attached")) {
         // The script came into a document that had already loaded when Tolvane came: it has no
-        // load of its own to report.
-        onLoaded(event.sessionId, m_contextFrames.value(documentKey));
+        // load of its own to report. Unless its frame has gone on to another document since (a
+        // new window's first, empty one), which reports its own load.
+        const QString frameId = m_contextFrames.value(documentKey);
+        const int context = event.params.value("executionContextId").toInt();
+        if (m_contexts.value(key(event.sessionId, frameId)) == context)
+            onLoaded(event.sessionId, frameId);
         return;
     }
     if (const auto document = m_documents.value(documentKey).lock())

@@ -37,6 +37,10 @@ public:
     QJsonValue evaluate(const QString& sessionId, int contextId, const QString& expression);
     // Runs it without waiting for the answer; calls made after it still see what it did.
     void evaluateLater(const QString& sessionId, int contextId, const QString& expression);
+    // Runs it and hands its value to `answered` once it is in (an empty value when the page
+    // refused or failed it).
+    void evaluateAnswered(const QString& sessionId, int contextId, const QString& expression,
+                          std::function<void(const QJsonValue&)> answered);
     QJsonObject call(const QString& sessionId, const QString& method, const QJsonObject& params = {});
     bool isOpen(const QString& targetId) const;
     QString targetUrl(const QString& targetId) const;
@@ -63,6 +67,9 @@ private:
     void onClosed(const QString& targetId);
     void onContextCreated(const CdpConnection::Event& event);
     void onLoaded(const QString& sessionId, const QString& frameId);
+    // Tells the window of a load once what its fill reads first has been fetched: a page busy
+    // loading its frames answers late, and the bar does not wait for it meanwhile.
+    void documentLoaded(const std::shared_ptr<CdpBrowser>& page, const QString& frameId, const DocPtr& document);
     void onBinding(const CdpConnection::Event& event);
     void onNetwork(const CdpConnection::Event& event);
     // A page's dialog closed: its documents may owe a fill.

@@ -119,9 +119,12 @@ inline QString source()
     if (own) for (const what of ['value', 'checked', 'selectedIndex', 'innerText']) if (what in own) state[what] = own[what];
     return state;
   };
-  // Fields a fill has taken (listed, or given out as added): the page's later additions are the rest.
+  // The page's own fields (there when it completed) and those already reported as added; and
+  // the fields a fill has written. Added fields are the rest: a fill that read a field but did
+  // not write it (a repeat let be) leaves it to be reported.
   const claimed = new WeakSet();
-  // Elements with what a fill reads of them, and their radio groups; the elements are claimed.
+  const filled = new WeakSet();
+  // Elements with what a fill reads of them, and their radio groups.
   const listOf = (elements, extra) => {
     const groups = new Map();
     const groupOf = (el, id) => {
@@ -134,7 +137,6 @@ inline QString source()
       return named.get(name);
     };
     return elements.map((el) => {
-      claimed.add(el);
       const id = idOf(el);
       const properties = fieldOf(el);
       if (extra) extra(el, properties);
@@ -165,24 +167,32 @@ inline QString source()
   // Fields the page adds once it has completed (forms rendered late, route changes): looked for
   // at most every ReportMs after elements were added, reported once, given out once.
   const ReportMs = 120;
+  // Fields not yet taken (nobody followed the page when they were reported, or the bar was
+  // paused) are reported again, once a second.
+  const RepeatMs = 1000;
   let added = [];
   let checkTimer = 0;
+  let checkDue = 0;
   let lastCheck = 0;
   const check = () => {
     checkTimer = 0;
     lastCheck = performance.now();
     const found = fieldsByName();
-    let fresh = false;
-    for (const name of fieldNames) for (const el of found[name]) if (!claimed.has(el)) { claimed.add(el); added.push(el); fresh = true; }
-    added = added.filter((el) => el.isConnected);
-    if (fresh && added.length) report('fieldsadded');
+    for (const name of fieldNames) for (const el of found[name]) if (!claimed.has(el) && !filled.has(el)) { claimed.add(el); added.push(el); }
+    added = added.filter((el) => el.isConnected && !filled.has(el));
+    if (!added.length) return;
+    report('fieldsadded');
+    checkAt(lastCheck + RepeatMs);
   };
-  const schedule = () => {
-    if (!checkTimer) checkTimer = setTimeout(check, Math.max(0, lastCheck + ReportMs - performance.now()));
+  const checkAt = (due) => {
+    if (checkTimer && checkDue <= due) return;
+    clearTimeout(checkTimer);
+    checkDue = due;
+    checkTimer = setTimeout(check, Math.max(0, due - performance.now()));
   };
   const mutated = (records) => {
-    if (checkTimer) return;
-    for (const record of records) for (const node of record.addedNodes) if (node.nodeType === 1) { schedule(); return; }
+    if (checkTimer && checkDue <= lastCheck + ReportMs) return;
+    for (const record of records) for (const node of record.addedNodes) if (node.nodeType === 1) { checkAt(lastCheck + ReportMs); return; }
   };
   const watch = () => {
     if (watcher) return;
@@ -217,7 +227,7 @@ inline QString source()
     // The fields the page added since they were last given out, each with whether the user has
     // been in it.
     added() {
-      const given = added.filter((el) => el.isConnected);
+      const given = added.filter((el) => el.isConnected && !filled.has(el));
       added = [];
       return listOf(given, (el, properties) => { properties.touched = vouched.has(el); });
     },
@@ -243,9 +253,9 @@ inline QString source()
       try { return this.apply([[id, what, value]]); } catch (e) { return null; }
     },
   };
-  // One write of a fill: Wrote when the page is still to hear of it, Told when a click already
-  // told it (a check box or radio button changed as a user's click changes it), Quiet when there
-  // is nothing to tell, null when the field has no such property.
+  // One write of a fill: Wrote when it changed the field and the page is still to hear of it,
+  // Told when a click already told it (a check box or radio button changed as a user's click
+  // changes it), Quiet when there is nothing to tell, null when the field has no such property.
   const Wrote = 1;
   const Told = 2;
   const Quiet = 3;
@@ -256,6 +266,7 @@ inline QString source()
     if (what === 'scrollIntoView') { el.scrollIntoView(); return Quiet; }
     // What Tolvane writes stands as the field's state until the user changes it.
     vouched.delete(el);
+    filled.add(el);
     if (what === 'innerText' && !isText(el)) { el.innerText = value; return Quiet; }
     if (what === 'innerText') what = 'value';
     if (!(what in el)) return null;
@@ -267,9 +278,12 @@ inline QString source()
     }
     // A list given a value none of its options has keeps its selection, as the classic browser
     // did (today's empties it).
-    if (what === 'value' && el.tagName === 'SELECT' && !Array.from(el.options).some((o) => o.value === value)) return Wrote;
+    if (what === 'value' && el.tagName === 'SELECT' && !Array.from(el.options).some((o) => o.value === value)) return Quiet;
+    const before = el[what];
     el[what] = value;
-    return Wrote;
+    // As with a user's edit, only a change is heard of: a field left as it was raises nothing
+    // (no validation of fields the user has not reached yet).
+    return el[what] === before ? Quiet : Wrote;
   };
   // The page hears of a written field what a user's edit raises, input then change:
   // frameworks keep forms in their own state and would otherwise submit what they had. The

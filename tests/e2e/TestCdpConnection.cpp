@@ -139,6 +139,10 @@ TEST(CdpConnectionBlocking, CallsIntoABlockedPageFailAtOnceUntilItIsLetGo)
 {
     CdpConnection cdp([] { return new SilentTransport; }, 20000);
     const QString reason = QStringLiteral("The page is showing a dialog.");
+    // A call that waits for nobody hears of it too, on this thread, when events run.
+    QString laterError = QStringLiteral("not answered");
+    cdp.callLater(QStringLiteral("Runtime.evaluate"), {}, QStringLiteral("page"),
+                  [&](const QJsonObject&, const QString& error) { laterError = error; });
     std::thread dialog([&] {
         QThread::msleep(100);
         cdp.blockSessions({QStringLiteral("page"), QStringLiteral("frame")}, reason);
@@ -157,6 +161,9 @@ TEST(CdpConnectionBlocking, CallsIntoABlockedPageFailAtOnceUntilItIsLetGo)
     dialog.join();
     EXPECT_LT(timer.elapsed(), 10000) << "the waiting call was not cut short";
     EXPECT_EQ(failure(QStringLiteral("DOM.describeNode"), QStringLiteral("frame")), reason);
+    EXPECT_EQ(laterError, QStringLiteral("not answered"));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(laterError, reason);
 
     cdp.setTimeout(200);
     const QString unanswered = QStringLiteral("did not answer");

@@ -17,9 +17,32 @@
 #include <QStandardPaths>
 #include <QWidget>
 
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
 namespace {
 // The oldest browser whose DevTools protocol offers what the adapter uses.
 const QString MinimumChromiumVersion = QStringLiteral("100.0");
+
+// The single-instance lock lives where only this user can write: the user's runtime folder
+// (XDG_RUNTIME_DIR), else a folder of the temporary folder named after the user's id. In a shared
+// folder one user's lock would silence every other user's Tolvane.
+QString instanceLockFile()
+{
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+#ifdef Q_OS_UNIX
+    if (folder.isEmpty()) {
+        folder = QDir::tempPath() + QStringLiteral("/Tolvane-%1").arg(::getuid());
+        QDir().mkpath(folder);
+        QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    }
+#else
+    if (folder.isEmpty())
+        folder = QDir::tempPath();
+#endif
+    return folder + QStringLiteral("/Tolvane.lock");
+}
 
 QString withoutTrailingSeparator(QString path)
 {
@@ -52,7 +75,7 @@ bool DesktopShell::IsAnotherInstanceRunning()
 {
     if (m_instanceLock)
         return false;
-    auto lock = std::make_unique<QLockFile>(QDir::tempPath() + QStringLiteral("/Tolvane.lock"));
+    auto lock = std::make_unique<QLockFile>(instanceLockFile());
     // A lock left by a copy that died is taken over; only a live holder counts.
     lock->setStaleLockTime(0);
     if (!lock->tryLock(0))

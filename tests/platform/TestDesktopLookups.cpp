@@ -9,7 +9,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <QLockFile>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 void writeFile(const QString& path, const QByteArray& bytes, bool executable = false)
@@ -31,9 +34,12 @@ public:
     {
         for (const auto& [name, sub] : {std::pair{"XDG_CONFIG_HOME", "config"}, {"XDG_CONFIG_DIRS", "etc"},
                                         {"XDG_DATA_HOME", "data"}, {"XDG_DATA_DIRS", "share"},
-                                        {"TMPDIR", "tmp"}}) {
+                                        {"TMPDIR", "tmp"}, {"XDG_RUNTIME_DIR", "run"}}) {
             m_saved.emplace_back(name, qgetenv(name));
             QDir().mkpath(path(QString::fromLatin1(sub)));
+            // A runtime folder is the user's alone, or it is not taken for one.
+            QFile::setPermissions(path(QString::fromLatin1(sub)),
+                                  QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
             qputenv(name, QFile::encodeName(path(QString::fromLatin1(sub))));
         }
     }
@@ -127,5 +133,36 @@ TEST(DesktopShell, OnlyOneHolderOfTheInstanceLock)
     EXPECT_FALSE(first.IsAnotherInstanceRunning());
     EXPECT_EQ(first.TempFolder(), desktop.path(QStringLiteral("tmp")));
     EXPECT_EQ(first.AppDataFolder(), desktop.path(QStringLiteral("data")));
+    EXPECT_TRUE(QFile::exists(desktop.path(QStringLiteral("run/Tolvane.lock"))));
+}
+
+// Another user (another runtime folder) runs a Tolvane of their own; a lock left by a copy that
+// was killed does not stop the next start.
+TEST(DesktopShell, TheInstanceLockIsTheUsersOwnAndOutlivesNoProcess)
+{
+    Desktop desktop;
+    DesktopShell mine;
+    ASSERT_FALSE(mine.IsAnotherInstanceRunning());
+    QTemporaryDir otherUser;
+    QFile::setPermissions(otherUser.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(otherUser.path()));
+    DesktopShell theirs;
+    EXPECT_FALSE(theirs.IsAnotherInstanceRunning());
+
+    // A copy killed while it held the lock: its file stays, naming a process that is gone.
+    QTemporaryDir crashed;
+    QFile::setPermissions(crashed.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    const QString lockFile = crashed.path() + QStringLiteral("/Tolvane.lock");
+    const pid_t child = ::fork();
+    if (child == 0) {
+        QLockFile held(lockFile);
+        held.lock();
+        ::_exit(0); // no unlock: the file is left behind
+    }
+    ::waitpid(child, nullptr, 0);
+    ASSERT_TRUE(QFile::exists(lockFile));
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(crashed.path()));
+    DesktopShell next;
+    EXPECT_FALSE(next.IsAnotherInstanceRunning());
 }
 } // namespace

@@ -1,6 +1,7 @@
 #include "QtSettingsStore.h"
 
 #include "AppError.h"
+#include "PrivateFiles.h"
 
 QtSettingsStore::QtSettingsStore()
     : m_settings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Tolvane"),
@@ -21,6 +22,7 @@ void QtSettingsStore::SaveSetting(const QString& section, const QString& key, co
 {
     m_settings.setValue(section + QLatin1Char('/') + key, value);
     m_settings.sync();
+    KeepPrivate(m_settings.fileName());
     if (m_settings.status() != QSettings::NoError)
         throw AppError(ErrorNumber::PathNotFound,
                        QStringLiteral("The settings could not be saved to %1.")

@@ -5,9 +5,11 @@
 #include "Clock.h"
 #include "Ini.h"
 #include "MessageBoxes.h"
+#include "PrivateFiles.h"
 #include "ShellServices.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QFile>
 
 namespace {
@@ -78,6 +80,10 @@ QString StartupChecks::GetUserFolder()
     const QString base = m_shell.AppDataFolder().value_or(m_shell.ProgramFolder());
     const QString folder = inFolder(base, QStringLiteral("Tolvane Data"));
     QDir().mkpath(folder);
+    // Made or left open by an older release: the folder and what it holds become the user's alone.
+    KeepPrivate(folder);
+    for (const QFileInfo& file : QDir(folder).entryInfoList(QDir::Files | QDir::Hidden))
+        KeepPrivate(file.filePath());
     return folder;
 }
 

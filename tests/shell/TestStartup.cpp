@@ -191,3 +191,42 @@ TEST(Startup, WindowsAlreadyOpenAreTakenUpAndLaterOnesFollowed)
     EXPECT_EQ(f.form.tracking().holder(2)->InternetExplorer(), later);
 }
 } // namespace
+
+// Names, addresses and telephone numbers are the user's alone: a new data folder and its files
+// are made so, an older one is tightened at start-up, and nothing is ever opened up.
+TEST(Startup, PersonalDataIsTheUsersAlone)
+{
+    using P = QFileDevice;
+    const P::Permissions groupOrOther = P::ReadGroup | P::WriteGroup | P::ExeGroup | P::ReadOther |
+                                        P::WriteOther | P::ExeOther;
+    const auto open = [&](const QString& path) { return int(QFile::permissions(path) & groupOrOther); };
+
+    FormFixture fresh;
+    fresh.form.Form_Load();
+    fresh.form.valueStore().SetValue(QStringLiteral("http://prizes.example/"), "phone", "555 0100");
+    EXPECT_EQ(open(fresh.dataFolder()), 0);
+    for (const QFileInfo& file : QDir(fresh.dataFolder()).entryInfoList(QDir::Files)) {
+        EXPECT_EQ(open(file.filePath()), 0) << file.fileName().toStdString();
+        EXPECT_TRUE(file.permissions() & P::WriteOwner) << file.fileName().toStdString();
+    }
+
+    FormFixture older;
+    QDir().mkpath(older.dataFolder());
+    const QString any = older.dataFile(QStringLiteral("zAny.ini"));
+    const QString kept = older.dataFile(QStringLiteral("readonly.ini"));
+    for (const QString& file : {any, kept}) {
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write("[Any]\r\nfname=Ann\r\n");
+    }
+    QFile::setPermissions(older.dataFolder(), P::ReadOwner | P::WriteOwner | P::ExeOwner | P::ReadGroup |
+                                                  P::ExeGroup | P::ReadOther | P::ExeOther);
+    QFile::setPermissions(any, P::ReadOwner | P::WriteOwner | P::ReadGroup | P::ReadOther);
+    QFile::setPermissions(kept, P::ReadOwner | P::ReadGroup | P::ReadOther);
+    older.form.Form_Load();
+    EXPECT_EQ(open(older.dataFolder()), 0);
+    EXPECT_EQ(open(any), 0);
+    EXPECT_EQ(open(kept), 0);
+    EXPECT_FALSE(QFile::permissions(kept) & P::WriteOwner); // tightened, never opened up
+    EXPECT_EQ(older.form.valueStore().GetValue(QStringLiteral("http://a/"), "fname", {}), QStringLiteral("Ann"));
+}

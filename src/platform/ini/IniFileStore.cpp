@@ -2,6 +2,7 @@
 
 #include "Cp1252.h"
 #include "IniDocument.h"
+#include "PrivateFiles.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -179,11 +180,15 @@ bool IniFileStore::writeEntry(const QString& file, const QString& section, const
     out.setDirectWriteFallback(true);
     if (!out.open(QIODevice::WriteOnly))
         return false;
+    // The data files are the user's alone from their first byte on.
+    if (!info.exists())
+        out.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     out.write(updated->utf8 ? Utf8Bom + text.toUtf8() : Cp1252::encode(text));
     if (!out.commit()) {
         forget(file);
         return false;
     }
+    KeepPrivate(file);
     updated->stamp = stampOf(file);
     remember(file, std::move(updated));
     return true;

@@ -54,8 +54,12 @@ void showText(QWidget* widget, const QString& text)
         label->setText(text);
     else if (auto* button = qobject_cast<QAbstractButton*>(widget))
         button->setText(text);
-    else if (auto* edit = qobject_cast<QLineEdit*>(widget))
-        edit->setText(text);
+    else if (auto* edit = qobject_cast<QLineEdit*>(widget)) {
+        // What the user typed comes back from the model unchanged: writing it again would move the
+        // cursor to the end and lose the undo history.
+        if (edit->text() != text)
+            edit->setText(text);
+    }
     else if (widget->isWindow())
         widget->setWindowTitle(text);
 }
@@ -122,7 +126,8 @@ void ControlBinding::bindCombo(ComboControl& control, QComboBox* widget)
             widget->clear();
             widget->addItems(control.items());
         }
-        widget->setCurrentIndex(control.listIndex());
+        if (widget->currentIndex() != control.listIndex())
+            widget->setCurrentIndex(control.listIndex());
     };
     show();
     QObject::connect(&control, &Control::changed, widget, show);
@@ -262,7 +267,9 @@ void ControlBinding::bindDate(DateControl& control, QDateEdit* widget)
     bindCommon(control, widget);
     const auto show = [&control, widget] {
         const QSignalBlocker quiet(widget);
-        widget->setDate(control.value());
+        // The user's own edit comes back unchanged: leave the section they are in.
+        if (widget->date() != control.value())
+            widget->setDate(control.value());
     };
     show();
     QObject::connect(&control, &Control::changed, widget, show);

@@ -146,3 +146,32 @@ TEST_F(TestGuiShortcuts, TheListWidgetFollowsRebuildsAndRightClicks)
     EXPECT_EQ(shell.opened, QStringList{"http://c3.example/"});
 }
 } // namespace
+
+namespace {
+// Typing into the middle of a text box leaves the cursor where the user is and keeps undo: the
+// model's echo of what was typed is not written back into the box.
+TEST_F(TestGuiShortcuts, TypingInTheMiddleOfATitleStaysThere)
+{
+    form.txtURL.setText("http://spring.example/");
+    form.txtActive.setText("Spring Sweepstakes");
+    QString typed;
+    int cursor = -1;
+    QString undone;
+    inEditor([&](QDialog& dialog) {
+        auto* title = dialog.findChild<QLineEdit*>("txtTitle");
+        title->setFocus();
+        title->setCursorPosition(6); // "Spring| Sweepstakes"
+        QTest::keyClicks(title, " Big");
+        typed = title->text();
+        cursor = title->cursorPosition();
+        QTest::keyClick(title, Qt::Key_Z, Qt::ControlModifier);
+        undone = title->text();
+        press(dialog, "cmdCancel");
+    });
+    window.findChild<QPushButton*>("cmdAddShortcut")->click();
+    EXPECT_EQ(typed, QStringLiteral("Spring Big Sweepstakes"));
+    EXPECT_EQ(cursor, 10);
+    EXPECT_NE(undone, typed); // the typing can be taken back
+    EXPECT_TRUE(QStringLiteral("Spring Big Sweepstakes").startsWith(undone.left(6)));
+}
+} // namespace

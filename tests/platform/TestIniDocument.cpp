@@ -42,7 +42,9 @@ TEST(IniDocumentRead, FollowsTheWindowsRules)
         {"other section", "[A]\r\n[B]\r\nk=v\r\n", "A", "k", nullptr},
         {"section ends at first ]", "[A]x] trailing\r\nk=v\r\n", "A", "k", "v"},
         {"header without ]", "[A\r\nk=v\r\n", "A", "k", "v"},
-        {"repeated section", "[A]\r\nj=1\r\n[B]\r\n[A]\r\nk=2\r\n", "A", "k", "2"},
+        // Windows reads the first section of a name only.
+        {"repeated section is not read", "[A]\r\nj=1\r\n[B]\r\n[A]\r\nk=2\r\n", "A", "k", nullptr},
+        {"first section of a name is", "[A]\r\nj=1\r\n[B]\r\n[a]\r\nj=2\r\n", "A", "j", "1"},
         {"key with = is not its prefix", "[A]\r\nk=x=y\r\n", "A", "k=x", nullptr},
         {"section with ] is not its prefix", "[A]\r\nk=v\r\n", "A]x", "k", nullptr},
     };
@@ -80,6 +82,8 @@ TEST(IniDocumentWrite, ChangesOnlyWhatItMust)
         {"value written unchanged", "", "A", "k", "  spaced  ", "[A]\r\nk=  spaced  \r\n"},
         {"empty value", "[A]\r\nk=v\r\n", "A", "k", "", "[A]\r\nk=\r\n"},
         {"comment lookalike untouched", "[A]\r\n;k=c\r\n", "A", "k", "v", "[A]\r\nk=v\r\n;k=c\r\n"},
+        {"key of a repeated section written in the first", "[A]\r\nj=1\r\n[A]\r\nk=2\r\n", "A", "k", "3",
+         "[A]\r\nj=1\r\nk=3\r\n[A]\r\nk=2\r\n"},
     };
     for (const Case& c : cases) {
         IniDocument document(QString::fromUtf8(c.before));

@@ -107,9 +107,12 @@ std::optional<QString> IniDocument::find(QStringView text, const QString& sectio
     bool inSection = false;
     forEachLine(text, [&](QStringView content, QStringView) {
         const Shape shape = shapeOf(content);
-        if (shape.kind == Kind::Section)
+        if (shape.kind == Kind::Section) {
+            // Only the first section of a name is read, as Windows reads it.
+            if (inSection)
+                return false;
             inSection = shape.name.compare(*storedSection, Qt::CaseInsensitive) == 0;
-        else if (shape.kind == Kind::Entry && inSection &&
+        } else if (shape.kind == Kind::Entry && inSection &&
                  shape.name.compare(*storedKey, Qt::CaseInsensitive) == 0)
             found = readValue(content.mid(shape.valueAt));
         return !found;
@@ -149,10 +152,12 @@ const IniDocument::Index& IniDocument::index() const
         const Line& line = m_lines[i];
         if (line.kind == Kind::Section) {
             section = line.name.toCaseFolded();
-            built.headers[section].push_back(i);
-            inSection = true;
+            auto& headers = built.headers[section];
+            headers.push_back(i);
+            // Windows reads and writes the first section of a name only; a repeat is ignored.
+            inSection = headers.size() == 1;
         } else if (line.kind == Kind::Entry && inSection) {
-            // The first entry of a name wins, across repeated sections too.
+            // The first entry of a name wins.
             const QString key = section + QLatin1Char('\n') + line.name.toCaseFolded();
             if (!built.entries.contains(key))
                 built.entries.insert(key, i);

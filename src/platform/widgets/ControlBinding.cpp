@@ -184,6 +184,14 @@ protected:
                 return true;
             }
             break;
+        case QEvent::MouseButtonDblClick: {
+            // A double click beside the rows opens the selected one too; on a row the view
+            // reports it itself.
+            const auto* mouse = static_cast<QMouseEvent*>(event);
+            if (watched == m_widget->viewport() && !m_widget->indexAt(mouse->position().toPoint()).isValid())
+                m_control.doubleClick();
+            break;
+        }
         default:
             break;
         }

@@ -141,9 +141,17 @@ TEST_F(TestGuiShortcuts, TheListWidgetFollowsRebuildsAndRightClicks)
     ASSERT_EQ(list->topLevelItemCount(), 29);
     EXPECT_EQ(list->currentItem()->text(0), QStringLiteral("Contest 3"));
 
-    // Enter on the selected row opens it.
+    // Enter on the selected row opens it; so does a double click on the empty part of the list.
     QTest::keyClick(list, Qt::Key_Return);
     EXPECT_EQ(shell.opened, QStringList{"http://c3.example/"});
+    ini.writeEntry(file, "Shortcuts", "Max", "3");
+    form.shortcutList().RequeryShortcuts();
+    ASSERT_EQ(list->topLevelItemCount(), 2);
+    list->setCurrentItem(list->topLevelItem(1));
+    const QPoint empty(list->viewport()->width() / 2, list->viewport()->height() - 5);
+    ASSERT_FALSE(list->indexAt(empty).isValid());
+    QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, empty);
+    EXPECT_EQ(shell.opened, (QStringList{"http://c3.example/", "http://c3.example/"}));
 }
 } // namespace
 

@@ -98,7 +98,10 @@ void ShortcutList::DrawShortcut(int row)
 
         const Ini& ini = m_services.ini;
         const QDate start = dateOf(ini.ReadINI(section, StartDateKey, QString(), file));
-        const QDate last = dateOf(m_services.sites.GetLastVisit(ini.ReadINI(section, UrlKey, QString(), file)));
+        // The stored visit, not its display text: that is the locale's and would read back as
+        // another day where days come first.
+        const auto visit = m_services.sites.LastVisitDate(ini.ReadINI(section, UrlKey, QString(), file));
+        const QDate last = visit ? visit->date() : QDate();
         const QDate end = dateOf(ini.ReadINI(section, ExpiresKey, QString(), file));
         const int reminder = WholeNumber(ini.ReadINI(section, RemindKey, QString(), file));
         const QDate today = m_services.clock.now().date();

@@ -105,6 +105,16 @@ QString SiteFiles::GetLastVisit(const QString& address)
     }
 }
 
+std::optional<QDateTime> SiteFiles::LastVisitDate(const QString& address)
+{
+    try {
+        return DateText::toDateTime(m_ini.ReadINI(UrlSection, LastVisitKey, QString(), SiteFilePath(address)));
+    } catch (const AppError& error) {
+        m_errors.ReportError(error, QStringLiteral("GetLastVisit"));
+        return std::nullopt;
+    }
+}
+
 int SiteFiles::GetTotalVisits(const QString& address)
 {
     try {

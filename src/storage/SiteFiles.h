@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <optional>
 
 class Clock;
 class DataLocation;
@@ -26,6 +27,9 @@ public:
     void SetLastVisit(const QString& address);
     // The last visit for the user, or "never".
     QString GetLastVisit(const QString& address);
+    // The last visit as stored, for computing with: the display text of GetLastVisit is the
+    // user's locale's and reads back wrongly in day-first locales. nullopt for none ("never").
+    std::optional<QDateTime> LastVisitDate(const QString& address);
     int GetTotalVisits(const QString& address);
 
     // The value as a date and time when it reads as one; today at midnight otherwise.

@@ -127,3 +127,42 @@ TEST_F(TestShortcutList, AVisitRedrawsTheFirstRowOfThatAddress)
     EXPECT_EQ(f.form.lblLastEntry.text(), QStringLiteral("3/10/2005 12:00 PM"));
 }
 } // namespace
+
+namespace {
+// In every locale a visit reads back as the day it was made, and the due icons come out the
+// same: they are worked out from the stored visit, never from its display text.
+TEST_F(TestShortcutList, VisitsAndDueIconsAreTheSameInEveryLocale)
+{
+    setMax(2);
+    shortcut(1, "Daily", "http://daily.example/", 1, "3/1/2005");
+    shortcut(2, "Weekly", "http://weekly.example/", 2, "3/1/2005");
+    f.form.Form_Load();
+    const auto icons = [&] {
+        f.form.shortcutList().RequeryShortcuts();
+        return QList<int>{f.form.lvShortcuts.row(0).icon, f.form.lvShortcuts.row(1).icon};
+    };
+    // US English, where month and day come in the stored order, is the reference.
+    QMap<int, QList<int>> reference;
+    for (const char* name : {"en_US", "en_GB", "fr_FR", "de_DE", "ja_JP"}) {
+        QLocale::setDefault(QLocale(QString::fromLatin1(name)));
+        for (int day = 1; day <= 12; ++day) {
+            f.clock.current = QDateTime(QDate(2005, 3, day), QTime(9, 30));
+            f.form.siteFiles().SetLastVisit("http://daily.example/");
+            const auto visit = f.form.siteFiles().LastVisitDate("http://daily.example/");
+            ASSERT_TRUE(visit) << name << " day " << day;
+            EXPECT_EQ(visit->date(), QDate(2005, 3, day)) << name;
+            // The day of the visit and the day after, as the list shows them.
+            QList<int> shown = icons();
+            f.clock.current = f.clock.current.addDays(1);
+            shown += icons();
+            if (!reference.contains(day))
+                reference.insert(day, shown);
+            EXPECT_EQ(shown, reference.value(day)) << name << " day " << day;
+        }
+    }
+    // The reference itself: visited today is not due; a daily visit goes due the day after.
+    EXPECT_EQ(reference.value(5), (QList<int>{2, 3, 5, 3}));
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    EXPECT_TRUE(f.boxes.shown.empty());
+}
+} // namespace

@@ -8,7 +8,7 @@ namespace {
 const QString StoredDateTime = QStringLiteral("M/d/yyyy h:mm:ss AP");
 const QString StoredDate = QStringLiteral("M/d/yyyy");
 
-QString shortDateFormat(const QLocale& locale)
+QString shortDateFormatOf(const QLocale& locale)
 {
     QString format = locale.dateFormat(QLocale::ShortFormat);
     // A two-digit year is ambiguous across centuries; show all four digits.
@@ -108,7 +108,7 @@ std::optional<QDateTime> DateText::toDateTime(const QString& text)
         return iso.startOfDay();
     const QLocale user;
     // What display() shows reads back too.
-    for (const QString& format : {shortDateFormat(user) + QStringLiteral(" h:mm AP"), shortDateFormat(user)}) {
+    for (const QString& format : {shortDateFormatOf(user) + QStringLiteral(" h:mm AP"), shortDateFormatOf(user)}) {
         if (const QDateTime value = user.toDateTime(trimmed, format); value.isValid())
             return value;
     }
@@ -121,12 +121,17 @@ std::optional<QDateTime> DateText::toDateTime(const QString& text)
     return std::nullopt;
 }
 
+QString DateText::shortDateFormat()
+{
+    return shortDateFormatOf(QLocale());
+}
+
 QString DateText::display(const QDateTime& value)
 {
     const QLocale locale;
     const QTime time = value.time();
     const int hour12 = time.hour() % 12 == 0 ? 12 : time.hour() % 12;
     const QString designator = time.hour() < 12 ? locale.amText() : locale.pmText();
-    return locale.toString(value.date(), shortDateFormat(locale)) + QLatin1Char(' ') +
+    return locale.toString(value.date(), shortDateFormatOf(locale)) + QLatin1Char(' ') +
            QStringLiteral("%1:%2 %3").arg(hour12).arg(time.minute(), 2, 10, QLatin1Char('0')).arg(designator);
 }

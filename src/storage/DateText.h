@@ -15,5 +15,7 @@ std::optional<QDateTime> toDateTime(const QString& text);
 
 // For the user: the locale's short date (with a four-digit year), a blank and "h:mm AM".
 QString display(const QDateTime& value);
+// The user's locale's short date form, with a four-digit year.
+QString shortDateFormat();
 
 } // namespace DateText

@@ -1,6 +1,7 @@
 #include "ShortcutDialog.h"
 
 #include "ControlBinding.h"
+#include "DateText.h"
 #include "FormDialog.h"
 
 #include <QComboBox>
@@ -12,7 +13,8 @@ QDateEdit* datePicker(DateControl& control)
 {
     auto* picker = new QDateEdit;
     picker->setCalendarPopup(true);
-    picker->setDisplayFormat(QStringLiteral("M/d/yyyy"));
+    // As the user writes dates, not as the data files keep them.
+    picker->setDisplayFormat(DateText::shortDateFormat());
     ControlBinding::bindDate(control, picker);
     return picker;
 }

@@ -165,7 +165,10 @@ TEST_F(TestGuiShortcuts, TypingInTheMiddleOfATitleStaysThere)
     QString typed;
     int cursor = -1;
     QString undone;
+    QString dateForm;
+    QLocale::setDefault(QLocale(QStringLiteral("en_GB")));
     inEditor([&](QDialog& dialog) {
+        dateForm = dialog.findChild<QDateEdit*>("dtExpires")->displayFormat();
         auto* title = dialog.findChild<QLineEdit*>("txtTitle");
         title->setFocus();
         title->setCursorPosition(6); // "Spring| Sweepstakes"
@@ -177,6 +180,8 @@ TEST_F(TestGuiShortcuts, TypingInTheMiddleOfATitleStaysThere)
         press(dialog, "cmdCancel");
     });
     window.findChild<QPushButton*>("cmdAddShortcut")->click();
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    EXPECT_EQ(dateForm, QStringLiteral("dd/MM/yyyy")); // the user's locale, not the files' form
     EXPECT_EQ(typed, QStringLiteral("Spring Big Sweepstakes"));
     EXPECT_EQ(cursor, 10);
     EXPECT_NE(undone, typed); // the typing can be taken back

@@ -130,6 +130,12 @@ protected:
                 {{"type", type}, {"key", "Tab"}, {"code", "Tab"}, {"windowsVirtualKeyCode", 9}});
         }
     }
+    // No error box came up; if one did, its text says why.
+    void expectNoErrorBox()
+    {
+        EXPECT_TRUE(f.boxes.shown.empty())
+            << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
+    }
     QString stored(const QString& file, const QString& section, const QString& key)
     {
         return f.ini.readEntry(f.dataFile(file), section, key)

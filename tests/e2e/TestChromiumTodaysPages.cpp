@@ -95,11 +95,6 @@ protected:
         return f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, QLatin1String(key))
             .value_or(QStringLiteral("<missing>"));
     }
-    void expectNoErrorBox()
-    {
-        EXPECT_TRUE(f.boxes.shown.empty())
-            << (f.boxes.shown.empty() ? "" : f.boxes.shown[0].text.toStdString());
-    }
     // Whether the page's script can be reached (it cannot while the page shows a dialog).
     bool answers(const std::shared_ptr<CdpBrowser>& page)
     {

@@ -12,6 +12,12 @@
 namespace {
 constexpr int NotSupported = 438;
 
+// The script's snapshot() answer: JSON text, which the browser passes on faster than an object.
+QJsonObject snapshotFrom(const QJsonValue& answer)
+{
+    return QJsonDocument::fromJson(answer.toString().toUtf8()).object();
+}
+
 QString literal(const QJsonValue& value)
 {
     return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
@@ -104,7 +110,7 @@ void CdpDocument::prefetch(std::function<void()> done)
     m_shell.evaluateAnswered(m_session, m_context, QStringLiteral("window.__tolvane.snapshot()"),
                              [self, done = std::move(done)](const QJsonValue& value) {
                                  if (const auto document = self.lock())
-                                     document->m_prefetched = QJsonDocument::fromJson(value.toString().toUtf8()).object();
+                                     document->m_prefetched = snapshotFrom(value);
                                  done();
                              });
 }
@@ -130,7 +136,7 @@ void CdpDocument::readAhead() const
     else if (!m_prefetched.isEmpty())
         snapshot = std::exchange(m_prefetched, {});
     else
-        snapshot = QJsonDocument::fromJson(run(QStringLiteral("snapshot()")).toString().toUtf8()).object();
+        snapshot = snapshotFrom(run(QStringLiteral("snapshot()")));
     const QJsonObject texts = snapshot.value(QLatin1String("doc")).toObject();
     for (auto text = texts.begin(); text != texts.end(); ++text)
         m_batchTexts.insert(text.key(), text.value().toString());
@@ -265,11 +271,12 @@ void CdpDocument::raise(const QString& kind, const QJsonObject& report)
     // The page has moved on since anything fetched ahead.
     m_prefetched = {};
     const std::optional<qint64> outer = m_event.activeId;
-    const QJsonValue active = report.value(QLatin1String("active"));
-    if (!active.isUndefined())
-        noteActive(active.toInteger());
-    m_event = {active.isUndefined() ? std::nullopt : std::optional<qint64>(active.toInteger()),
-               report.value(QLatin1String("fields")).toObject(), report.value(QLatin1String("doc")).toObject(),
+    std::optional<qint64> active;
+    if (const QJsonValue reported = report.value(QLatin1String("active")); !reported.isUndefined()) {
+        active = reported.toInteger();
+        noteActive(*active);
+    }
+    m_event = {active, report.value(QLatin1String("fields")).toObject(), report.value(QLatin1String("doc")).toObject(),
                report.value(QLatin1String("lists")).toObject()};
     for (const auto& sink : m_sinks.snapshot()) {
         try {

@@ -440,7 +440,8 @@ bool CdpShell::frameShowsBlank(const QString& sessionId, const QString& frameId)
     try {
         // A document that has already gone answers with no address: nothing to fill either.
         const DocPtr shown = documentFor(sessionId, frameId);
-        return !shown || shown->url().isEmpty() || shown->url() == QLatin1String("about:blank");
+        const QString url = shown ? shown->url() : QString();
+        return url.isEmpty() || url == QLatin1String("about:blank");
     } catch (const AppError&) {
         return true;
     }

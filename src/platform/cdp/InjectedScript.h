@@ -198,7 +198,8 @@ inline QString source()
     if (watcher) return;
     watcher = new MutationObserver(mutated);
     // What is there at completion is the page's own, which its fill takes.
-    for (const name of fieldNames) for (const el of fieldsByName()[name]) claimed.add(el);
+    const found = fieldsByName();
+    for (const name of fieldNames) for (const el of found[name]) claimed.add(el);
     watcher.observe(document, { childList: true, subtree: true });
   };
   window.__tolvane = {

@@ -3,6 +3,7 @@
 // What the benchmarks share: the 100-field page and its script, medians, event-loop waits and
 // the data files they start from.
 #include "AppError.h"
+#include "DateText.h"
 #include "PumpUntil.h"
 #include "IniFileStore.h"
 #include "ValueStore.h"
@@ -62,7 +63,7 @@ inline void rememberHundredFields(ValueStore& values, const QString& url)
 inline void writeShortcuts(IniFileStore& ini, const QString& file, int count,
                            const std::function<void(const QString&)>& markVisit)
 {
-    const QString start = QDate::currentDate().addYears(-30).toString(QStringLiteral("M/d/yyyy"));
+    const QString start = DateText::fromDate(QDate::currentDate().addYears(-30));
     for (int n = 1; n <= count; ++n) {
         const QString section = QStringLiteral("Shortcut%1").arg(n);
         const QString url = QStringLiteral("http://contest%1.example/enter").arg(n);

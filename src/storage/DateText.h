@@ -3,9 +3,10 @@
 #include <QDateTime>
 #include <optional>
 
-// Dates as the data files hold them: one fixed form that reads back the same on every machine
-// ("M/D/YYYY h:mm:ss AM", or "M/D/YYYY" for a date alone). Reading also accepts ISO 8601 and
-// the user's locale, for files written elsewhere.
+// Dates as the data files hold them: ISO 8601 ("YYYY-MM-DD hh:mm:ss", or "YYYY-MM-DD" for a
+// date alone), which reads back the same in every locale, on every machine, and in the Windows
+// release. Reading also accepts what the Windows release wrote in the user's locale and the
+// "M/D/YYYY h:mm:ss AM" form of earlier versions.
 namespace DateText {
 
 QString fromDateTime(const QDateTime& value);

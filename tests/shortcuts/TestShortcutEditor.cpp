@@ -80,7 +80,7 @@ TEST_F(TestShortcutEditor, AddingFillsTheDialogFromTheActivePage)
     EXPECT_EQ(ends, QDate(2006, 3, 10));
     const std::pair<const char*, const char*> written[] = {
         {"Title", "Win a Car"}, {"URL", "http://cars.example/win"}, {"Remind", "0"},
-        {"StartDate", "3/10/2005"}, {"Expires", "3/10/2006"}, {"LastVisit", "never"},
+        {"StartDate", "2005-03-10"}, {"Expires", "2006-03-10"}, {"LastVisit", "never"},
         {"Source", ""}, {"Notes", ""}};
     for (const auto& [k, v] : written)
         EXPECT_EQ(key(1, k), QString::fromLatin1(v)) << k;
@@ -108,7 +108,7 @@ TEST_F(TestShortcutEditor, EditingRewritesTheEightKeysAndLeavesMax)
     EXPECT_EQ(shownExpires, QDate(2006, 3, 10)); // missing "Expires": a year from today
     const std::pair<const char*, const char*> written[] = {
         {"Title", "New title"}, {"URL", "http://old.example/"}, {"Remind", "3"},
-        {"StartDate", "4/1/2005"}, {"Expires", "3/10/2006"}, {"LastVisit", "never"},
+        {"StartDate", "2005-04-01"}, {"Expires", "2006-03-10"}, {"LastVisit", "never"},
         {"Source", "Newspaper"}, {"Notes", "Enter daily"}};
     for (const auto& [k, v] : written)
         EXPECT_EQ(key(2, k), QString::fromLatin1(v)) << k;

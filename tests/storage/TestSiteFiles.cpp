@@ -126,7 +126,7 @@ TEST_F(TestSiteFiles, DamagedRecordsCountAsTheSystemSays)
     EXPECT_EQ(errors.reports[1].procedure, QStringLiteral("SetLastVisit"));
     // What was written before the failure stays written; the count is left alone.
     EXPECT_EQ(raw(QStringLiteral("zP.EXAMPLE!.ini"), QStringLiteral("URL"), QStringLiteral("LastVisit")),
-              QStringLiteral("5/2/2026 10:00:00 AM"));
+              QStringLiteral("2026-05-02 10:00:00"));
     EXPECT_EQ(raw(QStringLiteral("zP.EXAMPLE!.ini"), QStringLiteral("URL"), QStringLiteral("Visits")),
               QStringLiteral("2147483647"));
 }

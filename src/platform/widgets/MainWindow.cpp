@@ -1,6 +1,7 @@
 #include "MainWindow.h"
 
 #include "ControlBinding.h"
+#include "FittingFont.h"
 #include "HelpWindow.h"
 #include "Twips.h"
 #include "frmMain.h"
@@ -22,6 +23,10 @@ using namespace ControlBinding;
 namespace {
 // The docked bar's outer width: 2625 twips.
 constexpr int BarWidth = 175;
+// Controls end 60 twips before the client area's right edge.
+constexpr int RightMargin = 4;
+// Below this the captions would no longer be readable; they are cut off instead.
+constexpr double SmallestFontPoints = 6.5;
 
 template <class W> W* child(QWidget* parent)
 {
@@ -82,6 +87,8 @@ MainWindow::MainWindow(frmMain& form, QWidget* parent) : QWidget(parent), m_form
     bind(form.StatusBar, status);
 
     bindTimer(form.TimerClearStatus, this);
+    stretchValues();
+    FittingFont::shrinkToFit(this, SmallestFontPoints);
 
     auto* helpKey = new QShortcut(QKeySequence(Qt::Key_F1), this);
     helpKey->setContext(Qt::ApplicationShortcut);
@@ -111,6 +118,8 @@ void MainWindow::buildBottomPanel()
     bind(m_form.fraBottom, m_bottom);
     for (Control* control : {&m_form.Label1, &m_form.lblLastEntry, &m_form.Label3, &m_form.lblEntries})
         bind(*control, child<QLabel>(m_bottom));
+    for (Control* value : {&m_form.lblLastEntry, &m_form.lblEntries})
+        connect(value, &Control::changed, this, &MainWindow::stretchValues);
     separator(2, m_bottom);
     bindCheckBox(m_form.chkAutoJump, child<QCheckBox>(m_bottom));
     bind(m_form.cmdPause, child<QPushButton>(m_bottom));
@@ -125,6 +134,17 @@ void MainWindow::alignBottom()
     const QRect panel = m_form.fraBottom.geometry();
     m_form.StatusBar.setGeometry(QRect(0, height - status.height(), width, status.height()));
     m_form.fraBottom.setGeometry(QRect(0, height - status.height() - panel.height(), width, panel.height()));
+    stretchValues();
+}
+
+void MainWindow::stretchValues()
+{
+    // A date and time do not fit the width the values were placed in; the panel is empty to
+    // their right, so they reach to its margin.
+    for (const char* name : {"lblLastEntry", "lblEntries"}) {
+        auto* value = m_bottom->findChild<QLabel*>(QLatin1String(name));
+        value->resize(std::max(value->width(), m_bottom->width() - value->x() - RightMargin), value->height());
+    }
 }
 
 void MainWindow::openHelp()

@@ -29,6 +29,7 @@ private:
     QWidget* label(int index);
     // The panel and the status line stay at the bottom, as wide as the window.
     void alignBottom();
+    void stretchValues();
 
     frmMain& m_form;
     HelpWindow* m_help = nullptr;

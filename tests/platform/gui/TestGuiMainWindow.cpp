@@ -1,5 +1,6 @@
 // The bar as real widgets, offscreen: every control with its name, text and kind, and the
 // user's clicks reaching the form.
+#include "DateText.h"
 #include "FormFixture.h"
 #include "HelpWindow.h"
 #include "MainWindow.h"
@@ -72,6 +73,39 @@ TEST_F(TestGuiMainWindow, EveryControlIsThereWithItsTextAndKind)
     EXPECT_EQ(autoJump->toolTip(),
               QStringLiteral("When checked, web pages will automatically show the first input box."));
     EXPECT_TRUE(widget<QLabel>("lblHelp")->font().bold());
+}
+
+// Tahoma is seldom installed; the font standing in for it is wider. Every caption must still be
+// whole, and the values below the list must show a whole date in any locale.
+TEST_F(TestGuiMainWindow, EveryCaptionAndValueShowsWhole)
+{
+    window.show();
+    const auto shownWidth = [](const QAbstractButton* button) {
+        return button->fontMetrics().horizontalAdvance(QString(button->text()).remove(QLatin1Char('&')));
+    };
+    const auto checkAll = [&](const std::string& when) {
+        for (QLabel* label : window.findChildren<QLabel*>()) {
+            if (label->text().isEmpty())
+                continue;
+            EXPECT_LE(label->sizeHint().width(), label->width()) << label->objectName().toStdString() << when;
+            EXPECT_LE(label->fontMetrics().height(), label->height()) << label->objectName().toStdString();
+        }
+        for (QPushButton* button : window.findChildren<QPushButton*>())
+            EXPECT_LT(shownWidth(button), button->width()) << button->objectName().toStdString() << when;
+        auto* autoJump = widget<QCheckBox>("chkAutoJump");
+        EXPECT_LE(autoJump->sizeHint().width(), autoJump->width()) << when;
+    };
+    checkAll(" at start");
+    const QDateTime late(QDate(2026, 12, 28), QTime(12, 59));
+    for (const char* locale : {"en_US", "en_GB", "de_DE", "ja_JP"}) {
+        QLocale::setDefault(QLocale(QString::fromLatin1(locale)));
+        f.form.lblLastEntry.setText(DateText::display(late));
+        f.form.lblEntries.setText(QStringLiteral("12345"));
+        checkAll(std::string(" with a visit shown in ") + locale);
+    }
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    // Shrinking stops where the text would no longer be readable.
+    EXPECT_GE(window.font().pointSizeF(), 6.5);
 }
 
 TEST_F(TestGuiMainWindow, LoadShowsCaptionSettingAndStatus)

@@ -49,14 +49,10 @@ int main(int argc, char* argv[])
             throw AppError(ErrorNumber::FileNotFound, QStringLiteral("No Chromium-family browser is installed."));
         return ChromiumProcess::start(browser, started->DataFolder() + QStringLiteral("/Browser Profile"));
     });
-    shell.setAddressOpener([&shellWindows](const QString& address) {
-        try {
-            shellWindows.OpenAddress(address);
-            return true;
-        } catch (const AppError&) {
-            return false;
-        }
-    });
+    // Addresses open in the followed browser, which is started again when it has gone; the
+    // desktop's handler opens them only when there is no browser to follow.
+    if (qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") || !BrowserLocator::executable().isEmpty())
+        shell.setAddressOpener([&shellWindows](const QString& address) { shellWindows.OpenAddress(address); }, boxes);
     QtTextMetrics metrics;
     ShortcutDialogDisplay shortcutEditor;
     ProfilesDialogDisplay profilesEditor;

@@ -3,6 +3,7 @@
 #include "AppError.h"
 #include "BrowserLocator.h"
 #include "DefaultApplication.h"
+#include "MessageBoxes.h"
 
 #include "Controls.h"
 
@@ -10,7 +11,6 @@
 #include <QCursor>
 #include <QDesktopServices>
 #include <QMenu>
-#include <QProcess>
 #include <QUrl>
 #include <QDir>
 #include <QKeyEvent>
@@ -145,12 +145,17 @@ void DesktopShell::SendKeys(const QString& keys)
 void DesktopShell::OpenAddress(const QString& address)
 {
     // In the followed browser when there is one, else with the desktop's own handler.
-    if (m_opener && m_opener(address))
+    if (!m_opener) {
+        QDesktopServices::openUrl(QUrl::fromUserInput(address));
         return;
-    if (!m_browser.isEmpty() &&
-        QProcess::startDetached(m_browser, {QStringLiteral("--start-maximized"), address}))
-        return;
-    QDesktopServices::openUrl(QUrl::fromUserInput(address));
+    }
+    try {
+        m_opener(address);
+    } catch (const AppError& error) {
+        // Once per attempt: the user asked for the page and must learn why nothing came.
+        m_notices->show(QStringLiteral("Tolvane could not open %1 in the browser.\n\n%2").arg(address, error.description()),
+                        MsgButtons::Ok, MsgIcon::Exclamation, QStringLiteral("Tolvane"));
+    }
 }
 
 namespace {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 
+class MessageBoxes;
 class QWidget;
 
 // The shell services on a desktop: an instance lock in the temporary folder, the installed
@@ -20,9 +21,13 @@ public:
 
     // Where SendKeys delivers its keys when no widget of the program has the focus.
     void setKeyTarget(QWidget* target);
-    // Opens addresses in the followed browser; false when it cannot, and the address then goes
-    // to the browser started on its own, or to the desktop.
-    void setAddressOpener(std::function<bool(const QString&)> opener) { m_opener = std::move(opener); }
+    // Opens addresses in the followed browser (throwing AppError when it cannot, which the user
+    // is told in a message box). Without one, addresses go to the desktop's own handler.
+    void setAddressOpener(std::function<void(const QString&)> opener, MessageBoxes& notices)
+    {
+        m_opener = std::move(opener);
+        m_notices = &notices;
+    }
 
     bool IsAnotherInstanceRunning() override;
     BrowserIdentity browserIdentity() override;
@@ -43,5 +48,6 @@ private:
     bool m_versionAsked = false;
     std::optional<BrowserLocator::VersionInfo> m_version;
     QPointer<QWidget> m_keyTarget;
-    std::function<bool(const QString&)> m_opener;
+    std::function<void(const QString&)> m_opener;
+    MessageBoxes* m_notices = nullptr;
 };

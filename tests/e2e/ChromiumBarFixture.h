@@ -28,9 +28,15 @@ protected:
         const QString chromium = QStandardPaths::findExecutable(QStringLiteral("chromium"));
         if (chromium.isEmpty())
             GTEST_SKIP() << "chromium is not installed";
-        shell = std::make_unique<CdpShell>([this, chromium] {
+        m_chromium = chromium;
+        startBar();
+    }
+    // The bar and the browser it starts with the fixture's profile, as a user's start does.
+    void startBar()
+    {
+        shell = std::make_unique<CdpShell>([this] {
             return ChromiumProcess::start(
-                chromium, profile.path(),
+                m_chromium, profile.path(),
                 {QStringLiteral("--headless"), QStringLiteral("--disable-gpu"),
                  QStringLiteral("--disable-dev-shm-usage"), QStringLiteral("about:blank")});
         });
@@ -40,6 +46,13 @@ protected:
         form->Form_Load();
         form->window.setVisible(true);
         ASSERT_TRUE(shell->isConnected());
+    }
+    // Exit: the bar unloads, then its browser is closed.
+    void stopBar()
+    {
+        form->Form_Unload();
+        form.reset();
+        shell.reset();
     }
     void TearDown() override
     {
@@ -143,6 +156,7 @@ protected:
     }
 
     QTemporaryDir profile;
+    QString m_chromium;
     FormFixture f;
     SystemClock clock;
     QtMessagePump pump;

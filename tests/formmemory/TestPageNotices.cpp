@@ -67,4 +67,18 @@ TEST_F(TestPageNotices, BrowserStatusTextsReachTheStatusLine)
     window->statusText(QStringLiteral("http://a/next"));
     EXPECT_EQ(statuses, (QStringList{" loading ... 25%", " http://a/next"}));
 }
+// The active page outlives its window: the bar keeps its title and address, so that a page the
+// user has just closed can still be added as a shortcut.
+TEST_F(TestPageNotices, TheActivePageStaysShownWhenItsWindowCloses)
+{
+    auto page = std::make_shared<ModelDocument>(QStringLiteral("http://a.example/draw"), QStringLiteral("Spring draw"));
+    load(page);
+    page->activate();
+    ASSERT_TRUE(f.form.cmdAddShortcut.isEnabled());
+    f.shellWindows.close(window);
+    EXPECT_EQ(f.form.tracking().upperBound(), 1);
+    EXPECT_EQ(f.form.txtActive.text(), QStringLiteral("Spring draw"));
+    EXPECT_EQ(f.form.txtURL.text(), QStringLiteral("http://a.example/draw"));
+    EXPECT_TRUE(f.form.cmdAddShortcut.isEnabled());
+}
 } // namespace

@@ -93,6 +93,8 @@ public:
     QStringList keysSent;
     QStringList filesAskedFor;
     QStringList opened;
+    // Where opened addresses go on to, in end-to-end tests.
+    std::function<void(const QString&)> onOpen;
     // What the user does with a pop-up menu once it is shown.
     std::function<void(MenuControl&, Control*)> onPopup;
     int popups = 0;
@@ -124,7 +126,12 @@ public:
     }
     QString ProgramFolder() override { return programFolder; }
     void SendKeys(const QString& keys) override { keysSent << keys; }
-    void OpenAddress(const QString& address) override { opened << address; }
+    void OpenAddress(const QString& address) override
+    {
+        opened << address;
+        if (onOpen)
+            onOpen(address);
+    }
     void PopupMenu(MenuControl& menu, Control* defaultItem) override
     {
         ++popups;

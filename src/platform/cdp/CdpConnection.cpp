@@ -217,9 +217,13 @@ void CdpConnection::onReceived(const QByteArray& bytes)
 void CdpConnection::onClosed(const QString& reason)
 {
     QMutexLocker lock(&m_mutex);
-    if (m_closedReason.isEmpty())
-        m_closedReason = reason;
+    if (!m_closedReason.isEmpty())
+        return;
+    m_closedReason = reason;
     m_answered.wakeAll();
+    // Told after every event the browser sent before it went.
+    m_events.push_back(Event{ClosedEvent, {{QStringLiteral("reason"), reason}}, {}, {}});
+    QMetaObject::invokeMethod(this, &CdpConnection::deliverOne, Qt::QueuedConnection);
 }
 
 void CdpConnection::deliverOne()

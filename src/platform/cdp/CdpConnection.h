@@ -29,6 +29,8 @@ public:
         // Set for the answer to callLater: it runs in place of the event handler.
         std::function<void()> answer;
     };
+    // The last event of a connection: the browser went away (params: "reason").
+    static inline const QString ClosedEvent = QStringLiteral("Connection.closed");
     using Answer = std::function<void(const QJsonObject& result, const QString& error)>;
     // Makes the transport on the connection's own thread; may throw AppError.
     using TransportFactory = std::function<CdpTransport*()>;

@@ -115,6 +115,11 @@ void CdpShell::connect()
     }
 }
 
+bool CdpShell::isConnected() const
+{
+    return m_browser && !m_browser->connection().isClosed();
+}
+
 CdpConnection& CdpShell::cdp()
 {
     connect();
@@ -179,7 +184,49 @@ bool CdpShell::isVisibleTab(const QString& targetId)
 
 void CdpShell::OpenAddress(const QString& address)
 {
+    // A browser that has gone (closed by the user, crashed, never started) is started again
+    // for it; its windows are taken up as they come, as at start-up.
+    if (!isConnected())
+        reconnect();
     cdp().call(QStringLiteral("Target.createTarget"), {{"url", address}, {"newWindow", true}});
+}
+
+void CdpShell::reconnect()
+{
+    if (m_browser) {
+        m_browser->connection().setEventHandler(nullptr);
+        m_browser->connection().setIoHook(nullptr);
+    }
+    m_browser.reset();
+    m_dialogs.reset();
+    // What was known belongs to the old browser; handles go on counting, so none is reused.
+    m_targets.clear();
+    m_pageOrder.clear();
+    m_sessionTargets.clear();
+    m_contexts.clear();
+    m_contextFrames.clear();
+    m_frameUrls.clear();
+    m_reportedActive.clear();
+    m_documents.clear();
+    m_progress.clear();
+    m_connectFailure.clear();
+    connect();
+    if (!isConnected())
+        throw browserError(m_connectFailure);
+}
+
+void CdpShell::onBrowserGone()
+{
+    bool hadWindows = false;
+    for (Target& target : m_targets) {
+        hadWindows = hadWindows || (target.open && target.browser);
+        target.open = false;
+    }
+    if (!hadWindows)
+        return;
+    // One pass of the window tracking frees every holder of the browser that went.
+    for (const auto& sink : m_sinks.snapshot())
+        sink->SW_WindowRevoked(0);
 }
 
 QJsonObject CdpShell::call(const QString& targetOrSession, const QString& method, const QJsonObject& params)
@@ -290,7 +337,9 @@ void CdpShell::onEvent(const CdpConnection::Event& event)
               qPrintable(QString::fromUtf8(QJsonDocument(event.params).toJson(QJsonDocument::Compact)).left(200)));
     const QString& method = event.method;
     const QJsonObject& params = event.params;
-    if (method == QLatin1String("Target.attachedToTarget")) {
+    if (method == CdpConnection::ClosedEvent) {
+        onBrowserGone();
+    } else if (method == QLatin1String("Target.attachedToTarget")) {
         onAttached(event);
     } else if (method == QLatin1String("Target.detachedFromTarget")) {
         onClosed(params.value("targetId").toString().isEmpty() ? m_sessionTargets.value(params.value("sessionId").toString())

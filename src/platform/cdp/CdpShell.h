@@ -28,9 +28,10 @@ public:
     void subscribe(const std::shared_ptr<ShellWindowEvents>& sink) override;
     void unsubscribe(const ShellWindowEvents* sink) override;
     void AppActivate(const QString& title) override;
-    // Opens a page in a new window of the followed browser.
+    // Opens a page in a new window of the followed browser, starting (or attaching to) it again
+    // when it has gone. Throws AppError when it cannot.
     void OpenAddress(const QString& address);
-    bool isConnected() const { return m_browser != nullptr; }
+    bool isConnected() const;
     ChromiumProcess* process() const { return m_browser.get(); }
 
     // For the browser, document and element objects.
@@ -62,6 +63,10 @@ private:
     };
 
     void connect();
+    // Drops the browser that went and everything known of it, and connects anew.
+    void reconnect();
+    // Every window of the browser closed at once.
+    void onBrowserGone();
     void onEvent(const CdpConnection::Event& event);
     void onAttached(const CdpConnection::Event& event);
     void onClosed(const QString& targetId);

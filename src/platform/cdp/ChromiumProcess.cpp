@@ -4,9 +4,12 @@
 #include "CdpConnection.h"
 #include "CdpTransport.h"
 
+#include <QDir>
+#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QSaveFile>
 #include <QTcpSocket>
 #include <QUrl>
 #include <fcntl.h>
@@ -51,8 +54,7 @@ QString browserWebSocketUrl(const QString& endpoint)
 
 ChromiumProcess::~ChromiumProcess()
 {
-    m_connection.reset();
-    kill();
+    close();
 }
 
 QStringList ChromiumProcess::baseArguments(const QString& profileFolder)
@@ -99,17 +101,29 @@ std::unique_ptr<ChromiumProcess> ChromiumProcess::start(const QString& executabl
         ::dup2(childRead, 3);
         ::dup2(childWrite, 4);
     });
+    restoreSessionsIn(profileFolder);
     browser->m_process->start();
     ::close(childRead);
     ::close(childWrite);
     if (!browser->m_process->waitForStarted(10000)) {
         ::close(toBrowser[1]);
         ::close(fromBrowser[0]);
-        throw browserError(QStringLiteral("The browser %1 could not be started.").arg(executable));
+        throw browserError(QStringLiteral("The browser %1 could not be started: %2")
+                               .arg(executable, browser->m_process->errorString()));
     }
     const int readFd = fromBrowser[0];
     const int writeFd = toBrowser[1];
     browser->m_connection = std::make_unique<CdpConnection>([readFd, writeFd] { return new PipeTransport(readFd, writeFd); });
+    // A browser that ends at once (a broken installation, a wrapper that fails) is told as such.
+    try {
+        browser->m_connection->call(QStringLiteral("Browser.getVersion"));
+    } catch (const AppError& error) {
+        if (browser->m_process->waitForFinished(2000))
+            throw browserError(QStringLiteral("The browser %1 ended as soon as it started (exit code %2).")
+                                   .arg(executable)
+                                   .arg(browser->m_process->exitCode()));
+        throw;
+    }
     return browser;
 }
 
@@ -121,11 +135,61 @@ std::unique_ptr<ChromiumProcess> ChromiumProcess::attach(const QString& endpoint
     return browser;
 }
 
+void ChromiumProcess::close()
+{
+    if (m_process && m_process->state() != QProcess::NotRunning) {
+        if (m_connection && !m_connection->isClosed()) {
+            try {
+                m_connection->call(QStringLiteral("Browser.close"));
+            } catch (const AppError&) {
+                // It may close its pipe before it answers.
+            }
+        }
+        m_connection.reset(); // a browser whose pipe closes quits cleanly too
+        if (!m_process->waitForFinished(15000)) {
+            m_process->terminate();
+            if (!m_process->waitForFinished(5000))
+                kill();
+        }
+    }
+    m_connection.reset();
+}
+
 void ChromiumProcess::kill()
 {
     if (m_process && m_process->state() != QProcess::NotRunning) {
         m_process->kill();
         m_process->waitForFinished(5000);
+    }
+}
+
+void ChromiumProcess::restoreSessionsIn(const QString& profileFolder)
+{
+    // Chromium's own setting "Continue where you left off": 1 in session.restore_on_startup.
+    const QString folder = profileFolder + QStringLiteral("/Default");
+    const QString path = folder + QStringLiteral("/Preferences");
+    QJsonObject preferences;
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly)) {
+        QJsonParseError error;
+        const QJsonDocument read = QJsonDocument::fromJson(file.readAll(), &error);
+        if (error.error != QJsonParseError::NoError || !read.isObject())
+            return;
+        preferences = read.object();
+    } else if (file.exists()) {
+        return;
+    }
+    file.close();
+    QJsonObject session = preferences.value(QStringLiteral("session")).toObject();
+    if (session.contains(QStringLiteral("restore_on_startup")))
+        return;
+    session.insert(QStringLiteral("restore_on_startup"), 1);
+    preferences.insert(QStringLiteral("session"), session);
+    QDir().mkpath(folder);
+    QSaveFile out(path);
+    if (out.open(QIODevice::WriteOnly)) {
+        out.write(QJsonDocument(preferences).toJson(QJsonDocument::Compact));
+        out.commit();
     }
 }
 

@@ -21,12 +21,19 @@ public:
     static std::unique_ptr<ChromiumProcess> attach(const QString& endpoint);
 
     CdpConnection& connection() { return *m_connection; }
-    // Ends a browser this object started; an attached one is left running.
+    // Closes a browser this object started as its own Quit does: every window closed and the
+    // profile written, so that its next start shows no crash prompt and reopens the tabs. An
+    // attached browser is left running. Also done on destruction.
+    void close();
+    // Ends a browser this object started at once, as a crash would.
     void kill();
     qint64 processId() const;
 
     // The flags every browser Tolvane starts gets (quiet on a closed network).
     static QStringList baseArguments(const QString& profileFolder);
+    // Sets the profile to reopen the last session's tabs at start, unless its user chose
+    // another start-up page there. A settings file the browser could not read is left alone.
+    static void restoreSessionsIn(const QString& profileFolder);
 
 private:
     ChromiumProcess() = default;

@@ -1,0 +1,162 @@
+// The browser's life beside the bar: gone and started again for the next shortcut, closed
+// cleanly on Exit, its tabs back at the next start; and a browser that cannot run is said once.
+#include "BrowserTracking.h"
+#include "ChromiumBarFixture.h"
+#include "DesktopShell.h"
+#include "ShortcutCommands.h"
+
+#include <QDir>
+#include <QJsonDocument>
+#include <csignal>
+
+namespace {
+const QByteArray FormPage = "<html><head><title>Prize draw</title></head><body>"
+                            "<form><input name=fname><input type=email name=mail></form>"
+                            "<p style='height:600px'>Good luck</p></body></html>";
+
+class TestChromiumBrowserLife : public ChromiumBarFixture
+{
+protected:
+    QMap<QString, QByteArray> pages() const override
+    {
+        return {{"/draw.html", FormPage},
+                {"/a.html", "<title>Tab A</title><p>a</p>"},
+                {"/b.html", "<title>Tab B</title><p>b</p>"}};
+    }
+    void SetUp() override
+    {
+        ChromiumBarFixture::SetUp();
+        // Addresses the logic opens go to the desktop's opener, which goes to the followed browser.
+        desktop.setAddressOpener([this](const QString& address) { shell->OpenAddress(address); }, f.boxes);
+        f.shell.onOpen = [this](const QString& address) { desktop.OpenAddress(address); };
+    }
+    QStringList pageUrls()
+    {
+        QStringList urls;
+        for (const BrowserPtr& window : shell->items())
+            urls << window->LocationURL();
+        return urls;
+    }
+    std::shared_ptr<CdpBrowser> windowShowing(const QString& url)
+    {
+        for (const BrowserPtr& window : shell->items()) {
+            if (window->LocationURL() == url)
+                return std::static_pointer_cast<CdpBrowser>(window);
+        }
+        return nullptr;
+    }
+    int heldWindows()
+    {
+        int held = 0;
+        for (int i = 1; i <= form->tracking().upperBound(); ++i)
+            held += BrowserTracking::GetHWND(form->tracking().holder(i)->InternetExplorer()) != 0;
+        return held;
+    }
+    QString exitType()
+    {
+        QFile preferences(profile.path() + QStringLiteral("/Default/Preferences"));
+        if (!preferences.open(QIODevice::ReadOnly))
+            return QStringLiteral("<no preferences>");
+        return QJsonDocument::fromJson(preferences.readAll())
+            .object()
+            .value("profile")
+            .toObject()
+            .value("exit_type")
+            .toString();
+    }
+
+    DesktopShell desktop;
+};
+
+TEST_F(TestChromiumBrowserLife, AShortcutOpenedAfterTheBrowserDiedStartsItAgainAndItIsFollowed)
+{
+    const QString draw = server->url("/draw.html");
+    form->valueStore().SetValue(draw, "fname", "Ann");
+    const QString file = form->ShortcutsFile();
+    f.ini.writeEntry(file, "Shortcuts", "Max", "1");
+    f.ini.writeEntry(file, "Shortcut1", "Title", "Prize draw");
+    f.ini.writeEntry(file, "Shortcut1", "URL", draw);
+    form->shortcutList().RequeryShortcuts();
+    open(server->url("/a.html"));
+    ASSERT_GE(heldWindows(), 1);
+
+    const qint64 first = shell->process()->processId();
+    shell->process()->kill();
+    ASSERT_TRUE(waitFor([&] { return !shell->isConnected(); }));
+    // Its windows are no longer followed.
+    EXPECT_TRUE(waitFor([&] { return heldWindows() == 0; }));
+
+    // The user presses Enter on the shortcut.
+    form->lvShortcuts.setSelectedIndex(0);
+    form->shortcutCommands().lvShortcuts_KeyDown(13);
+    ASSERT_TRUE(shell->isConnected());
+    EXPECT_NE(shell->process()->processId(), first);
+    std::shared_ptr<CdpBrowser> page;
+    ASSERT_TRUE(waitFor([&] { return (page = windowShowing(draw)) != nullptr; })) << pageUrls().join(' ').toStdString();
+    EXPECT_TRUE(waitFor([&] { return fieldValue(page, "fname") == QLatin1String("Ann"); }));
+    // Followed as at start-up: typing is remembered, a click is a visit.
+    click(page, "[name=mail]");
+    type(page, QStringLiteral("ann@example.org"));
+    tab(page);
+    EXPECT_TRUE(waitFor([&] { return form->valueStore().GetValue(draw, "mail", "") == QLatin1String("ann@example.org"); }));
+    EXPECT_TRUE(waitFor([&] { return form->siteFiles().LastVisitDate(draw).has_value(); }));
+    expectNoErrorBox();
+}
+
+TEST_F(TestChromiumBrowserLife, ExitClosesTheBrowserCleanlyAndTheNextStartHasTheTabsBack)
+{
+    open(server->url("/a.html"));
+    open(server->url("/b.html"));
+    stopBar();
+    EXPECT_EQ(exitType(), QStringLiteral("Normal")); // no "Restore pages?" at the next start
+
+    startBar();
+    EXPECT_TRUE(waitFor([&] {
+        const QStringList urls = pageUrls();
+        return urls.contains(server->url("/a.html")) && urls.contains(server->url("/b.html"));
+    })) << pageUrls().join(' ').toStdString();
+    // The restored tabs are followed like any other.
+    EXPECT_TRUE(waitFor([&] { return heldWindows() >= 2; }));
+    expectNoErrorBox();
+}
+
+TEST_F(TestChromiumBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn)
+{
+    QTemporaryDir bin;
+    const QString endsAtOnce = bin.path() + QStringLiteral("/ends-at-once");
+    QFile script(endsAtOnce);
+    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+    script.write("#!/bin/sh\nexit 3\n");
+    script.close();
+    script.setPermissions(QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    struct Case
+    {
+        const char* name;
+        QString executable;
+        const char* says;
+    } cases[] = {
+        {"missing", bin.path() + QStringLiteral("/no-such-browser"), "could not be started"},
+        {"ends at once", endsAtOnce, "ended as soon as it started (exit code 3)"},
+    };
+    for (const Case& c : cases) {
+        stopBar();
+        shell = std::make_unique<CdpShell>([&c, this] { return ChromiumProcess::start(c.executable, profile.path()); });
+        form = std::make_unique<frmMain>(frmMain::Services{f.shell, f.settings, f.boxes, clock, f.ini, *shell, pump,
+                                                           f.metrics, f.editor, f.profilesEditor, f.docking});
+        f.boxes.shown.clear();
+        form->Form_Load();
+        for (int attempt = 1; attempt <= 2; ++attempt) {
+            desktop.OpenAddress(server->url("/draw.html"));
+            waitFor([] { return false; }, 200);
+            ASSERT_EQ(f.boxes.shown.size(), static_cast<size_t>(attempt)) << c.name;
+            const QString text = f.boxes.shown.back().text;
+            EXPECT_TRUE(text.contains(server->url("/draw.html")) && text.contains(QLatin1String(c.says)))
+                << c.name << ": " << text.toStdString();
+        }
+        // The bar's own work goes on.
+        form->cmdPause.click();
+        EXPECT_TRUE(form->isPaused()) << c.name;
+        form->cmdPause.click();
+    }
+}
+} // namespace

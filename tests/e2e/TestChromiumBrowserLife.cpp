@@ -129,18 +129,24 @@ TEST_F(TestChromiumBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheB
     script.write("#!/bin/sh\nexit 3\n");
     script.close();
     script.setPermissions(QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    const auto starting = [this](const QString& executable) {
+        return [this, executable] { return ChromiumProcess::start(executable, profile.path()); };
+    };
     struct Case
     {
         const char* name;
-        QString executable;
+        CdpShell::Connector connector;
         const char* says;
     } cases[] = {
-        {"missing", bin.path() + QStringLiteral("/no-such-browser"), "could not be started"},
-        {"ends at once", endsAtOnce, "ended as soon as it started (exit code 3)"},
+        {"missing", starting(bin.path() + QStringLiteral("/no-such-browser")), "could not be started"},
+        {"ends at once", starting(endsAtOnce), "ended as soon as it started (exit code 3)"},
+        // The user's own browser, attached to, has gone: nothing is started in its place.
+        {"attached, gone", [] { return ChromiumProcess::attach(QStringLiteral("http://127.0.0.1:1")); },
+         "Cannot reach the browser at http://127.0.0.1:1"},
     };
     for (const Case& c : cases) {
         stopBar();
-        shell = std::make_unique<CdpShell>([&c, this] { return ChromiumProcess::start(c.executable, profile.path()); });
+        shell = std::make_unique<CdpShell>(c.connector);
         form = std::make_unique<frmMain>(frmMain::Services{f.shell, f.settings, f.boxes, clock, f.ini, *shell, pump,
                                                            f.metrics, f.editor, f.profilesEditor, f.docking});
         f.boxes.shown.clear();

@@ -1,7 +1,22 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <memory>
+#include <utility>
+
+// What a page says about a form field besides its name: the texts a user reads beside it and the
+// declarations the page makes for browsers. Every text is the page's own and may be anything.
+struct FieldDescription
+{
+    QString autocomplete; // the standard autofill tokens, as declared
+    QString id;
+    QString label;        // its label's text, or the short caption just before it
+    QString placeholder;
+    QString ariaLabel;
+    QString inputType;    // the page's own input type (email, tel, date, ...), before any mapping
+    QList<std::pair<QString, QString>> options; // a list's option values and texts
+};
 
 // An element of a web page, as form capture and fill use it. A property the element does not
 // have, or a browser that no longer answers, throws AppError.
@@ -29,6 +44,8 @@ public:
     virtual void setSelectedIndex(int index) = 0;
     // The user has focused or edited this field; a fill of added fields leaves it alone.
     virtual bool userTouched() const { return false; }
+    // Text fields, text areas and lists; other elements describe nothing.
+    virtual FieldDescription description() const { return {}; }
 };
 
 using ElementPtr = std::shared_ptr<HtmlElement>;

@@ -3,6 +3,8 @@
 #include "AppError.h"
 #include "ErrorReport.h"
 #include "FieldKeys.h"
+#include "FieldMeaning.h"
+#include "MeaningValues.h"
 #include "ValueStore.h"
 
 void FormCapture::IEHolder_DocChanged(int /*Index*/, const DocPtr& document, const ElementPtr& element)
@@ -15,9 +17,11 @@ void FormCapture::IEHolder_DocChanged(int /*Index*/, const DocPtr& document, con
             captureInput(*document, *element);
         else if (tag == QLatin1String("select"))
             captureList(*document, *element);
-        else if (tag == QLatin1String("textarea"))
-            m_services.values.SetValue(document->URLUnencoded(), element->name(), element->innerText(),
-                                       ReachOf(element->name()));
+        else if (tag == QLatin1String("textarea")) {
+            const QString text = element->innerText();
+            m_services.values.SetValue(document->URLUnencoded(), element->name(), text, ReachOf(element->name()));
+            rememberMeaning(*element, text);
+        }
     } catch (const AppError& error) {
         m_services.errors.ReportError(error, QStringLiteral("IEHolder_DocChanged"));
     }
@@ -44,6 +48,16 @@ void FormCapture::captureInput(const HtmlDocument& document, HtmlElement& input)
         return;
     m_services.host.ShowStatus(key + QStringLiteral(" = ") + value);
     m_services.values.SetValue(document.URLUnencoded(), key, value, ReachOf(name));
+    if (KindOfInput(input.type()) == FieldKind::TextField)
+        rememberMeaning(input, value);
+}
+
+void FormCapture::rememberMeaning(const HtmlElement& field, const QString& value)
+{
+    FieldDescription described;
+    const Meaning meaning = MeaningOf(field, described);
+    if (meaning != Meaning::None)
+        m_services.values.SetMeaningValue(MeaningKey(meaning), value);
 }
 
 void FormCapture::captureList(const HtmlDocument& document, HtmlElement& list)
@@ -55,4 +69,9 @@ void FormCapture::captureList(const HtmlDocument& document, HtmlElement& list)
     if (index >= 1)
         m_services.values.SetValue(document.URLUnencoded(), SelectedIndexKey(name),
                                    QString::number(index), ReachOf(name));
+    // The chosen option's text says more on another site than its value ("Illinois", not "14").
+    FieldDescription described;
+    const Meaning meaning = MeaningOf(list, described);
+    if (meaning != Meaning::None)
+        m_services.values.SetMeaningValue(MeaningKey(meaning), ChosenOptionText(described.options, index, list.value()));
 }

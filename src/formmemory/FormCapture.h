@@ -14,6 +14,8 @@ public:
 private:
     void captureInput(const HtmlDocument& document, HtmlElement& input);
     void captureList(const HtmlDocument& document, HtmlElement& list);
+    // A field whose meaning is recognised is remembered by that meaning too, for every site.
+    void rememberMeaning(const HtmlElement& field, const QString& value);
 
     FormMemoryServices m_services;
 };

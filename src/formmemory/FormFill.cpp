@@ -4,6 +4,8 @@
 #include "Clock.h"
 #include "ErrorReport.h"
 #include "FieldKeys.h"
+#include "FieldMeaning.h"
+#include "MeaningValues.h"
 #include "MessagePump.h"
 #include "SiteFiles.h"
 #include "ValueStore.h"
@@ -88,8 +90,12 @@ void FormFill::fillInputs(const HtmlDocument& document, const QList<ElementPtr>&
     for (const ElementPtr& input : inputs) {
         switch (KindOfInput(input->type())) {
         case FieldKind::TextField: {
-            const QString remembered = m_services.values.GetValue(document.URLUnencoded(),
-                                                                  input->name(), input->value());
+            const QString name = input->name();
+            const QString remembered =
+                m_services.values.ValueOr(document.URLUnencoded(), name, ReachOf(name), [&] {
+                    const QString meant = meaningValue(*input);
+                    return meant.isEmpty() ? UnescapeLineBreaks(input->value()) : meant;
+                });
             if (input->value() != remembered) {
                 if (!changed.first)
                     changed.first = input;
@@ -118,8 +124,10 @@ void FormFill::fillTextAreas(const HtmlDocument& document, const QList<ElementPt
     for (const ElementPtr& area : areas) {
         const QString name = area->name();
         m_services.host.ShowStatus(QStringLiteral("retrieving ") + name);
-        area->setInnerText(m_services.values.GetValue(document.URLUnencoded(), name,
-                                                      area->innerText(), ReachOf(name)));
+        area->setInnerText(m_services.values.ValueOr(document.URLUnencoded(), name, ReachOf(name), [&] {
+            const QString meant = meaningValue(*area);
+            return meant.isEmpty() ? UnescapeLineBreaks(area->innerText()) : meant;
+        }));
         m_services.pump.DoEvents();
     }
 }
@@ -129,6 +137,10 @@ void FormFill::fillLists(const HtmlDocument& document, const QList<ElementPtr>& 
     for (const ElementPtr& list : lists) {
         const QString name = list->name();
         m_services.host.ShowStatus(QStringLiteral("retrieving ") + name);
+        if (fillListByMeaning(document, *list)) {
+            m_services.pump.DoEvents();
+            continue;
+        }
         list->setValue(m_services.values.GetValue(document.URLUnencoded(), name, list->value(),
                                                   ReachOf(name)));
         if (list->value().isEmpty()) {
@@ -139,6 +151,40 @@ void FormFill::fillLists(const HtmlDocument& document, const QList<ElementPtr>& 
         }
         m_services.pump.DoEvents();
     }
+}
+
+MeaningValues FormFill::rememberedByMeaning()
+{
+    return MeaningValues([this](const QString& key) { return m_services.values.MeaningValue(key); });
+}
+
+QString FormFill::meaningValue(const HtmlElement& field)
+{
+    FieldDescription described;
+    const Meaning meaning = MeaningOf(field, described);
+    if (meaning == Meaning::None)
+        return {};
+    return rememberedByMeaning().valueFor(meaning, described.inputType);
+}
+
+bool FormFill::fillListByMeaning(const HtmlDocument& document, HtmlElement& list)
+{
+    // Only where nothing is remembered for the list itself, by name or by position.
+    const QString site = document.URLUnencoded();
+    const QString name = list.name();
+    const auto nothing = [] { return QString(); };
+    if (!m_services.values.ValueOr(site, name, ReachOf(name), nothing).isEmpty() ||
+        !m_services.values.ValueOr(site, SelectedIndexKey(name), ReachOf(name), nothing).isEmpty())
+        return false;
+    FieldDescription described;
+    const Meaning meaning = MeaningOf(list, described);
+    if (meaning == Meaning::None)
+        return false;
+    const int option = MatchingOption(meaning, rememberedByMeaning().valueFor(meaning), described.options);
+    if (option < 0)
+        return false;
+    list.setSelectedIndex(option);
+    return true;
 }
 
 void FormFill::jumpTo(const Changed& changed)

@@ -2,6 +2,7 @@
 
 #include "FormMemoryServices.h"
 #include "HtmlDocument.h"
+#include "MeaningValues.h"
 
 #include <optional>
 
@@ -29,6 +30,12 @@ private:
     void fillTextAreas(const HtmlDocument& document, const QList<ElementPtr>& areas);
     void fillLists(const HtmlDocument& document, const QList<ElementPtr>& lists);
     void jumpTo(const Changed& changed);
+    MeaningValues rememberedByMeaning();
+    // What a field's meaning remembers, for a field nothing is remembered for by name.
+    QString meaningValue(const HtmlElement& field);
+    // Picks the option the list's meaning remembers; false when the list is left to the
+    // description's own steps (something is remembered for it, or nothing by meaning fits).
+    bool fillListByMeaning(const HtmlDocument& document, HtmlElement& list);
 
     FormMemoryServices m_services;
     QString m_lastFillURL;

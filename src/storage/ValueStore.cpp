@@ -9,6 +9,8 @@
 
 namespace {
 const QString AnySection = QStringLiteral("Any");
+// Page-chosen names are keys of [Any]; this section's keys are the program's own.
+const QString MeaningSection = QStringLiteral("Meaning");
 const QString CrEscape = QStringLiteral("<VBCR>");
 const QString LfEscape = QStringLiteral("<VBLF>");
 } // namespace
@@ -38,16 +40,43 @@ QString ValueStore::anyFile() const
 QString ValueStore::GetValue(const QString& site, const QString& key, const QString& defaultValue,
                              ValueReach reach)
 {
+    return ValueOr(site, key, reach, [&defaultValue] { return UnescapeLineBreaks(defaultValue); });
+}
+
+QString ValueStore::ValueOr(const QString& site, const QString& key, ValueReach reach,
+                            const std::function<QString()>& missing)
+{
+    QString value;
     try {
-        QString value = m_ini.ReadINI(site, key, QString(), m_sites.SiteFilePath(site));
+        value = m_ini.ReadINI(site, key, QString(), m_sites.SiteFilePath(site));
         if (value.isEmpty() && reach == ValueReach::AnySite)
             value = m_ini.ReadINI(AnySection, key, QString(), anyFile());
-        if (value.isEmpty())
-            value = defaultValue;
-        return UnescapeLineBreaks(value);
     } catch (const AppError& error) {
         m_errors.ReportError(error, QStringLiteral("GetValue"));
         return {};
+    }
+    return value.isEmpty() ? missing() : UnescapeLineBreaks(value);
+}
+
+QString ValueStore::MeaningValue(const QString& meaning)
+{
+    try {
+        return UnescapeLineBreaks(m_ini.ReadINI(MeaningSection, meaning, QString(), anyFile()));
+    } catch (const AppError& error) {
+        m_errors.ReportError(error, QStringLiteral("GetValue"));
+        return {};
+    }
+}
+
+void ValueStore::SetMeaningValue(const QString& meaning, const QString& value)
+{
+    const QString escaped = EscapeLineBreaks(value);
+    if (TrimSpaces(escaped).isEmpty())
+        return;
+    try {
+        m_ini.WriteINI(MeaningSection, meaning, escaped, anyFile());
+    } catch (const AppError& error) {
+        m_errors.ReportError(error, QStringLiteral("SetValue"));
     }
 }
 

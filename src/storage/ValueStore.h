@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class DataLocation;
 class ErrorReport;
 class Ini;
@@ -23,6 +25,16 @@ public:
                      ValueReach reach = ValueReach::AnySite);
     void SetValue(const QString& site, const QString& key, const QString& value,
                   ValueReach reach = ValueReach::AnySite);
+    // As GetValue, where what counts when neither entry holds a value is left to `missing`
+    // (asked only then; its text is taken as it is).
+    QString ValueOr(const QString& site, const QString& key, ValueReach reach,
+                    const std::function<QString()>& missing);
+
+    // Values remembered by what a field means ("given-name", "postal-code"), for any site, in a
+    // section of Any.ini that no name a page chooses can reach. Only values that are not blank
+    // are written.
+    QString MeaningValue(const QString& meaning);
+    void SetMeaningValue(const QString& meaning, const QString& value);
     // The profile's file of values for any site.
     QString anyFile() const;
 

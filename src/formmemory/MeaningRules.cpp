@@ -157,7 +157,7 @@ const std::vector<Rule>& compactRules()
         {Meaning::Email, QRegularExpression(QStringLiteral("email"))},
         {Meaning::FullName, QRegularExpression(QStringLiteral("fullname|yourname"))},
         {Meaning::GivenName, QRegularExpression(QStringLiteral("fname|firstname|givenname|forename|vorname|prenom"))},
-        {Meaning::AdditionalName, QRegularExpression(QStringLiteral("mname|middlename|middleinitial"))},
+        {Meaning::AdditionalName, QRegularExpression(QStringLiteral("middlename|middleinitial"))},
         {Meaning::FamilyName, QRegularExpression(QStringLiteral("lname|lastname|surname|familyname|nachname"))},
         {Meaning::AddressLine2, QRegularExpression(QStringLiteral("addr(?:ess)?(?:line)?2"))},
         {Meaning::AddressLine1, QRegularExpression(QStringLiteral("addr(?:ess)?(?:line)?1|streetaddress"))},

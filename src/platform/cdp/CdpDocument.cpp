@@ -323,6 +323,21 @@ bool CdpElement::userTouched() const
     return listed && listed->field(m_index).properties.value(QLatin1String("touched")).toBool();
 }
 
+FieldDescription CdpElement::description() const
+{
+    const QJsonObject hint = get("hint").toObject();
+    FieldDescription field;
+    field.autocomplete = hint.value(QLatin1String("autocomplete")).toString();
+    field.id = hint.value(QLatin1String("id")).toString();
+    field.label = hint.value(QLatin1String("label")).toString();
+    field.placeholder = hint.value(QLatin1String("placeholder")).toString();
+    field.ariaLabel = hint.value(QLatin1String("aria")).toString();
+    field.inputType = hint.value(QLatin1String("type")).toString();
+    for (const QJsonValue& option : hint.value(QLatin1String("options")).toArray())
+        field.options.append({option[0].toString(), option[1].toString()});
+    return field;
+}
+
 CdpListing* CdpElement::listing() const
 {
     return m_listing && m_listing->batch() == m_document->openBatch() ? m_listing.get() : nullptr;

@@ -126,6 +126,7 @@ public:
     int selectedIndex() const override { return required(get("selectedIndex")).toInt(); }
     void setSelectedIndex(int index) override { set("selectedIndex", index); }
     bool userTouched() const override;
+    FieldDescription description() const override;
 
 private:
     QJsonValue get(const char* property) const;

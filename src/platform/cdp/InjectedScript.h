@@ -91,8 +91,45 @@ inline QString source()
       case 'value': return el.value === undefined ? null : el.value;
       case 'checked': return el.checked === undefined ? null : el.checked;
       case 'selectedIndex': return el.selectedIndex === undefined ? null : el.selectedIndex;
+      case 'hint': return hintOf(el);
     }
     throw new Error('Unknown element property ' + what);
+  };
+  // What the page says of a field besides its name, for telling what it asks for: texts clipped,
+  // a label's text without the field's own, or else the short caption just before the field (a
+  // plain cell or span, as many forms have). Bounded work whatever the page holds.
+  const clip = (text, most) => String(text || '').replace(/\s+/g, ' ').trim().slice(0, most || 200);
+  const textBesides = (node, field) => {
+    if (!node.contains(field)) return clip(node.textContent);
+    let text = '';
+    for (const child of node.childNodes) if (!child.contains(field)) text += ' ' + clip(child.textContent);
+    return clip(text);
+  };
+  const captionBefore = (el) => {
+    let node = el;
+    for (let up = 0; up < 3 && node && node !== document.body; up++, node = node.parentNode) {
+      let sibling = node.previousSibling;
+      for (let steps = 0; sibling && steps < 4; steps++, sibling = sibling.previousSibling) {
+        if (sibling.nodeType === 1 && sibling.querySelector && (fieldNames.includes(sibling.localName) || sibling.querySelector('input,select,textarea'))) return '';
+        const text = clip(sibling.textContent);
+        if (text) return text.length <= 80 ? text : '';
+      }
+    }
+    return '';
+  };
+  const textFieldTypes = new Set(['text', 'email', 'tel', 'number', 'url', 'search', 'date', 'month', '']);
+  const hintOf = (el) => {
+    if (el.tagName === 'INPUT' && !textFieldTypes.has(el.type) && classicTypes.has(el.type)) return null;
+    if (!fieldNames.includes(el.localName)) return null;
+    let label = '';
+    try { for (const l of el.labels || []) { label = clip(label + ' ' + textBesides(l, el)); if (label.length >= 200) break; } } catch (e) {}
+    let aria = clip(el.getAttribute('aria-label'));
+    const by = clip(el.getAttribute('aria-labelledby'), 300).split(' ').slice(0, 4);
+    for (const id of by) { const ref = id && document.getElementById(id); if (ref) aria = clip(aria + ' ' + clip(ref.textContent)); }
+    const hint = { autocomplete: clip(el.getAttribute('autocomplete')), id: clip(el.id), label: label || captionBefore(el),
+      placeholder: clip(el.getAttribute('placeholder')), aria, type: clip(el.getAttribute('type') || el.type, 20) };
+    if (el.tagName === 'SELECT') hint.options = Array.from(el.options).slice(0, 400).map((o) => [clip(o.value, 100), clip(o.textContent, 100)]);
+    return hint;
   };
   // What a fill or a capture reads of a field (a plain element's text is left out: it costs a layout).
   const fieldOf = (el) => {
@@ -139,6 +176,7 @@ inline QString source()
     return elements.map((el) => {
       const id = idOf(el);
       const properties = fieldOf(el);
+      properties.hint = hintOf(el);
       if (extra) extra(el, properties);
       const options = el.tagName === 'SELECT' ? Array.from(el.options, (o) => o.value) : [];
       return { id, properties, options, group: groupOf(el, id) };
@@ -157,7 +195,7 @@ inline QString source()
     // The page as it was goes along: the handlers may run a little later, and need no call back.
     const activeEl = deepActive();
     const fields = {};
-    for (const el of [activeEl, lastActive]) { try { if (el) fields[idOf(el)] = stateOf(el); } catch (e) {} }
+    for (const el of [activeEl, lastActive]) { try { if (el) fields[idOf(el)] = Object.assign(stateOf(el), { hint: hintOf(el) }); } catch (e) {} }
     if (kind === 'propertychange') lastActive = activeEl;
     const doc = {};
     for (const what of docTexts) doc[what] = window.__tolvane.doc(what);

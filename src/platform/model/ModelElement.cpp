@@ -147,3 +147,11 @@ void ModelElement::setSelectedIndex(int index)
     requireKind(m_tag == QLatin1String("SELECT"));
     m_selected = (index >= 0 && index < m_options.size()) ? index : -1;
 }
+
+FieldDescription ModelElement::description() const
+{
+    FieldDescription described = m_described;
+    for (const Option& option : m_options)
+        described.options.append({option.effectiveValue(), option.text});
+    return described;
+}

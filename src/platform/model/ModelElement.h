@@ -43,11 +43,14 @@ public:
     int selectedIndex() const override;
     void setSelectedIndex(int index) override;
     bool userTouched() const override { return m_touched; }
+    // What the page says of the field; a list's options are its own.
+    FieldDescription description() const override;
 
     // For the model's document and for tests.
     void setDocument(ModelDocument* document) { m_document = document; }
     int scrollCount() const { return m_scrolls; }
     void markTouched() { m_touched = true; }
+    void describe(const FieldDescription& described) { m_described = described; }
     const QList<Option>& options() const { return m_options; }
 
 private:
@@ -65,5 +68,6 @@ private:
     int m_selected = -1;
     int m_scrolls = 0;
     bool m_touched = false;
+    FieldDescription m_described;
     ModelDocument* m_document = nullptr;
 };

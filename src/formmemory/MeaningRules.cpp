@@ -69,15 +69,20 @@ const QRegularExpression& phoneWords()
 }
 
 // Parts of a date or a phone number. A source naming several parts only shows a format
-// ("dd/mm/yyyy"), so only sources naming one part count.
-Meaning onePart(const QStringList& sources, const std::vector<Rule>& parts, Meaning whole)
+// ("dd/mm/yyyy"), so only sources naming one part count; a part named by a letter alone ("d")
+// only where the same source says what it is a part of ("dob d").
+Meaning onePart(const QStringList& sources, const std::vector<Rule>& parts, const QRegularExpression& whole,
+                Meaning wholeMeaning)
 {
+    static const QRegularExpression letter(QStringLiteral("^[a-z]$"));
     Meaning found = Meaning::None;
     for (const QString& source : sources) {
         Meaning inSource = Meaning::None;
         int named = 0;
+        const bool saysWhole = whole.match(source).hasMatch();
         for (const Rule& part : parts) {
-            if (part.pattern.match(source).hasMatch()) {
+            const auto match = part.pattern.match(source);
+            if (match.hasMatch() && (saysWhole || !letter.match(match.captured().trimmed()).hasMatch())) {
                 inSource = part.meaning;
                 ++named;
             }
@@ -85,10 +90,10 @@ Meaning onePart(const QStringList& sources, const std::vector<Rule>& parts, Mean
         if (named != 1)
             continue;
         if (found != Meaning::None && found != inSource)
-            return whole;
+            return wholeMeaning;
         found = inSource;
     }
-    return found == Meaning::None ? whole : found;
+    return found == Meaning::None ? wholeMeaning : found;
 }
 
 const std::vector<Rule>& birthParts()
@@ -196,7 +201,10 @@ QString MeaningRules::plainWords(const QString& text)
     for (const QChar c : decomposed) {
         if (c.category() == QChar::Mark_NonSpacing)
             continue;
-        if (c.isLetterOrNumber()) {
+        if (c == QChar(0x00DF)) { // ß
+            plain += QStringLiteral("ss");
+            blank = false;
+        } else if (c.isLetterOrNumber()) {
             plain += c.toLower();
             blank = false;
         } else if (!blank) {
@@ -244,9 +252,9 @@ Meaning MeaningRules::fromTexts(const Texts& texts, bool isList)
                            [&](const QString& source) { return pattern.match(source).hasMatch(); });
     };
     if (mentions(birthWords()) || texts.compact.contains(QLatin1String("birth")) || texts.compact.contains(QLatin1String("dob")))
-        return onePart(sources, birthParts(), Meaning::BirthDate);
+        return onePart(sources, birthParts(), birthWords(), Meaning::BirthDate);
     if (mentions(phoneWords()) || texts.compact.contains(QLatin1String("phone")))
-        return onePart(sources, phoneParts(), Meaning::Phone);
+        return onePart(sources, phoneParts(), phoneWords(), Meaning::Phone);
     static const QRegularExpression areaCode = words("area ?code|areacode|vorwahl");
     if (mentions(areaCode))
         return Meaning::PhoneAreaCode;

@@ -1,0 +1,159 @@
+// Remembered by what a field means: typed on one site under one naming style, filled on another
+// under another; a site's own values and the names the description fills by still come first;
+// values made from related meanings; options picked by code, name or number.
+#include "FormMemoryFixture.h"
+#include "MeaningValues.h"
+
+namespace {
+const QString Shop = QStringLiteral("http://shop.example/checkout");
+const QString Draw = QStringLiteral("http://draw.example/enter");
+
+class TestFillByMeaning : public FormMemoryFixture
+{
+protected:
+    std::shared_ptr<ModelElement> described(const std::shared_ptr<ModelDocument>& page,
+                                            std::shared_ptr<ModelElement> element, const char* label,
+                                            const char* type = "text")
+    {
+        FieldDescription description;
+        description.label = QString::fromUtf8(label);
+        description.inputType = QString::fromLatin1(type);
+        element->describe(description);
+        page->add(element);
+        return element;
+    }
+    QString byMeaning(const char* key)
+    {
+        return f.ini.readEntry(f.form.valueStore().anyFile(), QStringLiteral("Meaning"), QString::fromLatin1(key))
+            .value_or(QStringLiteral("<missing>"));
+    }
+};
+
+TEST_F(TestFillByMeaning, TypedOnceUnderOneNamingStyleFilledUnderAnother)
+{
+    auto shop = formPage(Shop);
+    auto given = described(shop, ModelElement::input("text", "SFirstName"), "");
+    auto family = described(shop, ModelElement::input("text", "SLastName"), "");
+    auto mail = described(shop, ModelElement::input("text", "SEmail"), "", "email");
+    auto state = described(shop, ModelElement::select("SState", {{"", "Select"}, {"IL", "Illinois"}, {"NY", "New York"}}), "State");
+    auto friendMail = described(shop, ModelElement::input("text", "friend_email"), "Friend's e-mail");
+    load(shop);
+    shop->type(given, QStringLiteral("Ann"));
+    shop->type(family, QStringLiteral("Lee"));
+    shop->type(mail, QStringLiteral("ann@example.org"));
+    shop->choose(state, 1);
+    shop->type(friendMail, QStringLiteral("bob@example.org"));
+    EXPECT_EQ(byMeaning("given-name"), QStringLiteral("Ann"));
+    EXPECT_EQ(byMeaning("email"), QStringLiteral("ann@example.org"));
+    EXPECT_EQ(byMeaning("address-level1"), QStringLiteral("Illinois"));
+    // The site file is as it was: by the page's names only.
+    EXPECT_EQ(stored("zSHOP.EXAMPLE!CHECKOUT.ini", Shop, "SFirstName"), QStringLiteral("Ann"));
+
+    f.form.valueStore().SetValue(Draw, QStringLiteral("billing_last_name"), QStringLiteral("Leigh"), ValueReach::SiteOnly);
+    auto draw = formPage(Draw);
+    auto first = described(draw, ModelElement::input("text", "billing_first_name"), "");
+    auto last = described(draw, ModelElement::input("text", "billing_last_name"), "");
+    auto full = described(draw, ModelElement::input("text", "entry.3"), "Nom complet");
+    auto courriel = described(draw, ModelElement::input("text", "c"), "Courriel");
+    auto region = described(draw, ModelElement::select("st", {{"", "--"}, {"NY", "NY"}, {"IL", "IL"}}), "State");
+    auto promo = described(draw, ModelElement::input("text", "promo"), "Promo code");
+    auto refer = described(draw, ModelElement::input("text", "referral_email"), "Your friend's e-mail");
+    load(draw);
+    EXPECT_EQ(first->value(), QStringLiteral("Ann"));
+    EXPECT_EQ(last->value(), QStringLiteral("Leigh")); // the site's own value wins
+    EXPECT_EQ(full->value(), QStringLiteral("Ann Lee"));
+    EXPECT_EQ(courriel->value(), QStringLiteral("ann@example.org"));
+    EXPECT_EQ(region->selectedIndex(), 2);
+    EXPECT_EQ(promo->value(), QString());
+    EXPECT_EQ(refer->value(), QString());
+    EXPECT_TRUE(f.boxes.shown.empty());
+}
+
+TEST_F(TestFillByMeaning, WhatTheDescriptionFillsByNameIsUnchanged)
+{
+    f.form.valueStore().SetMeaningValue(QStringLiteral("given-name"), QStringLiteral("Ann"));
+    f.form.valueStore().SetMeaningValue(QStringLiteral("address-level1"), QStringLiteral("Illinois"));
+    // By name on any site, by name on this site, a list's remembered position: all win.
+    f.form.valueStore().SetValue(Shop, QStringLiteral("first"), QStringLiteral("Zoe"));
+    f.form.valueStore().SetValue(Draw, QStringLiteral("fn"), QStringLiteral("  "), ValueReach::SiteOnly);
+    f.form.valueStore().SetValue(Draw, QStringLiteral("st SelectedIndex"), QStringLiteral("1"), ValueReach::SiteOnly);
+    auto draw = formPage(Draw);
+    auto first = described(draw, ModelElement::input("text", "first"), "First name");
+    auto blank = described(draw, ModelElement::input("text", "fn"), "First name");
+    auto region = described(draw, ModelElement::select("st", {{"", "--"}, {"NY", "New York"}, {"IL", "Illinois"}}), "State");
+    load(draw);
+    EXPECT_EQ(first->value(), QStringLiteral("Zoe"));
+    // A blank entry reads as none (the INI layer trims it): the meaning fills that field.
+    EXPECT_EQ(blank->value(), QStringLiteral("Ann"));
+    EXPECT_EQ(region->selectedIndex(), 1);
+    // A blank typed value is never remembered by meaning.
+    draw->type(first, QStringLiteral("   "));
+    EXPECT_EQ(byMeaning("given-name"), QStringLiteral("Ann"));
+}
+
+TEST(MeaningValues, RelatedMeaningsMakeWhatASiteAsksFor)
+{
+    struct Case
+    {
+        const char* name;
+        QMap<QString, QString> remembered;
+        Meaning asked;
+        QString inputType;
+        QString expected;
+    } cases[] = {
+        {"given from full", {{"name", "Mary Ann Lee"}}, Meaning::GivenName, "", "Mary Ann"},
+        {"family from full", {{"name", "Mary Ann Lee"}}, Meaning::FamilyName, "", "Lee"},
+        {"one word is no split", {{"name", "Cher"}}, Meaning::FamilyName, "", ""},
+        {"full from parts", {{"given-name", "Ann"}, {"family-name", "Lee"}}, Meaning::FullName, "", "Ann Lee"},
+        {"own value first", {{"given-name", "Ann"}, {"name", "Mary Lee"}}, Meaning::GivenName, "", "Ann"},
+        {"area code", {{"tel", "(312) 555-0123"}}, Meaning::PhoneAreaCode, "", "312"},
+        {"prefix", {{"tel", "+1 312 555 0123"}}, Meaning::PhoneLocalPrefix, "", "555"},
+        {"suffix", {{"tel", "312.555.0123"}}, Meaning::PhoneLocalSuffix, "", "0123"},
+        {"local", {{"tel", "3125550123"}}, Meaning::PhoneLocal, "", "5550123"},
+        {"no parts of other numbers", {{"tel", "+44 20 7946 0958"}}, Meaning::PhoneAreaCode, "", ""},
+        {"country code", {{"tel", "+44 20 7946 0958"}}, Meaning::PhoneCountryCode, "", "44"},
+        {"whole from parts", {{"tel-area-code", "312"}, {"tel-local-prefix", "555"}, {"tel-local-suffix", "0123"}},
+         Meaning::Phone, "", "3125550123"},
+        {"street from lines", {{"address-line1", "1 Main St"}, {"address-line2", "Apt 2"}}, Meaning::StreetAddress, "",
+         "1 Main St\nApt 2"},
+        {"line from street", {{"street-address", "1 Main St\nApt 2"}}, Meaning::AddressLine2, "", "Apt 2"},
+        {"birth parts", {{"bday", "1990-05-17"}}, Meaning::BirthMonth, "", "05"},
+        {"birth year", {{"bday", "1990-05-17"}}, Meaning::BirthYear, "", "1990"},
+        {"birth date for a date field", {{"bday-year", "1990"}, {"bday-month", "May"}, {"bday-day", "7"}},
+         Meaning::BirthDate, "date", "1990-05-07"},
+        {"no guessed date format", {{"bday-year", "1990"}, {"bday-month", "5"}, {"bday-day", "7"}},
+         Meaning::BirthDate, "text", ""},
+        {"nothing known", {}, Meaning::City, "", ""},
+    };
+    for (const Case& c : cases) {
+        const MeaningValues values([&c](const QString& key) { return c.remembered.value(key); });
+        EXPECT_EQ(values.valueFor(c.asked, c.inputType), c.expected) << c.name;
+    }
+}
+
+TEST(MeaningValues, OptionsArePickedByCodeNameOrNumber)
+{
+    const QList<std::pair<QString, QString>> states = {{"", "Choose"}, {"IL", "Illinois"}, {"NY", "New York"}};
+    const QList<std::pair<QString, QString>> countries = {{"", "--"}, {"CA", "Canada"}, {"US", "United States"}};
+    const QList<std::pair<QString, QString>> months = {{"", "Month"}, {"1", "January"}, {"5", "May"}, {"12", "December"}};
+    const QList<std::pair<QString, QString>> titles = {{"", ""}, {"mr", "Mr."}, {"mrs", "Mrs."}};
+    struct Case
+    {
+        Meaning meaning;
+        const char* remembered;
+        const QList<std::pair<QString, QString>>& options;
+        int expected;
+    } cases[] = {
+        {Meaning::Region, "IL", states, 1},          {Meaning::Region, "new york", states, 2},
+        {Meaning::Region, "Texas", states, -1},      {Meaning::Country, "USA", countries, 2},
+        {Meaning::Country, "United States of America", countries, 2}, {Meaning::Country, "Kanada", countries, 1},
+        {Meaning::BirthMonth, "05", months, 2},      {Meaning::BirthMonth, "mai", months, 2},
+        {Meaning::BirthMonth, "December", months, 3}, {Meaning::Honorific, "Mrs", titles, 2},
+        {Meaning::City, "  ", states, -1},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(MatchingOption(c.meaning, QString::fromUtf8(c.remembered), c.options), c.expected) << c.remembered;
+    EXPECT_EQ(ChosenOptionText(states, 1, "IL"), QStringLiteral("Illinois"));
+    EXPECT_EQ(ChosenOptionText(months, 2, "5"), QStringLiteral("5"));
+}
+} // namespace

@@ -51,6 +51,20 @@ if (depth > 0) { const f = document.createElement('iframe'); f.src = '/nested.ht
 const QByteArray DialogLoop = R"(<html><head><title>Loop</title></head><body><input name=x>
 <script>const again = () => { alert('Are you sure?'); setTimeout(again, 0); }; setTimeout(again, 0);</script></body></html>)";
 
+// Labels the page makes as heavy as it likes: 100 KB of text, a thousand labels for one field, a
+// 100 KB caption before a field, names and labels in many scripts.
+const QByteArray HeavyLabels = R"(<html><head><meta charset="utf-8"></head><body><form>
+<label id=huge for=heavy></label><input id=heavy name=heavy>
+<div id=many></div><input id=target name=target>
+<p><span id=caption></span><input name=captioned></p>
+<label>имя <input name="имя"></label><label>名前 <input name="名前"></label>
+<label>الاسم <input name="الاسم"></label><label>🎁 <input name="🎁"></label>
+</form><script>
+huge.textContent = 'x'.repeat(100 * 1024) + ' email';
+many.innerHTML = '<label for=target>E-mail</label>'.repeat(1000);
+caption.textContent = 'y'.repeat(100 * 1024) + ' Email';
+</script></body></html>)";
+
 class TestChromiumHostilePages : public ChromiumBarFixture
 {
 protected:
@@ -63,7 +77,8 @@ protected:
                 {"/storm.html", Storm},
                 {"/crowd.html", ShadowCrowd},
                 {"/nested.html", Nested},
-                {"/loop.html", DialogLoop}};
+                {"/loop.html", DialogLoop},
+                {"/labels.html", HeavyLabels}};
     }
     QString remembered(const QString& site, const QString& key)
     {
@@ -219,6 +234,27 @@ TEST_F(TestChromiumHostilePages, APageThatShowsDialogsOverAndOverStopsNothingEls
     typeInto(page, "notes", "typed beside the loop");
     tab(page);
     EXPECT_TRUE(waitFor([&] { return remembered(site, "notes") == QLatin1String("typed beside the loop"); }));
+    expectNoErrorBox();
+}
+} // namespace
+
+namespace {
+TEST_F(TestChromiumHostilePages, HeavyLabelsAndNamesInAnyScriptAreReadWithinBounds)
+{
+    form->valueStore().SetMeaningValue(QStringLiteral("email"), QStringLiteral("ann@example.org"));
+    const QString site = server->url("/labels.html");
+    auto page = open(site);
+    // A thousand labels saying "E-mail": an e-mail field. What follows 100 KB of text is not read.
+    EXPECT_EQ(fieldValue(page, "target"), QStringLiteral("ann@example.org"));
+    EXPECT_EQ(fieldValue(page, "heavy"), QString());
+    EXPECT_EQ(fieldValue(page, "captioned"), QString());
+    for (const char* name : {"имя", "名前", "الاسم", "🎁"}) {
+        clickOn(page, QStringLiteral("document.querySelector('[name=\"%1\"]')").arg(QString::fromUtf8(name)));
+        type(page, QStringLiteral("typed ") + QString::fromUtf8(name));
+        tab(page);
+        EXPECT_TRUE(waitFor([&] { return remembered(site, QString::fromUtf8(name)) == QStringLiteral("typed ") + QString::fromUtf8(name); }))
+            << name;
+    }
     expectNoErrorBox();
 }
 } // namespace

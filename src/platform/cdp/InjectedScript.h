@@ -53,7 +53,7 @@ inline QString source()
   let watcher = null;
   const watchedRoots = new WeakSet();
   const fieldsByName = () => {
-    const found = { input: [], textarea: [], select: [] };
+    const found = { input: [], textarea: [], select: [], label: [] };
     const visit = (root) => {
       const walker = document.createTreeWalker(root, NodeFilter.SHOW_ELEMENT);
       for (let el = walker.nextNode(); el; el = walker.nextNode()) {
@@ -98,7 +98,7 @@ inline QString source()
   // What the page says of a field besides its name, for telling what it asks for: texts clipped,
   // a label's text without the field's own, or else the short caption just before the field (a
   // plain cell or span, as many forms have). Bounded work whatever the page holds.
-  const clip = (text, most) => String(text || '').replace(/\s+/g, ' ').trim().slice(0, most || 200);
+  const clip = (text, most) => String(text || '').slice(0, 4 * (most || 200)).replace(/\s+/g, ' ').trim().slice(0, most || 200);
   const textBesides = (node, field) => {
     if (!node.contains(field)) return clip(node.textContent);
     let text = '';
@@ -118,16 +118,33 @@ inline QString source()
     return '';
   };
   const textFieldTypes = new Set(['text', 'email', 'tel', 'number', 'url', 'search', 'date', 'month', '']);
-  const hintOf = (el) => {
+  // Each label's text, by the field it labels: taken once for a whole listing.
+  const labelTexts = (labels) => {
+    const texts = new Map();
+    for (const l of labels) {
+      const field = l.control;
+      const known = field && (texts.get(field) || '');
+      if (field && known.length < 200) texts.set(field, clip(known + ' ' + textBesides(l, field)));
+    }
+    return texts;
+  };
+  const hintOf = (el, labels) => {
     if (el.tagName === 'INPUT' && !textFieldTypes.has(el.type) && classicTypes.has(el.type)) return null;
     if (!fieldNames.includes(el.localName)) return null;
     let label = '';
-    try { for (const l of el.labels || []) { label = clip(label + ' ' + textBesides(l, el)); if (label.length >= 200) break; } } catch (e) {}
+    if (labels) label = labels.get(el) || '';
+    else try { for (const l of el.labels || []) { label = clip(label + ' ' + textBesides(l, el)); if (label.length >= 200) break; } } catch (e) {}
+    // Only what the page gives: most fields have few of these.
+    const hint = { type: clip(el.getAttribute('type') || el.type, 20) };
+    const give = (key, text) => { if (text) hint[key] = text; };
+    give('label', label || captionBefore(el));
+    give('autocomplete', clip(el.getAttribute('autocomplete')));
+    give('id', clip(el.id));
+    give('placeholder', clip(el.getAttribute('placeholder')));
     let aria = clip(el.getAttribute('aria-label'));
-    const by = clip(el.getAttribute('aria-labelledby'), 300).split(' ').slice(0, 4);
-    for (const id of by) { const ref = id && document.getElementById(id); if (ref) aria = clip(aria + ' ' + clip(ref.textContent)); }
-    const hint = { autocomplete: clip(el.getAttribute('autocomplete')), id: clip(el.id), label: label || captionBefore(el),
-      placeholder: clip(el.getAttribute('placeholder')), aria, type: clip(el.getAttribute('type') || el.type, 20) };
+    const by = el.getAttribute('aria-labelledby');
+    if (by) for (const id of clip(by, 300).split(' ').slice(0, 4)) { const ref = id && document.getElementById(id); if (ref) aria = clip(aria + ' ' + clip(ref.textContent)); }
+    give('aria', aria);
     if (el.tagName === 'SELECT') hint.options = Array.from(el.options).slice(0, 400).map((o) => [clip(o.value, 100), clip(o.textContent, 100)]);
     return hint;
   };
@@ -162,7 +179,7 @@ inline QString source()
   const claimed = new WeakSet();
   const filled = new WeakSet();
   // Elements with what a fill reads of them, and their radio groups.
-  const listOf = (elements, extra) => {
+  const listOf = (elements, extra, labels) => {
     const groups = new Map();
     const groupOf = (el, id) => {
       const name = el.getAttribute('name');
@@ -176,7 +193,7 @@ inline QString source()
     return elements.map((el) => {
       const id = idOf(el);
       const properties = fieldOf(el);
-      properties.hint = hintOf(el);
+      properties.hint = hintOf(el, labels);
       if (extra) extra(el, properties);
       const options = el.tagName === 'SELECT' ? Array.from(el.options, (o) => o.value) : [];
       return { id, properties, options, group: groupOf(el, id) };
@@ -184,8 +201,9 @@ inline QString source()
   };
   const fieldLists = () => {
     const found = fieldsByName();
+    const labels = labelTexts(found.label);
     const lists = {};
-    for (const name of fieldNames) lists[name] = listOf(found[name]);
+    for (const name of fieldNames) lists[name] = listOf(found[name], null, labels);
     return lists;
   };
   // The cookie is asked of the browser process each time: only focus handlers read it.

@@ -1,6 +1,6 @@
 #include "DefaultApplication.h"
 
-#include "ini/IniDocument.h"
+#include "IniDocument.h"
 
 #include <QFile>
 #include <QFileInfo>

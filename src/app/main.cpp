@@ -19,6 +19,7 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QIcon>
 
 int main(int argc, char* argv[])
 {
@@ -26,6 +27,9 @@ int main(int argc, char* argv[])
     QApplication::setApplicationName(QStringLiteral("Tolvane"));
     QApplication::setOrganizationName(QStringLiteral("Tolvane"));
     QApplication::setQuitOnLastWindowClosed(false);
+    // The installed menu entry and icon name the program's windows.
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.tolvane.Tolvane"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("org.tolvane.Tolvane")));
     // Tahoma is rare outside Windows; a narrow sans keeps the bar's texts inside their boxes.
     QFont::insertSubstitutions(QStringLiteral("Tahoma"),
                                {QStringLiteral("DejaVu Sans Condensed"), QStringLiteral("Liberation Sans Narrow"),

@@ -166,3 +166,22 @@ TEST(DesktopShell, TheInstanceLockIsTheUsersOwnAndOutlivesNoProcess)
     EXPECT_FALSE(next.IsAnotherInstanceRunning());
 }
 } // namespace
+
+namespace {
+// The help is found beside the program in the build tree and in share/tolvane once installed,
+// whatever the current folder.
+TEST(DesktopShell, TheProgramsFilesAreFoundWhereverItIsInstalled)
+{
+    QTemporaryDir root;
+    const QString base = root.path();
+    for (const char* folder : {"build/src/app", "prefix/bin", "prefix/share/tolvane", "bare/bin"})
+        QDir(base).mkpath(QString::fromLatin1(folder));
+    QFile(base + QStringLiteral("/build/src/app/Tolvane.hlp")).open(QIODevice::WriteOnly);
+    QFile(base + QStringLiteral("/prefix/share/tolvane/Tolvane.hlp")).open(QIODevice::WriteOnly);
+    QDir::setCurrent(QDir::tempPath());
+    EXPECT_EQ(DesktopShell::programFilesFolder(base + QStringLiteral("/build/src/app")), base + QStringLiteral("/build/src/app"));
+    EXPECT_EQ(DesktopShell::programFilesFolder(base + QStringLiteral("/prefix/bin")), base + QStringLiteral("/prefix/share/tolvane"));
+    // Nothing installed beside it: the program's own folder, as before.
+    EXPECT_EQ(DesktopShell::programFilesFolder(base + QStringLiteral("/bare/bin")), base + QStringLiteral("/bare/bin"));
+}
+} // namespace

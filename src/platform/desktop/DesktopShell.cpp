@@ -119,9 +119,18 @@ std::optional<QString> DesktopShell::AppDataFolder()
     return withoutTrailingSeparator(folder);
 }
 
+QString DesktopShell::programFilesFolder(const QString& programDir)
+{
+    // Beside the program in a build tree; <prefix>/share/tolvane once installed in <prefix>/bin.
+    const QString installed = QDir(programDir).absoluteFilePath(QStringLiteral("../share/tolvane"));
+    if (!QFile::exists(programDir + QStringLiteral("/Tolvane.hlp")) && QFile::exists(installed + QStringLiteral("/Tolvane.hlp")))
+        return withoutTrailingSeparator(QDir::cleanPath(installed));
+    return withoutTrailingSeparator(programDir);
+}
+
 QString DesktopShell::ProgramFolder()
 {
-    return withoutTrailingSeparator(QCoreApplication::applicationDirPath());
+    return programFilesFolder(QCoreApplication::applicationDirPath());
 }
 
 void DesktopShell::SendKeys(const QString& keys)

@@ -38,6 +38,9 @@ public:
     QString ProgramFolder() override;
     void SendKeys(const QString& keys) override;
     void OpenAddress(const QString& address) override;
+    // The folder of the program's own files (its help): beside the program, or where the
+    // installation puts them.
+    static QString programFilesFolder(const QString& programDir);
     void PopupMenu(MenuControl& menu, Control* defaultItem) override;
 
 private:

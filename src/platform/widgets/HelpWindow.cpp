@@ -14,10 +14,13 @@ HelpWindow::HelpWindow(QWidget* parent) : QTextBrowser(parent)
 void HelpWindow::showFile(const QString& helpFile)
 {
     QFile file(helpFile);
-    if (file.open(QIODevice::ReadOnly))
+    if (file.open(QIODevice::ReadOnly)) {
         setHtml(QString::fromUtf8(file.readAll()));
-    else
+        setWindowTitle(documentTitle().isEmpty() ? QStringLiteral("Tolvane Help") : documentTitle());
+    } else {
         setPlainText(QStringLiteral("The help file %1 could not be opened.").arg(helpFile));
+        setWindowTitle(QStringLiteral("Tolvane Help - file not found"));
+    }
     show();
     raise();
     activateWindow();

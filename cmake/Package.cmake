@@ -1,0 +1,17 @@
+# The Debian package: run-time dependencies found from the built program, Chromium recommended.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME tolvane)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_CONTACT "The Tolvane developers <developers@tolvane.org>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "fills web contest forms with what you typed once")
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+    "fills web contest forms with what you typed once\n A bar docked at the right edge of the screen, beside the browser, for people who\n enter web contests by hand: it remembers what is typed into web forms, per site\n and across sites, fills those fields in again on every page that asks for them,\n and keeps the list of contest pages with reminders and a record of visits.")
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION web)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://tolvane.org/")
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "chromium | google-chrome-stable | microsoft-edge-stable | brave-browser")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+include(CPack)

@@ -5,7 +5,7 @@ set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_CONTACT "The Tolvane developers <developers@tolvane.org>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "fills web contest forms with what you typed once")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-    "fills web contest forms with what you typed once\n A bar docked at the right edge of the screen, beside the browser, for people who\n enter web contests by hand: it remembers what is typed into web forms, per site\n and across sites, fills those fields in again on every page that asks for them,\n and keeps the list of contest pages with reminders and a record of visits.")
+    "A bar docked at the right edge of the screen, beside the browser, for people\nwho enter web contests by hand. It remembers what is typed into web forms, per\nsite and across sites, fills those fields in again on every page that asks for\nthem, and keeps the list of contest pages with reminders and visits.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION web)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)

@@ -3,7 +3,7 @@
 // The whole bar following a real headless Chromium, the user typing, clicking and pressing Tab
 // through DevTools input events, pages served on 127.0.0.1.
 #include "CdpBrowser.h"
-#include "CdpDocument.h"
+#include "ScriptDocument.h"
 #include "CdpShell.h"
 #include "ChromiumProcess.h"
 #include "FormFixture.h"

@@ -314,7 +314,7 @@ TEST_F(TestChromiumFormMemory, ADocumentThePageLeftTakesWritesAndHasNothingToGiv
     EXPECT_EQ(left->readyState(), QString());
     field->setValue(QStringLiteral("lost"));
     EXPECT_NO_THROW(batch.commit());
-    EXPECT_TRUE(std::static_pointer_cast<CdpDocument>(left)->unloaded());
+    EXPECT_TRUE(std::static_pointer_cast<ScriptDocument>(left)->unloaded());
     EXPECT_EQ(fieldValue(page, "fname"), QString());
     expectNoErrorBox();
 }

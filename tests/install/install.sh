@@ -38,14 +38,17 @@ Xvfb -displayfd 5 -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
 pids+=($!)
 for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.1; done
 export DISPLAY=":$(cat "$work/display")"
-openbox >/dev/null 2>&1 &
-pids+=($!)
-wait_for() { # wait_for CONDITION-COMMAND: up to 20 s
-  for _ in $(seq 200); do eval "$1" && return 0; sleep 0.1; done
+wait_for() { # wait_for CONDITION-COMMAND: up to 30 s
+  for _ in $(seq 300); do eval "$1" && return 0; sleep 0.1; done
   return 1
 }
+wait_for 'xprop -root >/dev/null 2>&1' || { echo "the X server on $DISPLAY did not answer"; exit 1; }
+openbox > "$work/openbox.log" 2>&1 &
+pids+=($!)
 workarea() { xprop -root _NET_WORKAREA 2>/dev/null | sed -n 's/.*= \([0-9]*\), \([0-9]*\), \([0-9]*\),.*/\3/p'; }
-wait_for '[ -n "$(workarea)" ]' || { echo "the window manager published no work area"; exit 1; }
+if ! wait_for '[ -n "$(workarea)" ]'; then
+  echo "the window manager published no work area on $DISPLAY"; cat "$work/openbox.log"; xprop -root | head -20; exit 1
+fi
 full=$(workarea)
 
 # A quiet start: a browser that answers its version, set as the default, fresh user folders.

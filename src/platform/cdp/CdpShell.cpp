@@ -3,9 +3,9 @@
 #include "AppError.h"
 #include "CdpBrowser.h"
 #include "CdpDialogGuard.h"
-#include "CdpDocument.h"
+#include "ScriptDocument.h"
 #include "ChromiumProcess.h"
-#include "InjectedScript.h"
+#include "PageScript.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -22,6 +22,25 @@ template <class Value> void eraseSession(QHash<QString, Value>& hash, const QStr
     const QString prefix = session + QLatin1Char('\n');
     for (auto it = hash.begin(); it != hash.end();)
         it = it.key().startsWith(prefix) ? hash.erase(it) : std::next(it);
+}
+
+// The world the page script runs in, and the binding it reports through.
+const QString World = QStringLiteral("tolvane");
+const QString Binding = QStringLiteral("__tolvaneEvent");
+
+QString realmOf(const QString& session, int context)
+{
+    return key(session, QString::number(context));
+}
+
+QString sessionOf(const QString& realm)
+{
+    return realm.section(QLatin1Char('\n'), 0, 0);
+}
+
+int contextOf(const QString& realm)
+{
+    return realm.section(QLatin1Char('\n'), 1).toInt();
 }
 
 AppError browserError(const QString& text)
@@ -60,9 +79,10 @@ void prepareSession(CdpConnection& cdp, const QString& session)
     cdp.send(QStringLiteral("Runtime.enable"), {}, session);
     cdp.send(QStringLiteral("Network.enable"), {}, session);
     cdp.send(QStringLiteral("Runtime.addBinding"),
-             {{"name", InjectedScript::Binding}, {"executionContextName", InjectedScript::World}}, session);
+             {{"name", Binding}, {"executionContextName", World}}, session);
     cdp.send(QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
-             {{"source", InjectedScript::source()}, {"worldName", InjectedScript::World}, {"runImmediately", true}},
+             {{"source", PageScript::source(QStringLiteral("(message) => %1(message)").arg(Binding))},
+              {"worldName", World}, {"runImmediately", true}},
              session);
     cdp.send(QStringLiteral("Target.setAutoAttach"),
              {{"autoAttach", true}, {"waitForDebuggerOnStart", true}, {"flatten", true}}, session);
@@ -175,7 +195,7 @@ bool CdpShell::isVisibleTab(const QString& targetId)
     if (context == m_contexts.constEnd())
         return false;
     try {
-        return evaluate(session, *context, QStringLiteral("window.__tolvane.doc('visibility')")) ==
+        return evaluate(realmOf(session, *context), QStringLiteral("window.__tolvane.doc('visibility')")) ==
                QLatin1String("visible");
     } catch (const AppError&) {
         return false;
@@ -237,16 +257,17 @@ QJsonObject CdpShell::call(const QString& targetOrSession, const QString& method
     return cdp().call(method, params, session);
 }
 
-void CdpShell::evaluateLater(const QString& sessionId, int contextId, const QString& expression)
+void CdpShell::evaluateLater(const QString& realm, const QString& expression)
 {
-    cdp().send(QStringLiteral("Runtime.evaluate"), {{"expression", expression}, {"contextId", contextId}}, sessionId);
+    cdp().send(QStringLiteral("Runtime.evaluate"), {{"expression", expression}, {"contextId", contextOf(realm)}},
+               sessionOf(realm));
 }
 
-QJsonValue CdpShell::evaluate(const QString& sessionId, int contextId, const QString& expression)
+QJsonValue CdpShell::evaluate(const QString& realm, const QString& expression)
 {
     const QJsonObject answer = cdp().call(
         QStringLiteral("Runtime.evaluate"),
-        {{"expression", expression}, {"contextId", contextId}, {"returnByValue", true}}, sessionId);
+        {{"expression", expression}, {"contextId", contextOf(realm)}, {"returnByValue", true}}, sessionOf(realm));
     if (answer.contains("exceptionDetails")) {
         const QJsonObject details = answer.value("exceptionDetails").toObject();
         const QString text = details.value("exception").toObject().value("description").toString();
@@ -285,7 +306,7 @@ DocPtr CdpShell::documentFor(const QString& sessionId, const QString& frameId)
     const QString documentKey = key(session, QString::number(*context));
     if (auto known = m_documents.value(documentKey).lock())
         return known;
-    auto document = std::make_shared<CdpDocument>(*this, session, frameId, *context);
+    auto document = std::make_shared<ScriptDocument>(*this, documentKey, frameId);
     // What the page reported before anyone followed it still says where its focus is.
     if (const auto active = m_reportedActive.constFind(documentKey); active != m_reportedActive.constEnd())
         document->noteActive(*active);
@@ -293,27 +314,38 @@ DocPtr CdpShell::documentFor(const QString& sessionId, const QString& frameId)
     return document;
 }
 
-FramePtr CdpShell::frameOwner(const CdpDocument& parent, int index)
+FramePtr CdpShell::frameOwner(const QString& realm, int index)
 {
+    const QString session = sessionOf(realm);
     QJsonObject answer;
     try {
         answer = cdp().call(QStringLiteral("Runtime.evaluate"),
                             {{"expression", QStringLiteral("window.__tolvane.frame(%1)").arg(index)},
-                             {"contextId", parent.contextId()}},
-                            parent.sessionId());
+                             {"contextId", contextOf(realm)}},
+                            session);
     } catch (const AppError& error) {
         // Behind a dialog the frame cannot be reached, as another site's frame cannot.
         if (!CdpDialogGuard::isRefusal(error))
             throw;
-        return std::make_shared<CdpFrameOwner>(*this, parent.sessionId(), QString());
+        return std::make_shared<CdpFrameOwner>(*this, session, QString());
     }
     const QString objectId = answer.value("result").toObject().value("objectId").toString();
     if (objectId.isEmpty())
         throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
     const QJsonObject node = cdp().call(QStringLiteral("DOM.describeNode"), {{"objectId", objectId}},
-                                        parent.sessionId()).value("node").toObject();
-    cdp().send(QStringLiteral("Runtime.releaseObject"), {{"objectId", objectId}}, parent.sessionId());
-    return std::make_shared<CdpFrameOwner>(*this, parent.sessionId(), node.value("frameId").toString());
+                                        session).value("node").toObject();
+    cdp().send(QStringLiteral("Runtime.releaseObject"), {{"objectId", objectId}}, session);
+    return std::make_shared<CdpFrameOwner>(*this, session, node.value("frameId").toString());
+}
+
+PageScriptHost::Failure CdpShell::failureOf(const AppError& error) const
+{
+    if (CdpDialogGuard::isRefusal(error))
+        return Failure::Refused;
+    const bool gone = error.number() == ErrorNumber::BrowserCall &&
+                      (error.description().contains(QLatin1String("Cannot find context with specified id")) ||
+                       error.description().contains(QLatin1String("Execution context was destroyed")));
+    return gone ? Failure::Gone : Failure::Other;
 }
 
 std::shared_ptr<CdpBrowser> CdpShell::pageOfSession(const QString& sessionId) const
@@ -417,7 +449,7 @@ void CdpShell::onClosed(const QString& targetId)
 void CdpShell::onContextCreated(const CdpConnection::Event& event)
 {
     const QJsonObject context = event.params.value("context").toObject();
-    if (context.value("name").toString() != InjectedScript::World)
+    if (context.value("name").toString() != World)
         return;
     const QString frameId = context.value("auxData").toObject().value("frameId").toString();
     m_contexts.insert(key(event.sessionId, frameId), context.value("id").toInt());
@@ -441,12 +473,12 @@ void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
         return;
     }
     // The page's own load fills its loaded frames again too: theirs are fetched as well.
-    auto waiting = std::make_shared<std::vector<std::shared_ptr<CdpDocument>>>();
-    waiting->push_back(std::static_pointer_cast<CdpDocument>(document));
+    auto waiting = std::make_shared<std::vector<std::shared_ptr<ScriptDocument>>>();
+    waiting->push_back(std::static_pointer_cast<ScriptDocument>(document));
     if (frameId == page->targetId()) {
         for (const auto& known : std::as_const(m_documents)) {
             const auto frame = known.lock();
-            if (frame && frame != waiting->front() && !frame->unloaded() && pageOfSession(frame->sessionId()) == page)
+            if (frame && frame != waiting->front() && !frame->unloaded() && pageOfSession(sessionOf(frame->realm())) == page)
                 waiting->push_back(frame);
         }
     }
@@ -469,12 +501,13 @@ void CdpShell::documentLoaded(const std::shared_ptr<CdpBrowser>& page, const QSt
         page->documentComplete(std::make_shared<CdpFrameBrowser>(page, document), QString());
 }
 
-void CdpShell::evaluateAnswered(const QString& sessionId, int contextId, const QString& expression,
+void CdpShell::evaluateAnswered(const QString& realm, const QString& expression,
                                 std::function<void(const QJsonValue&)> answered)
 {
     try {
         cdp().callLater(QStringLiteral("Runtime.evaluate"),
-                        {{"expression", expression}, {"contextId", contextId}, {"returnByValue", true}}, sessionId,
+                        {{"expression", expression}, {"contextId", contextOf(realm)}, {"returnByValue", true}},
+                        sessionOf(realm),
                         [answered](const QJsonObject& result, const QString& error) {
                             const bool failed = !error.isEmpty() || result.contains(QLatin1String("exceptionDetails"));
                             answered(failed ? QJsonValue() : result.value("result").toObject().value("value"));
@@ -503,7 +536,7 @@ void CdpShell::onDialogClosed(const QString& sessionId)
         if (target.open && !target.sessionId.isEmpty() && target.parentSession == sessionId)
             sessions.append(target.sessionId);
     }
-    std::vector<std::shared_ptr<CdpDocument>> documents;
+    std::vector<std::shared_ptr<ScriptDocument>> documents;
     for (auto it = m_documents.constBegin(); it != m_documents.constEnd(); ++it) {
         if (sessions.contains(it.key().section(QLatin1Char('\n'), 0, 0)))
             if (auto document = it.value().lock())
@@ -538,7 +571,7 @@ void CdpShell::onNetwork(const CdpConnection::Event& event)
 
 void CdpShell::onBinding(const CdpConnection::Event& event)
 {
-    if (event.params.value("name").toString() != InjectedScript::Binding)
+    if (event.params.value("name").toString() != Binding)
         return;
     const QJsonObject payload = QJsonDocument::fromJson(event.params.value("payload").toString().toUtf8()).object();
     const QString kind = payload.value("kind").toString();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CdpConnection.h"
+#include "PageScriptHost.h"
 #include "ShellWindowList.h"
 #include "Subscribers.h"
 
@@ -10,13 +11,13 @@
 
 class CdpBrowser;
 class CdpDialogGuard;
-class CdpDocument;
+class ScriptDocument;
 class ChromiumProcess;
 
 // The shell's window list over a Chromium-family browser: one window per page target, each
 // with a handle that is never reused; documents for every frame, out-of-process ones
 // included; the users' actions reported by the script Tolvane puts in every frame.
-class CdpShell : public ShellWindowList
+class CdpShell : public ShellWindowList, public PageScriptHost
 {
 public:
     // Connects on first use (the start-up subscribes once the data folder is known).
@@ -34,19 +35,17 @@ public:
     bool isConnected() const;
     ChromiumProcess* process() const { return m_browser.get(); }
 
-    // For the browser, document and element objects.
-    QJsonValue evaluate(const QString& sessionId, int contextId, const QString& expression);
-    // Runs it without waiting for the answer; calls made after it still see what it did.
-    void evaluateLater(const QString& sessionId, int contextId, const QString& expression);
-    // Runs it and hands its value to `answered` once it is in (an empty value when the page
-    // refused or failed it).
-    void evaluateAnswered(const QString& sessionId, int contextId, const QString& expression,
-                          std::function<void(const QJsonValue&)> answered);
+    // The page script's realms are the contexts of Tolvane's world: session + "\n" + context id.
+    QJsonValue evaluate(const QString& realm, const QString& expression) override;
+    void evaluateLater(const QString& realm, const QString& expression) override;
+    void evaluateAnswered(const QString& realm, const QString& expression,
+                          std::function<void(const QJsonValue&)> answered) override;
+    FramePtr frameOwner(const QString& realm, int index) override;
+    Failure failureOf(const AppError& error) const override;
     QJsonObject call(const QString& sessionId, const QString& method, const QJsonObject& params = {});
     bool isOpen(const QString& targetId) const;
     QString targetUrl(const QString& targetId) const;
     DocPtr pageDocument(const QString& targetId);
-    FramePtr frameOwner(const CdpDocument& parent, int index);
     // The document now shown in that frame, or nullptr when there is none to reach.
     DocPtr documentFor(const QString& sessionId, const QString& frameId);
 
@@ -101,7 +100,7 @@ private:
     QHash<QString, QString> m_frameUrls;       // frame id -> address of its last navigation
     QHash<QString, qint64> m_reportedActive;   // session + "\n" + context id -> active element
                                                // its page reported while no document object was made
-    QHash<QString, std::weak_ptr<CdpDocument>> m_documents; // session + "\n" + context id
+    QHash<QString, std::weak_ptr<ScriptDocument>> m_documents; // session + "\n" + context id
     struct Progress
     {
         int requested = 0;

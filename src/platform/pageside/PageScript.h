@@ -2,18 +2,17 @@
 
 #include <QString>
 
-// The script Tolvane runs in every frame, in a world of its own that the page cannot see:
-// it hands out element ids, answers reads and writes, and reports the user's actions through
-// the binding. Double clicks are cancelled here, as the watched documents require.
-namespace InjectedScript {
+// The script Tolvane runs in every frame, in a realm of its own that the page cannot see: it
+// hands out element ids, answers reads and writes, and reports the user's actions through the
+// function the browser adapter gives it. Double clicks are cancelled here, as the watched
+// documents require.
+namespace PageScript {
 
-inline const QString World = QStringLiteral("tolvane");
-inline const QString Binding = QStringLiteral("__tolvaneEvent");
-
-inline QString source()
+// `send` is a script expression for a function taking one text message (a report in JSON).
+inline QString source(const QString& send)
 {
     return QStringLiteral(R"JS(
-(() => {
+((send) => {
   if (window.__tolvane) return;
   const registry = new Map();
   const ids = new WeakMap();
@@ -218,7 +217,7 @@ inline QString source()
     const doc = {};
     for (const what of docTexts) doc[what] = window.__tolvane.doc(what);
     if (kind === 'focusin' || kind === 'activate') doc.cookie = window.__tolvane.doc('cookie');
-    try { __tolvaneEvent(JSON.stringify(Object.assign({ seq: ++seq, kind, active: idOf(activeEl), fields, doc }, extra || {}))); } catch (e) {}
+    try { send(JSON.stringify(Object.assign({ seq: ++seq, kind, active: idOf(activeEl), fields, doc }, extra || {}))); } catch (e) {}
   };
   // Fields the page adds once it has completed (forms rendered late, route changes): looked for
   // at most every ReportMs after elements were added, reported once, given out once.
@@ -388,14 +387,13 @@ inline QString source()
     if (document.readyState === 'complete') watch();
   }, true);
   if (document.readyState === 'complete') {
-    try { __tolvaneEvent(JSON.stringify({ seq: ++seq, kind: 'attached' })); } catch (e) {}
+    try { send(JSON.stringify({ seq: ++seq, kind: 'attached' })); } catch (e) {}
     watch();
   }
-  const status = (text) => { try { __tolvaneEvent(JSON.stringify({ seq: ++seq, kind: 'status', text })); } catch (e) {} };
+  const status = (text) => { try { send(JSON.stringify({ seq: ++seq, kind: 'status', text })); } catch (e) {} };
   addEventListener('mouseover', (e) => { const a = e.isTrusted && link(e.target); if (a) status(a.href); }, true);
   addEventListener('mouseout', (e) => { if (e.isTrusted && link(e.target)) status(''); }, true);
-})();
-)JS");
+}))JS") + QStringLiteral("(%1);\n").arg(send);
 }
 
-} // namespace InjectedScript
+} // namespace PageScript

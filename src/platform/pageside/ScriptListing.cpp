@@ -1,8 +1,8 @@
-#include "CdpListing.h"
+#include "ScriptListing.h"
 
 #include <QJsonArray>
 
-CdpListing::Field CdpListing::fieldFrom(const QJsonObject& record)
+ScriptListing::Field ScriptListing::fieldFrom(const QJsonObject& record)
 {
     Field field;
     field.id = record.value(QLatin1String("id")).toInteger();
@@ -13,7 +13,7 @@ CdpListing::Field CdpListing::fieldFrom(const QJsonObject& record)
     return field;
 }
 
-void CdpListing::wrote(int index, const QString& property, const QJsonValue& value)
+void ScriptListing::wrote(int index, const QString& property, const QJsonValue& value)
 {
     Field& field = m_fields[static_cast<size_t>(index)];
     const bool isList = field.properties.value(QLatin1String("tagName")).toString() == QLatin1String("SELECT");

@@ -12,16 +12,15 @@
 #include <optional>
 
 class AppError;
-class CdpListing;
+class PageScriptHost;
+class ScriptListing;
 
-class CdpShell;
-
-// A document of a real page or frame: reads and writes go through the script in Tolvane's own
-// world of that document; its events arrive from the shell.
-class CdpDocument : public HtmlDocument, public std::enable_shared_from_this<CdpDocument>
+// A document of a real page or frame: reads and writes go through the page script in Tolvane's
+// own realm of that document; its events arrive from the browser adapter.
+class ScriptDocument : public HtmlDocument, public std::enable_shared_from_this<ScriptDocument>
 {
 public:
-    CdpDocument(CdpShell& shell, QString sessionId, QString frameId, int contextId);
+    ScriptDocument(PageScriptHost& host, QString realm, QString frameId);
 
     QString title() const override;
     QString url() const override;
@@ -68,22 +67,19 @@ public:
     // Whether the browser has let the document go: its calls then answer nothing.
     bool unloaded() const { return m_unloaded; }
 
-    const QString& sessionId() const { return m_session; }
+    const QString& realm() const { return m_realm; }
     QString frameId() const override { return m_frame; }
-    int contextId() const { return m_context; }
 
 private:
-    static bool isContextGone(const AppError& error);
     QString text(const char* property) const;
     ElementPtr element(const QJsonValue& id) const;
     QList<ElementPtr> listing(const QJsonArray& records) const;
     // The batch's first read brings the document's texts and its form fields in one call.
     void readAhead() const;
 
-    CdpShell& m_shell;
-    QString m_session;
+    PageScriptHost& m_host;
+    QString m_realm;
     QString m_frame;
-    int m_context;
     Subscribers<DocumentEvents> m_sinks;
     struct EventState
     {
@@ -106,12 +102,12 @@ private:
 };
 
 // An element of a real page, by its id in the document's script.
-class CdpElement : public HtmlElement
+class ScriptElement : public HtmlElement
 {
 public:
-    CdpElement(std::shared_ptr<const CdpDocument> document, qint64 id) : m_document(std::move(document)), m_id(id) {}
+    ScriptElement(std::shared_ptr<const ScriptDocument> document, qint64 id) : m_document(std::move(document)), m_id(id) {}
     // An element of a listing taken during a batch.
-    CdpElement(std::shared_ptr<const CdpDocument> document, std::shared_ptr<CdpListing> listing, int index);
+    ScriptElement(std::shared_ptr<const ScriptDocument> document, std::shared_ptr<ScriptListing> listing, int index);
 
     QString tagName() const override { return get("tagName").toString(); }
     QString name() const override { return get("name").toString(); }
@@ -134,10 +130,10 @@ private:
     // A property the element does not have is the classic "not supported" error.
     static QJsonValue required(const QJsonValue& value);
     // The listing, while the batch it was taken in is open.
-    CdpListing* listing() const;
+    ScriptListing* listing() const;
 
-    std::shared_ptr<const CdpDocument> m_document;
+    std::shared_ptr<const ScriptDocument> m_document;
     qint64 m_id;
-    std::shared_ptr<CdpListing> m_listing;
+    std::shared_ptr<ScriptListing> m_listing;
     int m_index = -1;
 };

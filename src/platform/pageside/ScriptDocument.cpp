@@ -1,9 +1,8 @@
-#include "CdpDocument.h"
+#include "ScriptDocument.h"
 
 #include "AppError.h"
-#include "CdpDialogGuard.h"
-#include "CdpListing.h"
-#include "CdpShell.h"
+#include "ScriptListing.h"
+#include "PageScriptHost.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -24,12 +23,12 @@ QString literal(const QJsonValue& value)
 }
 } // namespace
 
-CdpDocument::CdpDocument(CdpShell& shell, QString sessionId, QString frameId, int contextId)
-    : m_shell(shell), m_session(std::move(sessionId)), m_frame(std::move(frameId)), m_context(contextId)
+ScriptDocument::ScriptDocument(PageScriptHost& host, QString realm, QString frameId)
+    : m_host(host), m_realm(std::move(realm)), m_frame(std::move(frameId))
 {
 }
 
-QJsonValue CdpDocument::run(const QString& call) const
+QJsonValue ScriptDocument::run(const QString& call) const
 {
     QString expression = QStringLiteral("window.__tolvane.") + call;
     if (!m_pendingWrites.isEmpty()) {
@@ -40,16 +39,17 @@ QJsonValue CdpDocument::run(const QString& call) const
     if (m_unloaded)
         return {};
     try {
-        return m_shell.evaluate(m_session, m_context, expression);
+        return m_host.evaluate(m_realm, expression);
     } catch (const AppError& error) {
-        if (CdpDialogGuard::isRefusal(error)) {
+        const PageScriptHost::Failure failure = m_host.failureOf(error);
+        if (failure == PageScriptHost::Failure::Refused) {
             // Behind a dialog the document answers nothing for now, like one the page left; a fill
             // that met it runs again once the dialog closes.
             if (openBatch() != 0)
                 m_fillMissed = true;
             return {};
         }
-        if (!isContextGone(error))
+        if (failure != PageScriptHost::Failure::Gone)
             throw;
         // The page went on to another document (a frame moving to a process of its own does so
         // between two calls): like the detached document of a page that navigated on, this one
@@ -59,14 +59,7 @@ QJsonValue CdpDocument::run(const QString& call) const
     }
 }
 
-bool CdpDocument::isContextGone(const AppError& error)
-{
-    return error.number() == ErrorNumber::BrowserCall &&
-           (error.description().contains(QLatin1String("Cannot find context with specified id")) ||
-            error.description().contains(QLatin1String("Execution context was destroyed")));
-}
-
-void CdpDocument::dialogClosed()
+void ScriptDocument::dialogClosed()
 {
     if (!m_fillMissed || m_unloaded)
         return;
@@ -74,18 +67,18 @@ void CdpDocument::dialogClosed()
     raise(QStringLiteral("readystatechange"), {});
 }
 
-QList<ElementPtr> CdpDocument::addedFields()
+QList<ElementPtr> ScriptDocument::addedFields()
 {
     return listing(run(QStringLiteral("added()")).toArray());
 }
 
-void CdpDocument::beginBatch()
+void ScriptDocument::beginBatch()
 {
     if (m_batchDepth++ == 0)
         ++m_batch;
 }
 
-void CdpDocument::endBatch()
+void ScriptDocument::endBatch()
 {
     if (m_batchDepth == 0 || --m_batchDepth > 0)
         return;
@@ -96,7 +89,7 @@ void CdpDocument::endBatch()
     // and a page busy loading its frames is not waited for. What is read next sees them.
     if (!m_pendingWrites.isEmpty() && !m_unloaded) {
         try {
-            m_shell.evaluateLater(m_session, m_context, QStringLiteral("window.__tolvane.apply([%1])").arg(m_pendingWrites));
+            m_host.evaluateLater(m_realm, QStringLiteral("window.__tolvane.apply([%1])").arg(m_pendingWrites));
         } catch (const AppError&) {
             // The browser has gone: the writes go with it, as with a document the page left.
         }
@@ -104,10 +97,10 @@ void CdpDocument::endBatch()
     m_pendingWrites.clear();
 }
 
-void CdpDocument::prefetch(std::function<void()> done)
+void ScriptDocument::prefetch(std::function<void()> done)
 {
-    const std::weak_ptr<CdpDocument> self = shared_from_this();
-    m_shell.evaluateAnswered(m_session, m_context, QStringLiteral("window.__tolvane.snapshot()"),
+    const std::weak_ptr<ScriptDocument> self = shared_from_this();
+    m_host.evaluateAnswered(m_realm, QStringLiteral("window.__tolvane.snapshot()"),
                              [self, done = std::move(done)](const QJsonValue& value) {
                                  if (const auto document = self.lock())
                                      document->m_prefetched = snapshotFrom(value);
@@ -115,7 +108,7 @@ void CdpDocument::prefetch(std::function<void()> done)
                              });
 }
 
-void CdpDocument::wrote(bool throughListing) const
+void ScriptDocument::wrote(bool throughListing) const
 {
     m_prefetched = {};
     m_event.fields = {};
@@ -123,7 +116,7 @@ void CdpDocument::wrote(bool throughListing) const
         m_readAhead.clear();
 }
 
-void CdpDocument::readAhead() const
+void ScriptDocument::readAhead() const
 {
     if (openBatch() == 0 || m_readAheadDone)
         return;
@@ -145,7 +138,7 @@ void CdpDocument::readAhead() const
         m_readAhead.insert(list.key(), list.value().toArray());
 }
 
-void CdpDocument::queueWrite(qint64 id, const QString& property, const QJsonValue& value) const
+void ScriptDocument::queueWrite(qint64 id, const QString& property, const QJsonValue& value) const
 {
     // Kept as the script's text: a fill queues a write per field.
     if (!m_pendingWrites.isEmpty())
@@ -153,7 +146,7 @@ void CdpDocument::queueWrite(qint64 id, const QString& property, const QJsonValu
     m_pendingWrites += QStringLiteral("[%1,%2,%3]").arg(id).arg(literal(property), literal(value));
 }
 
-QString CdpDocument::text(const char* property) const
+QString ScriptDocument::text(const char* property) const
 {
     // Within a batch the page is taken to stay where it is: one read serves the whole fill.
     const QString key = QString::fromLatin1(property);
@@ -172,38 +165,38 @@ QString CdpDocument::text(const char* property) const
     return value;
 }
 
-QString CdpDocument::title() const
+QString ScriptDocument::title() const
 {
     return text("title");
 }
 
-QString CdpDocument::url() const
+QString ScriptDocument::url() const
 {
     return text("url");
 }
 
-QString CdpDocument::URLUnencoded() const
+QString ScriptDocument::URLUnencoded() const
 {
     return text("urlUnencoded");
 }
 
-QString CdpDocument::readyState() const
+QString ScriptDocument::readyState() const
 {
     return text("readyState");
 }
 
-QString CdpDocument::cookie() const
+QString ScriptDocument::cookie() const
 {
     return text("cookie");
 }
 
-ElementPtr CdpDocument::element(const QJsonValue& id) const
+ElementPtr ScriptDocument::element(const QJsonValue& id) const
 {
     const qint64 number = id.toInteger();
-    return number > 0 ? std::make_shared<CdpElement>(shared_from_this(), number) : nullptr;
+    return number > 0 ? std::make_shared<ScriptElement>(shared_from_this(), number) : nullptr;
 }
 
-ElementPtr CdpDocument::activeElement() const
+ElementPtr ScriptDocument::activeElement() const
 {
     if (m_event.activeId)
         return element(QJsonValue(*m_event.activeId));
@@ -214,7 +207,7 @@ ElementPtr CdpDocument::activeElement() const
     return element(run(QStringLiteral("doc('activeElement')")));
 }
 
-QList<ElementPtr> CdpDocument::tags(const QString& tagName) const
+QList<ElementPtr> ScriptDocument::tags(const QString& tagName) const
 {
     if (openBatch() != 0) {
         readAhead();
@@ -232,40 +225,40 @@ QList<ElementPtr> CdpDocument::tags(const QString& tagName) const
     return found;
 }
 
-QList<ElementPtr> CdpDocument::listing(const QJsonArray& records) const
+QList<ElementPtr> ScriptDocument::listing(const QJsonArray& records) const
 {
-    std::vector<CdpListing::Field> fields;
+    std::vector<ScriptListing::Field> fields;
     for (const QJsonValue& record : records)
-        fields.push_back(CdpListing::fieldFrom(record.toObject()));
-    const auto listed = std::make_shared<CdpListing>(std::move(fields), m_batch);
+        fields.push_back(ScriptListing::fieldFrom(record.toObject()));
+    const auto listed = std::make_shared<ScriptListing>(std::move(fields), m_batch);
     QList<ElementPtr> found;
     found.reserve(listed->size());
     for (int index = 0; index < listed->size(); ++index)
-        found.append(std::make_shared<CdpElement>(shared_from_this(), listed, index));
+        found.append(std::make_shared<ScriptElement>(shared_from_this(), listed, index));
     return found;
 }
 
-int CdpDocument::framesLength() const
+int ScriptDocument::framesLength() const
 {
     return run(QStringLiteral("doc('framesLength')")).toInt();
 }
 
-FramePtr CdpDocument::frameItem(int index) const
+FramePtr ScriptDocument::frameItem(int index) const
 {
-    return m_shell.frameOwner(*this, index);
+    return m_host.frameOwner(m_realm, index);
 }
 
-void CdpDocument::subscribe(const std::shared_ptr<DocumentEvents>& sink)
+void ScriptDocument::subscribe(const std::shared_ptr<DocumentEvents>& sink)
 {
     m_sinks.add(sink);
 }
 
-void CdpDocument::unsubscribe(const DocumentEvents* sink)
+void ScriptDocument::unsubscribe(const DocumentEvents* sink)
 {
     m_sinks.remove(sink);
 }
 
-void CdpDocument::raise(const QString& kind, const QJsonObject& report)
+void ScriptDocument::raise(const QString& kind, const QJsonObject& report)
 {
     const auto self = shared_from_this();
     // The page has moved on since anything fetched ahead.
@@ -302,7 +295,7 @@ void CdpDocument::raise(const QString& kind, const QJsonObject& report)
     m_event = {outer, {}, {}, {}};
 }
 
-std::optional<QJsonValue> CdpDocument::reported(qint64 id, const QString& property) const
+std::optional<QJsonValue> ScriptDocument::reported(qint64 id, const QString& property) const
 {
     const QJsonObject field = m_event.fields.value(QString::number(id)).toObject();
     const auto value = field.constFind(property);
@@ -311,19 +304,19 @@ std::optional<QJsonValue> CdpDocument::reported(qint64 id, const QString& proper
     return *value;
 }
 
-CdpElement::CdpElement(std::shared_ptr<const CdpDocument> document, std::shared_ptr<CdpListing> listing, int index)
+ScriptElement::ScriptElement(std::shared_ptr<const ScriptDocument> document, std::shared_ptr<ScriptListing> listing, int index)
     : m_document(std::move(document)), m_id(listing->field(index).id), m_listing(std::move(listing)), m_index(index)
 {
 }
 
-bool CdpElement::userTouched() const
+bool ScriptElement::userTouched() const
 {
     // Only the fields given out as added carry it; the page's own fields are filled regardless.
-    const CdpListing* listed = listing();
+    const ScriptListing* listed = listing();
     return listed && listed->field(m_index).properties.value(QLatin1String("touched")).toBool();
 }
 
-FieldDescription CdpElement::description() const
+FieldDescription ScriptElement::description() const
 {
     const QJsonObject hint = get("hint").toObject();
     FieldDescription field;
@@ -338,15 +331,15 @@ FieldDescription CdpElement::description() const
     return field;
 }
 
-CdpListing* CdpElement::listing() const
+ScriptListing* ScriptElement::listing() const
 {
     return m_listing && m_listing->batch() == m_document->openBatch() ? m_listing.get() : nullptr;
 }
 
-QJsonValue CdpElement::get(const char* property) const
+QJsonValue ScriptElement::get(const char* property) const
 {
     const QString name = QString::fromLatin1(property);
-    if (const CdpListing* listed = listing()) {
+    if (const ScriptListing* listed = listing()) {
         const QJsonObject& known = listed->field(m_index).properties;
         const auto value = known.constFind(name);
         if (value != known.constEnd())
@@ -357,10 +350,10 @@ QJsonValue CdpElement::get(const char* property) const
     return m_document->run(QStringLiteral("get(%1, %2)").arg(m_id).arg(literal(name)));
 }
 
-void CdpElement::set(const char* property, const QJsonValue& value) const
+void ScriptElement::set(const char* property, const QJsonValue& value) const
 {
     const QString name = QString::fromLatin1(property);
-    CdpListing* listed = listing();
+    ScriptListing* listed = listing();
     // A scroll in a batch goes with the batch's writes: every element has it.
     if (!listed && name == QLatin1String("scrollIntoView") && m_document->openBatch() != 0) {
         m_document->queueWrite(m_id, name, value);
@@ -380,7 +373,7 @@ void CdpElement::set(const char* property, const QJsonValue& value) const
         required(answer);
 }
 
-QJsonValue CdpElement::required(const QJsonValue& value)
+QJsonValue ScriptElement::required(const QJsonValue& value)
 {
     if (value.isNull() || value.isUndefined())
         throw AppError(NotSupported, QStringLiteral("Object doesn't support this property or method"));

@@ -8,7 +8,7 @@
 // a batch. Writes through the listed elements keep it true the way the DOM would: a checked
 // radio button unchecks its group, a list's value or index picks its option. A property the
 // browser may have changed on its own terms (a sanitised value) is forgotten and read again.
-class CdpListing
+class ScriptListing
 {
 public:
     struct Field
@@ -20,7 +20,7 @@ public:
         qint64 group = 0;    // radio buttons of one group share it; 0 for none
     };
 
-    CdpListing(std::vector<Field> fields, quint64 batch) : m_fields(std::move(fields)), m_batch(batch) {}
+    ScriptListing(std::vector<Field> fields, quint64 batch) : m_fields(std::move(fields)), m_batch(batch) {}
 
     // Reads one listing record of the document's script.
     static Field fieldFrom(const QJsonObject& record);

@@ -11,42 +11,10 @@ for tool in Xvfb openbox xprop xwininfo xterm import; do
   command -v "$tool" >/dev/null || { echo "missing $tool"; exit 1; }
 done
 
-work=$(mktemp -d)
-pids=()
-cleanup() {
-  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
-  rm -rf "$work"
-}
-trap cleanup EXIT
-
-# A display of our own.
-exec 5> "$work/display"
-Xvfb -displayfd 5 -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
-pids+=($!)
-for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.1; done
-export DISPLAY=":$(cat "$work/display")"
-openbox >/dev/null 2>&1 &
-pids+=($!)
-
-workarea() { xprop -root _NET_WORKAREA 2>/dev/null | sed -n 's/.*= \([0-9]*\), \([0-9]*\), \([0-9]*\), \([0-9]*\).*/\1 \2 \3 \4/p'; }
-wait_for() { # wait_for CONDITION-COMMAND: up to 20 s
-  for _ in $(seq 200); do eval "$1" && return 0; sleep 0.1; done
-  return 1
-}
-wait_for '[ -n "$(workarea)" ]' || { echo "the window manager published no work area"; exit 1; }
+source "$(dirname "$0")/../support/x-session.sh"
 read -r _ _ fullWidth fullHeight <<< "$(workarea)"
 
-# A quiet start: a browser that answers its version, set as the default, fresh data folders.
-mkdir -p "$work/bin" "$work/config" "$work/share/applications" "$work/data" "$work/tmp" "$work/runtime"
-chmod 700 "$work/runtime"
-printf '#!/bin/sh\necho "Chromium 156.0.1.1 built for the test"\n' > "$work/bin/chromium"
-chmod +x "$work/bin/chromium"
-printf '[Desktop Entry]\nExec=%s %%U\n' "$work/bin/chromium" > "$work/share/applications/chromium.desktop"
-printf '[Default Applications]\ntext/html=chromium.desktop\n' > "$work/config/mimeapps.list"
-
-QT_QPA_PLATFORM=xcb TOLVANE_BROWSER="$work/bin/chromium" XDG_CONFIG_HOME="$work/config" XDG_DATA_DIRS="$work/share:/usr/share" \
-  XDG_DATA_HOME="$work/data" XDG_RUNTIME_DIR="$work/runtime" TMPDIR="$work/tmp" \
-  ASAN_OPTIONS=detect_leaks=0 "$exe" > "$work/tolvane.log" 2>&1 &
+env "${bar_environment[@]}" "$exe" > "$work/tolvane.log" 2>&1 &
 bar=$!
 pids+=($bar)
 

@@ -10,13 +10,7 @@ for tool in Xvfb openbox xprop xwininfo xdotool desktop-file-validate appstreamc
   command -v "$tool" >/dev/null || { echo "missing $tool"; exit 1; }
 done
 
-work=$(mktemp -d)
-pids=()
-cleanup() {
-  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
-  rm -rf "$work"
-}
-trap cleanup EXIT
+source "$(dirname "$0")/../support/x-session.sh"
 
 prefix=$work/prefix
 cmake --install "$build" --prefix "$prefix" >/dev/null
@@ -32,42 +26,15 @@ desktop-file-validate "$prefix/share/applications/$id.desktop"
 appstreamcli validate --no-net --explain "$prefix/share/metainfo/$id.metainfo.xml"
 echo "installed and valid: $(cd "$prefix" && find . -type f | wc -l) files"
 
-# A display of our own with a window manager that honours struts.
-exec 5> "$work/display"
-Xvfb -displayfd 5 -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
-pids+=($!)
-for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.1; done
-export DISPLAY=":$(cat "$work/display")"
-wait_for() { # wait_for CONDITION-COMMAND: up to 30 s
-  for _ in $(seq 300); do eval "$1" && return 0; sleep 0.1; done
-  return 1
-}
-wait_for 'xprop -root >/dev/null 2>&1' || { echo "the X server on $DISPLAY did not answer"; exit 1; }
-openbox > "$work/openbox.log" 2>&1 &
-pids+=($!)
-workarea() { xprop -root _NET_WORKAREA 2>/dev/null | sed -n 's/.*= \([0-9]*\), \([0-9]*\), \([0-9]*\),.*/\3/p'; }
-if ! wait_for '[ -n "$(workarea)" ]'; then
-  echo "the window manager published no work area on $DISPLAY"; cat "$work/openbox.log"; xprop -root | head -20; exit 1
-fi
-full=$(workarea)
-
-# A quiet start: a browser that answers its version, set as the default, fresh user folders.
-mkdir -p "$work/bin" "$work/config" "$work/share/applications" "$work/data" "$work/tmp" "$work/runtime" "$work/elsewhere"
-chmod 700 "$work/runtime"
-printf '#!/bin/sh\necho "Chromium 156.0.1.1 built for the test"\n' > "$work/bin/chromium"
-chmod +x "$work/bin/chromium"
-printf '[Desktop Entry]\nExec=%s %%U\n' "$work/bin/chromium" > "$work/share/applications/chromium.desktop"
-printf '[Default Applications]\ntext/html=chromium.desktop\n' > "$work/config/mimeapps.list"
+read -r _ _ full _ <<< "$(workarea)"
 
 # The menu entry's command, field codes dropped, found on the PATH as the desktop finds it.
 command=$(sed -n 's/^Exec=//p' "$prefix/share/applications/$id.desktop" | sed 's/ %[a-zA-Z]//g')
-(cd "$work/elsewhere" && PATH="$prefix/bin:$PATH" QT_QPA_PLATFORM=xcb TOLVANE_BROWSER="$work/bin/chromium" \
-  XDG_CONFIG_HOME="$work/config" XDG_DATA_DIRS="$work/share:/usr/share" XDG_DATA_HOME="$work/data" \
-  XDG_RUNTIME_DIR="$work/runtime" TMPDIR="$work/tmp" ASAN_OPTIONS=detect_leaks=0 \
-  exec $command > "$work/tolvane.log" 2>&1) &
+mkdir -p "$work/elsewhere"
+(cd "$work/elsewhere" && exec env PATH="$prefix/bin:$PATH" "${bar_environment[@]}" $command > "$work/tolvane.log" 2>&1) &
 pids+=($!)
 
-if ! wait_for '[ "$(workarea)" = "$((full - 175))" ]'; then
+if ! wait_for '[ "$(workarea | cut -d" " -f3)" = "$((full - 175))" ]'; then
   echo "FAIL: the installed program did not dock: work area $(workarea) of $full"; cat "$work/tolvane.log"; exit 1
 fi
 # The user clicks the bar (a dock window takes the focus when clicked) and presses F1.

@@ -26,9 +26,17 @@ pids+=($!)
 for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.1; done
 export DISPLAY=":$(cat "$work/display")"
 wait_for 'xprop -root >/dev/null 2>&1' || { echo "the X server on $DISPLAY did not answer"; exit 1; }
-openbox > "$work/openbox.log" 2>&1 &
-pids+=($!)
-if ! wait_for '[ -n "$(workarea)" ]'; then
+# Now and then the window manager cannot open a display that has only just come up: it is
+# started again, up to three times.
+for attempt in 1 2 3; do
+  openbox > "$work/openbox.log" 2>&1 &
+  manager=$!
+  pids+=($manager)
+  wait_for '[ -n "$(workarea)" ] || ! kill -0 '"$manager"' 2>/dev/null'
+  [ -n "$(workarea)" ] && break
+  sleep 0.5
+done
+if [ -z "$(workarea)" ]; then
   echo "the window manager published no work area on $DISPLAY"; cat "$work/openbox.log"; exit 1
 fi
 

@@ -3,7 +3,7 @@
 // window being mapped, with the browser already running and with Tolvane starting it; then the
 // bar's resident memory after start-up and after it has filled 100 pages of the 100-field form.
 #include "BenchSupport.h"
-#include "CdpConnection.h"
+#include "RemoteConnection.h"
 #include "ChromiumProcess.h"
 #include "Fakes.h"
 #include "HttpServer.h"
@@ -211,7 +211,7 @@ double medianStart(const QString& home, const QString& devtools, int runs)
 int fillPages(const QString& endpoint, const QString& formUrl, int count)
 {
     const auto browser = ChromiumProcess::attach(endpoint);
-    CdpConnection& cdp = browser->connection();
+    RemoteConnection& cdp = browser->connection();
     const QString target = cdp.call(QStringLiteral("Target.createTarget"), {{"url", "about:blank"}})
                                .value("targetId")
                                .toString();

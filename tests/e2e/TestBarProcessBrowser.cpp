@@ -2,7 +2,7 @@
 // the browser cleanly; killed with SIGKILL it takes the browser down without losing its tabs;
 // both times the next start has the tabs back.
 #include "ChromiumProcess.h"
-#include "CdpConnection.h"
+#include "RemoteConnection.h"
 #include "HttpServer.h"
 #include "PumpUntil.h"
 
@@ -110,7 +110,7 @@ private:
 };
 
 // What the tabs show: address and title.
-QStringList pageUrls(CdpConnection& cdp)
+QStringList pageUrls(RemoteConnection& cdp)
 {
     QStringList urls;
     for (const QJsonValue& target : cdp.call(QStringLiteral("Target.getTargets")).value("targetInfos").toArray()) {

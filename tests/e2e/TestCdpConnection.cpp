@@ -1,8 +1,8 @@
 // The DevTools connection against a real headless Chromium: pipe and WebSocket, answers,
 // errors, time-outs, events in order on the user-interface thread, a browser that dies.
 #include "AppError.h"
-#include "CdpConnection.h"
-#include "CdpTransport.h"
+#include "RemoteConnection.h"
+#include "RemoteTransport.h"
 #include "ChromiumProcess.h"
 
 #include <QCoreApplication>
@@ -33,7 +33,7 @@ void pumpFor(int ms)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
 }
 
-class TestCdpConnection : public ::testing::Test
+class TestRemoteConnection : public ::testing::Test
 {
 protected:
     void SetUp() override
@@ -44,16 +44,16 @@ protected:
     QTemporaryDir profile;
 };
 
-TEST_F(TestCdpConnection, PipeAnswersCallsAndDeliversEventsInOrderAfterwards)
+TEST_F(TestRemoteConnection, PipeAnswersCallsAndDeliversEventsInOrderAfterwards)
 {
     auto browser = ChromiumProcess::start(chromium(), profile.path(), Headless);
-    CdpConnection& cdp = browser->connection();
+    RemoteConnection& cdp = browser->connection();
     const QJsonObject version = cdp.call(QStringLiteral("Browser.getVersion"));
     EXPECT_TRUE(version.value("product").toString().contains("Chrome/")) << version.value("product").toString().toStdString();
 
     std::vector<QString> methods;
     std::vector<bool> onMainThread;
-    cdp.setEventHandler([&](const CdpConnection::Event& event) {
+    cdp.setEventHandler([&](const RemoteConnection::Event& event) {
         methods.push_back(event.method);
         onMainThread.push_back(QThread::currentThread() == QCoreApplication::instance()->thread());
     });
@@ -87,7 +87,7 @@ TEST_F(TestCdpConnection, PipeAnswersCallsAndDeliversEventsInOrderAfterwards)
     EXPECT_TRUE(cdp.isClosed());
 }
 
-TEST_F(TestCdpConnection, WebSocketToABrowserOnALoopbackPort)
+TEST_F(TestRemoteConnection, WebSocketToABrowserOnALoopbackPort)
 {
     QProcess browser;
     browser.setStandardErrorFile(QProcess::nullDevice());
@@ -112,15 +112,15 @@ TEST_F(TestCdpConnection, WebSocketToABrowserOnALoopbackPort)
 }
 
 // A browser that never answers: the call ends with an error after its time-out.
-class SilentTransport : public CdpTransport
+class SilentTransport : public RemoteTransport
 {
 public:
     void send(const QByteArray&) override {}
 };
 
-TEST(CdpConnectionTimeout, ACallWithoutAnswerFailsAfterItsTimeOut)
+TEST(RemoteConnectionTimeout, ACallWithoutAnswerFailsAfterItsTimeOut)
 {
-    CdpConnection cdp([] { return new SilentTransport; }, 300);
+    RemoteConnection cdp([] { return new SilentTransport; }, 300);
     QElapsedTimer timer;
     timer.start();
     try {
@@ -135,9 +135,9 @@ TEST(CdpConnectionTimeout, ACallWithoutAnswerFailsAfterItsTimeOut)
 
 // A page that shows a dialog runs no script: calls into it fail at once, those already waiting
 // too, while what the browser answers itself still goes to it.
-TEST(CdpConnectionBlocking, CallsIntoABlockedPageFailAtOnceUntilItIsLetGo)
+TEST(RemoteConnectionBlocking, CallsIntoABlockedPageFailAtOnceUntilItIsLetGo)
 {
-    CdpConnection cdp([] { return new SilentTransport; }, 20000);
+    RemoteConnection cdp([] { return new SilentTransport; }, 20000);
     const QString reason = QStringLiteral("The page is showing a dialog.");
     // A call that waits for nobody hears of it too, on this thread, when events run.
     QString laterError = QStringLiteral("not answered");

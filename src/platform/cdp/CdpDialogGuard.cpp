@@ -24,7 +24,7 @@ QStringList CdpDialogGuard::sessionsUnder(const QString& session) const
     return sessions;
 }
 
-void CdpDialogGuard::onEvent(const CdpConnection::Event& event)
+void CdpDialogGuard::onEvent(const RemoteConnection::Event& event)
 {
     const QString& method = event.method;
     if (method == QLatin1String("Target.attachedToTarget")) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CdpConnection.h"
+#include "RemoteConnection.h"
 
 #include <QHash>
 #include <QStringList>
@@ -14,16 +14,16 @@ class AppError;
 class CdpDialogGuard
 {
 public:
-    explicit CdpDialogGuard(CdpConnection& connection) : m_connection(connection) {}
+    explicit CdpDialogGuard(RemoteConnection& connection) : m_connection(connection) {}
 
-    void onEvent(const CdpConnection::Event& event);
+    void onEvent(const RemoteConnection::Event& event);
     // A call refused or cut short because its page shows a dialog.
     static bool isRefusal(const AppError& error);
 
 private:
     QStringList sessionsUnder(const QString& session) const;
 
-    CdpConnection& m_connection;
+    RemoteConnection& m_connection;
     QHash<QString, QString> m_parents;     // session -> the session it was attached through
     QHash<QString, QStringList> m_blocked; // session showing a dialog -> sessions blocked for it
 };

@@ -72,7 +72,7 @@ private:
 
 // What every page and frame session gets before it may run: events on, our world and script
 // in place, its own frames attached; then it is let go.
-void prepareSession(CdpConnection& cdp, const QString& session)
+void prepareSession(RemoteConnection& cdp, const QString& session)
 {
     cdp.send(QStringLiteral("Page.enable"), {}, session);
     cdp.send(QStringLiteral("Page.setLifecycleEventsEnabled"), {{"enabled", true}}, session);
@@ -110,11 +110,11 @@ void CdpShell::connect()
         m_connectFailure = error.description();
         return;
     }
-    CdpConnection& connection = m_browser->connection();
+    RemoteConnection& connection = m_browser->connection();
     m_dialogs = std::make_unique<CdpDialogGuard>(connection);
     // Targets that wait for their debugger must be let go at once, not when the user-interface
     // thread gets round to it; a dialog must stop calls that already wait.
-    connection.setIoHook([&connection, dialogs = m_dialogs.get()](const CdpConnection::Event& event) {
+    connection.setIoHook([&connection, dialogs = m_dialogs.get()](const RemoteConnection::Event& event) {
         dialogs->onEvent(event);
         if (event.method != QLatin1String("Target.attachedToTarget"))
             return;
@@ -125,7 +125,7 @@ void CdpShell::connect()
         else
             connection.send(QStringLiteral("Runtime.runIfWaitingForDebugger"), {}, session);
     });
-    connection.setEventHandler([this](const CdpConnection::Event& event) { onEvent(event); });
+    connection.setEventHandler([this](const RemoteConnection::Event& event) { onEvent(event); });
     try {
         connection.call(QStringLiteral("Target.setDiscoverTargets"), {{"discover", true}});
         connection.call(QStringLiteral("Target.setAutoAttach"),
@@ -140,7 +140,7 @@ bool CdpShell::isConnected() const
     return m_browser && !m_browser->connection().isClosed();
 }
 
-CdpConnection& CdpShell::cdp()
+RemoteConnection& CdpShell::cdp()
 {
     connect();
     if (!m_browser)
@@ -360,7 +360,7 @@ std::shared_ptr<CdpBrowser> CdpShell::pageOfSession(const QString& sessionId) co
     return nullptr;
 }
 
-void CdpShell::onEvent(const CdpConnection::Event& event)
+void CdpShell::onEvent(const RemoteConnection::Event& event)
 {
     // TOLVANE_CDP_TRACE=1 lists the browser's events on standard error, for diagnosis.
     static const bool trace = qEnvironmentVariableIsSet("TOLVANE_CDP_TRACE");
@@ -369,7 +369,7 @@ void CdpShell::onEvent(const CdpConnection::Event& event)
               qPrintable(QString::fromUtf8(QJsonDocument(event.params).toJson(QJsonDocument::Compact)).left(200)));
     const QString& method = event.method;
     const QJsonObject& params = event.params;
-    if (method == CdpConnection::ClosedEvent) {
+    if (method == RemoteConnection::ClosedEvent) {
         onBrowserGone();
     } else if (method == QLatin1String("Target.attachedToTarget")) {
         onAttached(event);
@@ -414,7 +414,7 @@ void CdpShell::onEvent(const CdpConnection::Event& event)
     }
 }
 
-void CdpShell::onAttached(const CdpConnection::Event& event)
+void CdpShell::onAttached(const RemoteConnection::Event& event)
 {
     const QJsonObject info = event.params.value("targetInfo").toObject();
     const QString id = info.value("targetId").toString();
@@ -446,7 +446,7 @@ void CdpShell::onClosed(const QString& targetId)
         sink->SW_WindowRevoked(0);
 }
 
-void CdpShell::onContextCreated(const CdpConnection::Event& event)
+void CdpShell::onContextCreated(const RemoteConnection::Event& event)
 {
     const QJsonObject context = event.params.value("context").toObject();
     if (context.value("name").toString() != World)
@@ -546,7 +546,7 @@ void CdpShell::onDialogClosed(const QString& sessionId)
         document->dialogClosed();
 }
 
-void CdpShell::onNetwork(const CdpConnection::Event& event)
+void CdpShell::onNetwork(const RemoteConnection::Event& event)
 {
     // There is no progress event: the figures are the page's requests since its main frame
     // started loading, and how many of them have ended.
@@ -569,7 +569,7 @@ void CdpShell::onNetwork(const CdpConnection::Event& event)
     page->progressChange(progress.ended, progress.requested);
 }
 
-void CdpShell::onBinding(const CdpConnection::Event& event)
+void CdpShell::onBinding(const RemoteConnection::Event& event)
 {
     if (event.params.value("name").toString() != Binding)
         return;

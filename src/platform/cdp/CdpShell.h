@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CdpConnection.h"
+#include "RemoteConnection.h"
 #include "PageScriptHost.h"
 #include "ShellWindowList.h"
 #include "Subscribers.h"
@@ -66,16 +66,16 @@ private:
     void reconnect();
     // Every window of the browser closed at once.
     void onBrowserGone();
-    void onEvent(const CdpConnection::Event& event);
-    void onAttached(const CdpConnection::Event& event);
+    void onEvent(const RemoteConnection::Event& event);
+    void onAttached(const RemoteConnection::Event& event);
     void onClosed(const QString& targetId);
-    void onContextCreated(const CdpConnection::Event& event);
+    void onContextCreated(const RemoteConnection::Event& event);
     void onLoaded(const QString& sessionId, const QString& frameId);
     // Tells the window of a load once what its fill reads first has been fetched: a page busy
     // loading its frames answers late, and the bar does not wait for it meanwhile.
     void documentLoaded(const std::shared_ptr<CdpBrowser>& page, const QString& frameId, const DocPtr& document);
-    void onBinding(const CdpConnection::Event& event);
-    void onNetwork(const CdpConnection::Event& event);
+    void onBinding(const RemoteConnection::Event& event);
+    void onNetwork(const RemoteConnection::Event& event);
     // A page's dialog closed: its documents may owe a fill.
     void onDialogClosed(const QString& sessionId);
     // Asks the frame's document itself, for a frame whose navigation was not seen.
@@ -84,7 +84,7 @@ private:
     bool isVisibleTab(const QString& targetId);
     // The page a session belongs to, through the parents of out-of-process frames.
     std::shared_ptr<CdpBrowser> pageOfSession(const QString& sessionId) const;
-    CdpConnection& cdp();
+    RemoteConnection& cdp();
 
     Connector m_connector;
     // Declared before the browser: the connection's I/O thread uses it until the browser goes.

@@ -1,8 +1,8 @@
 #include "ChromiumProcess.h"
 
 #include "AppError.h"
-#include "CdpConnection.h"
-#include "CdpTransport.h"
+#include "RemoteConnection.h"
+#include "RemoteTransport.h"
 
 #include <QDir>
 #include <QFile>
@@ -113,7 +113,7 @@ std::unique_ptr<ChromiumProcess> ChromiumProcess::start(const QString& executabl
     }
     const int readFd = fromBrowser[0];
     const int writeFd = toBrowser[1];
-    browser->m_connection = std::make_unique<CdpConnection>([readFd, writeFd] { return new PipeTransport(readFd, writeFd); });
+    browser->m_connection = std::make_unique<RemoteConnection>([readFd, writeFd] { return new PipeTransport(readFd, writeFd); });
     // A browser that ends at once (a broken installation, a wrapper that fails) is told as such.
     try {
         browser->m_connection->call(QStringLiteral("Browser.getVersion"));
@@ -131,7 +131,7 @@ std::unique_ptr<ChromiumProcess> ChromiumProcess::attach(const QString& endpoint
 {
     const QString ws = browserWebSocketUrl(endpoint);
     std::unique_ptr<ChromiumProcess> browser(new ChromiumProcess);
-    browser->m_connection = std::make_unique<CdpConnection>([ws] { return new WebSocketTransport(ws); });
+    browser->m_connection = std::make_unique<RemoteConnection>([ws] { return new WebSocketTransport(ws); });
     return browser;
 }
 

@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <memory>
 
-class CdpConnection;
+class RemoteConnection;
 class QProcess;
 
 // Starts a Chromium-family browser with a profile folder of its own and connects to it over
@@ -20,7 +20,7 @@ public:
     // TOLVANE_DEVTOOLS: "http://127.0.0.1:PORT" of a running browser. Throws AppError.
     static std::unique_ptr<ChromiumProcess> attach(const QString& endpoint);
 
-    CdpConnection& connection() { return *m_connection; }
+    RemoteConnection& connection() { return *m_connection; }
     // Closes a browser this object started as its own Quit does: every window closed and the
     // profile written, so that its next start shows no crash prompt and reopens the tabs. An
     // attached browser is left running. Also done on destruction.
@@ -39,5 +39,5 @@ private:
     ChromiumProcess() = default;
 
     std::unique_ptr<QProcess> m_process;
-    std::unique_ptr<CdpConnection> m_connection;
+    std::unique_ptr<RemoteConnection> m_connection;
 };

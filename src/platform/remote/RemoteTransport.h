@@ -3,9 +3,9 @@
 #include <QByteArray>
 #include <QObject>
 
-// Moves DevTools messages to and from the browser; lives on the connection's I/O thread and
+// Moves protocol messages to and from the browser; lives on the connection's I/O thread and
 // knows nothing of their meaning.
-class CdpTransport : public QObject
+class RemoteTransport : public QObject
 {
     Q_OBJECT
 public:
@@ -18,7 +18,7 @@ Q_SIGNALS:
 };
 
 // The browser's end of --remote-debugging-pipe: messages are JSON text ended by a NUL byte.
-class PipeTransport : public CdpTransport
+class PipeTransport : public RemoteTransport
 {
     Q_OBJECT
 public:
@@ -37,7 +37,7 @@ private:
 };
 
 // A browser's DevTools WebSocket on a loopback port.
-class WebSocketTransport : public CdpTransport
+class WebSocketTransport : public RemoteTransport
 {
     Q_OBJECT
 public:

@@ -1,13 +1,26 @@
-#include "CdpConnection.h"
+#include "RemoteConnection.h"
 
 #include "AppError.h"
-#include "CdpTransport.h"
+#include "RemoteTransport.h"
 
 #include <QDeadlineTimer>
 #include <QJsonDocument>
 #include <QThread>
 
-CdpConnection::CdpConnection(const TransportFactory& makeTransport, int timeoutMs)
+namespace {
+// The browser's words for a failed call: the DevTools Protocol gives an object with a message,
+// WebDriver BiDi an error name with the message beside it.
+QString errorOf(const QJsonObject& reply)
+{
+    const QJsonValue error = reply.value(QStringLiteral("error"));
+    if (error.isObject())
+        return error.toObject().value(QStringLiteral("message")).toString();
+    const QString message = reply.value(QStringLiteral("message")).toString();
+    return message.isEmpty() ? error.toString() : error.toString() + QStringLiteral(": ") + message;
+}
+} // namespace
+
+RemoteConnection::RemoteConnection(const TransportFactory& makeTransport, int timeoutMs)
     : m_thread(new QThread), m_ioContext(new QObject), m_timeoutMs(timeoutMs)
 {
     m_thread->setObjectName(QStringLiteral("DevTools I/O"));
@@ -29,18 +42,18 @@ CdpConnection::CdpConnection(const TransportFactory& makeTransport, int timeoutM
         shutDown();
         throw AppError(ErrorNumber::BrowserCall, failure);
     }
-    connect(m_transport, &CdpTransport::received, m_transport,
+    connect(m_transport, &RemoteTransport::received, m_transport,
             [this](const QByteArray& message) { onReceived(message); }, Qt::DirectConnection);
-    connect(m_transport, &CdpTransport::closed, m_transport,
+    connect(m_transport, &RemoteTransport::closed, m_transport,
             [this](const QString& reason) { onClosed(reason); }, Qt::DirectConnection);
 }
 
-CdpConnection::~CdpConnection()
+RemoteConnection::~RemoteConnection()
 {
     shutDown();
 }
 
-void CdpConnection::shutDown()
+void RemoteConnection::shutDown()
 {
     QMetaObject::invokeMethod(
         m_ioContext,
@@ -55,19 +68,19 @@ void CdpConnection::shutDown()
     delete m_thread;
 }
 
-void CdpConnection::setIoHook(std::function<void(const Event&)> hook)
+void RemoteConnection::setIoHook(std::function<void(const Event&)> hook)
 {
     QMutexLocker lock(&m_mutex);
     m_ioHook = std::move(hook);
 }
 
-bool CdpConnection::isClosed() const
+bool RemoteConnection::isClosed() const
 {
     QMutexLocker lock(&m_mutex);
     return !m_closedReason.isEmpty();
 }
 
-qint64 CdpConnection::post(const QString& method, const QJsonObject& params, const QString& sessionId,
+qint64 RemoteConnection::post(const QString& method, const QJsonObject& params, const QString& sessionId,
                           Answer later)
 {
     QJsonObject message{{QStringLiteral("method"), method}, {QStringLiteral("params"), params}};
@@ -91,12 +104,12 @@ qint64 CdpConnection::post(const QString& method, const QJsonObject& params, con
     return id;
 }
 
-bool CdpConnection::runsInPage(const QString& method)
+bool RemoteConnection::runsInPage(const QString& method)
 {
     return method.startsWith(QLatin1String("Runtime.")) || method.startsWith(QLatin1String("DOM."));
 }
 
-void CdpConnection::blockSessions(const QStringList& sessions, const QString& reason)
+void RemoteConnection::blockSessions(const QStringList& sessions, const QString& reason)
 {
     QMutexLocker lock(&m_mutex);
     for (const QString& session : sessions)
@@ -116,14 +129,14 @@ void CdpConnection::blockSessions(const QStringList& sessions, const QString& re
     m_answered.wakeAll();
 }
 
-void CdpConnection::unblockSessions(const QStringList& sessions)
+void RemoteConnection::unblockSessions(const QStringList& sessions)
 {
     QMutexLocker lock(&m_mutex);
     for (const QString& session : sessions)
         m_blocked.remove(session);
 }
 
-QJsonObject CdpConnection::call(const QString& method, const QJsonObject& params, const QString& sessionId)
+QJsonObject RemoteConnection::call(const QString& method, const QJsonObject& params, const QString& sessionId)
 {
     {
         QMutexLocker lock(&m_mutex);
@@ -151,7 +164,7 @@ QJsonObject CdpConnection::call(const QString& method, const QJsonObject& params
     throw AppError(ErrorNumber::BrowserCall, why);
 }
 
-void CdpConnection::send(const QString& method, const QJsonObject& params, const QString& sessionId)
+void RemoteConnection::send(const QString& method, const QJsonObject& params, const QString& sessionId)
 {
     const qint64 id = post(method, params, sessionId);
     QMutexLocker lock(&m_mutex);
@@ -160,23 +173,23 @@ void CdpConnection::send(const QString& method, const QJsonObject& params, const
     m_pending.erase(id);
 }
 
-void CdpConnection::callLater(const QString& method, const QJsonObject& params, const QString& sessionId,
+void RemoteConnection::callLater(const QString& method, const QJsonObject& params, const QString& sessionId,
                               Answer answered)
 {
     post(method, params, sessionId, std::move(answered));
 }
 
-void CdpConnection::answerLater(std::map<qint64, Pending>::iterator pending, const QJsonObject& result,
+void RemoteConnection::answerLater(std::map<qint64, Pending>::iterator pending, const QJsonObject& result,
                                 const QString& error)
 {
     Event event;
     event.answer = [later = std::move(pending->second.later), result, error] { later(result, error); };
     m_pending.erase(pending);
     m_events.push_back(std::move(event));
-    QMetaObject::invokeMethod(this, &CdpConnection::deliverOne, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &RemoteConnection::deliverOne, Qt::QueuedConnection);
 }
 
-void CdpConnection::onReceived(const QByteArray& bytes)
+void RemoteConnection::onReceived(const QByteArray& bytes)
 {
     const QJsonObject message = QJsonDocument::fromJson(bytes).object();
     if (message.contains(QStringLiteral("id"))) {
@@ -187,13 +200,13 @@ void CdpConnection::onReceived(const QByteArray& bytes)
             return;
         if (pending->second.later) {
             answerLater(pending, message.value(QStringLiteral("result")).toObject(),
-                        message.value(QStringLiteral("error")).toObject().value(QStringLiteral("message")).toString());
+                        errorOf(message));
             return;
         }
         pending->second.done = true;
         pending->second.result = message.value(QStringLiteral("result")).toObject();
         if (message.contains(QStringLiteral("error")))
-            pending->second.error = message.value(QStringLiteral("error")).toObject().value(QStringLiteral("message")).toString();
+            pending->second.error = errorOf(message);
         m_answered.wakeAll();
         return;
     }
@@ -211,10 +224,10 @@ void CdpConnection::onReceived(const QByteArray& bytes)
         QMutexLocker lock(&m_mutex);
         m_events.push_back(std::move(event));
     }
-    QMetaObject::invokeMethod(this, &CdpConnection::deliverOne, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &RemoteConnection::deliverOne, Qt::QueuedConnection);
 }
 
-void CdpConnection::onClosed(const QString& reason)
+void RemoteConnection::onClosed(const QString& reason)
 {
     QMutexLocker lock(&m_mutex);
     if (!m_closedReason.isEmpty())
@@ -223,10 +236,10 @@ void CdpConnection::onClosed(const QString& reason)
     m_answered.wakeAll();
     // Told after every event the browser sent before it went.
     m_events.push_back(Event{ClosedEvent, {{QStringLiteral("reason"), reason}}, {}, {}});
-    QMetaObject::invokeMethod(this, &CdpConnection::deliverOne, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &RemoteConnection::deliverOne, Qt::QueuedConnection);
 }
 
-void CdpConnection::deliverOne()
+void RemoteConnection::deliverOne()
 {
     Event event;
     {

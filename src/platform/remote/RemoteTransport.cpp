@@ -1,4 +1,4 @@
-#include "CdpTransport.h"
+#include "RemoteTransport.h"
 
 #include "AppError.h"
 
@@ -65,7 +65,7 @@ WebSocketTransport::WebSocketTransport(const QString& url) : m_socket(new QWebSo
     m_socket->setMaxAllowedIncomingMessageSize(256 * 1024 * 1024);
     connect(m_socket, &QWebSocket::textMessageReceived, this,
             [this](const QString& text) { Q_EMIT received(text.toUtf8()); });
-    connect(m_socket, &QWebSocket::binaryMessageReceived, this, &CdpTransport::received);
+    connect(m_socket, &QWebSocket::binaryMessageReceived, this, &RemoteTransport::received);
     // This runs on the I/O thread, so waiting here holds up no user-interface event.
     QEventLoop wait;
     QTimer timeout;

@@ -11,13 +11,15 @@
 #include <map>
 #include <memory>
 
-class CdpTransport;
+class RemoteTransport;
 class QThread;
 
-// One DevTools connection in flat mode. Calls from the user-interface thread wait for their
-// answer without running other events; events are handed to the user-interface thread in the
-// order they arrived, after the call that was waiting returns.
-class CdpConnection : public QObject
+// One connection to a browser's remote protocol (the DevTools Protocol in flat mode, or WebDriver
+// BiDi: both send numbered calls and answer them by number, and send events by method). Calls
+// from the user-interface thread wait for their answer without running other events; events are
+// handed to the user-interface thread in the order they arrived, after the call that was waiting
+// returns.
+class RemoteConnection : public QObject
 {
     Q_OBJECT
 public:
@@ -33,10 +35,10 @@ public:
     static inline const QString ClosedEvent = QStringLiteral("Connection.closed");
     using Answer = std::function<void(const QJsonObject& result, const QString& error)>;
     // Makes the transport on the connection's own thread; may throw AppError.
-    using TransportFactory = std::function<CdpTransport*()>;
+    using TransportFactory = std::function<RemoteTransport*()>;
 
-    explicit CdpConnection(const TransportFactory& makeTransport, int timeoutMs = 10000);
-    ~CdpConnection() override;
+    explicit RemoteConnection(const TransportFactory& makeTransport, int timeoutMs = 10000);
+    ~RemoteConnection() override;
 
     // Throws AppError (browser call) with the browser's message, on a time-out or once closed.
     QJsonObject call(const QString& method, const QJsonObject& params = {},
@@ -80,7 +82,7 @@ private:
 
     QThread* m_thread;
     QObject* m_ioContext;
-    CdpTransport* m_transport = nullptr;
+    RemoteTransport* m_transport = nullptr;
     mutable QMutex m_mutex;
     QWaitCondition m_answered;
     std::map<qint64, Pending> m_pending;

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <memory>
+
+class RemoteConnection;
+class QProcess;
+
+// Starts Firefox with a profile folder of its own and connects over WebDriver BiDi on the
+// loopback port the browser chooses and names, or attaches to one already running
+// (TOLVANE_BIDI: "ws://127.0.0.1:PORT"). The connection has its BiDi session.
+class FirefoxProcess
+{
+public:
+    ~FirefoxProcess();
+
+    // Throws AppError when the browser cannot be started, ends at once or does not answer.
+    static std::unique_ptr<FirefoxProcess> start(const QString& executable, const QString& profileFolder,
+                                                 const QStringList& extraArguments = {});
+    // Throws AppError.
+    static std::unique_ptr<FirefoxProcess> attach(const QString& endpoint);
+
+    RemoteConnection& connection() { return *m_connection; }
+    // Closes a browser this object started as its own Quit does (its session kept for the next
+    // start); an attached one is left running. Also done on destruction.
+    void close();
+    // Ends a browser this object started at once, as a crash would.
+    void kill();
+    qint64 processId() const;
+
+    // A new profile starts quietly (no default-browser question, no first-run pages) and
+    // reopens the last session's tabs. A profile that has its own user.js is left as it is.
+    static void prepareProfile(const QString& profileFolder);
+
+private:
+    FirefoxProcess() = default;
+    void connect(const QString& endpoint);
+
+    std::unique_ptr<QProcess> m_process;
+    std::unique_ptr<RemoteConnection> m_connection;
+};

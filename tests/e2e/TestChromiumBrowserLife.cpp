@@ -3,6 +3,7 @@
 #include "BrowserTracking.h"
 #include "ChromiumBarFixture.h"
 #include "DesktopShell.h"
+#include "ScriptExecutable.h"
 #include "ShortcutCommands.h"
 
 #include <QDir>
@@ -123,12 +124,7 @@ TEST_F(TestChromiumBrowserLife, ExitClosesTheBrowserCleanlyAndTheNextStartHasThe
 TEST_F(TestChromiumBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn)
 {
     QTemporaryDir bin;
-    const QString endsAtOnce = bin.path() + QStringLiteral("/ends-at-once");
-    QFile script(endsAtOnce);
-    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
-    script.write("#!/bin/sh\nexit 3\n");
-    script.close();
-    script.setPermissions(QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    const QString endsAtOnce = scriptThatExits(bin.path(), QStringLiteral("ends-at-once"), 3);
     const auto starting = [this](const QString& executable) {
         return [this, executable] { return ChromiumProcess::start(executable, profile.path()); };
     };

@@ -1,6 +1,7 @@
 #include "FirefoxProcess.h"
 
 #include "AppError.h"
+#include "BrowserEnd.h"
 #include "RemoteConnection.h"
 #include "RemoteTransport.h"
 
@@ -107,30 +108,12 @@ void FirefoxProcess::connect(const QString& endpoint)
 
 void FirefoxProcess::close()
 {
-    if (m_process && m_process->state() != QProcess::NotRunning) {
-        if (m_connection && !m_connection->isClosed()) {
-            try {
-                m_connection->call(QStringLiteral("browser.close"));
-            } catch (const AppError&) {
-                // It may close the connection before it answers.
-            }
-        }
-        m_connection.reset();
-        if (!m_process->waitForFinished(15000)) {
-            m_process->terminate();
-            if (!m_process->waitForFinished(5000))
-                kill();
-        }
-    }
-    m_connection.reset();
+    BrowserEnd::quit(m_process.get(), m_connection, QStringLiteral("browser.close"));
 }
 
 void FirefoxProcess::kill()
 {
-    if (m_process && m_process->state() != QProcess::NotRunning) {
-        m_process->kill();
-        m_process->waitForFinished(5000);
-    }
+    BrowserEnd::kill(m_process.get());
 }
 
 qint64 FirefoxProcess::processId() const

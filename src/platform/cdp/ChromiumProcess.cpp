@@ -1,6 +1,7 @@
 #include "ChromiumProcess.h"
 
 #include "AppError.h"
+#include "BrowserEnd.h"
 #include "RemoteConnection.h"
 #include "RemoteTransport.h"
 
@@ -137,30 +138,12 @@ std::unique_ptr<ChromiumProcess> ChromiumProcess::attach(const QString& endpoint
 
 void ChromiumProcess::close()
 {
-    if (m_process && m_process->state() != QProcess::NotRunning) {
-        if (m_connection && !m_connection->isClosed()) {
-            try {
-                m_connection->call(QStringLiteral("Browser.close"));
-            } catch (const AppError&) {
-                // It may close its pipe before it answers.
-            }
-        }
-        m_connection.reset(); // a browser whose pipe closes quits cleanly too
-        if (!m_process->waitForFinished(15000)) {
-            m_process->terminate();
-            if (!m_process->waitForFinished(5000))
-                kill();
-        }
-    }
-    m_connection.reset();
+    BrowserEnd::quit(m_process.get(), m_connection, QStringLiteral("Browser.close"));
 }
 
 void ChromiumProcess::kill()
 {
-    if (m_process && m_process->state() != QProcess::NotRunning) {
-        m_process->kill();
-        m_process->waitForFinished(5000);
-    }
+    BrowserEnd::kill(m_process.get());
 }
 
 void ChromiumProcess::restoreSessionsIn(const QString& profileFolder)

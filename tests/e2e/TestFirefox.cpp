@@ -1,10 +1,15 @@
-// The same connection speaking WebDriver BiDi to a real headless Firefox ESR: numbered calls
-// answered, the browser's errors with their message, events in order, a browser that ends.
+// Firefox ESR as Tolvane starts and speaks to it: the remote connection speaking WebDriver BiDi
+// (numbered calls answered, the browser's errors with their message, events in order, a browser
+// that ends), and the browser's process (a quiet profile of its own, BiDi on a port the browser
+// chooses, closed as its own Quit closes it; browsers that cannot run).
 #include "AppError.h"
+#include "ScriptExecutable.h"
+#include "FirefoxProcess.h"
 #include "PumpUntil.h"
 #include "RemoteConnection.h"
 #include "RemoteTransport.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QProcess>
 #include <QRegularExpression>
@@ -13,11 +18,15 @@
 #include <gtest/gtest.h>
 
 namespace {
+// Debian's Firefox ESR, or the test is skipped.
+#define REQUIRE_FIREFOX(firefox)                                                                 \
+    const QString firefox = QStandardPaths::findExecutable(QStringLiteral("firefox-esr"));      \
+    if (firefox.isEmpty())                                                                       \
+    GTEST_SKIP() << "firefox-esr is not installed"
+
 TEST(BidiConnection, FirefoxAnswersCallsAndSendsEventsOverTheSameConnection)
 {
-    const QString firefox = QStandardPaths::findExecutable(QStringLiteral("firefox-esr"));
-    if (firefox.isEmpty())
-        GTEST_SKIP() << "firefox-esr is not installed";
+    REQUIRE_FIREFOX(firefox);
     QTemporaryDir profile;
     QProcess browser;
     browser.setProcessChannelMode(QProcess::MergedChannels);
@@ -66,5 +75,46 @@ TEST(BidiConnection, FirefoxAnswersCallsAndSendsEventsOverTheSameConnection)
         browser.kill();
         browser.waitForFinished();
     }
+}
+
+TEST(FirefoxProcess, StartsWithItsOwnProfileAnswersAndIsGoneForTheNextStart)
+{
+    REQUIRE_FIREFOX(firefox);
+    QTemporaryDir profile;
+    // A port name left behind by a crashed browser is not taken for the new one's.
+    QFile stale(profile.path() + QStringLiteral("/WebDriverBiDiServer.json"));
+    ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
+    stale.write(R"({"ws_host": "127.0.0.1", "ws_port": 1})");
+    stale.close();
+    // The second start finds the profile free: the first browser has ended.
+    for (int start = 0; start < 2; ++start) {
+        auto browser = FirefoxProcess::start(firefox, profile.path(), {QStringLiteral("--headless")});
+        const QJsonArray contexts = browser->connection().call(QStringLiteral("browsingContext.getTree")).value("contexts").toArray();
+        EXPECT_FALSE(contexts.isEmpty()) << start;
+        browser->close();
+    }
+    QFile prefs(profile.path() + QStringLiteral("/user.js"));
+    ASSERT_TRUE(prefs.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(prefs.readAll().contains(R"(user_pref("browser.startup.page", 3);)"));
+}
+
+TEST(FirefoxProcess, ABrowserThatCannotRunSaysWhy)
+{
+    QTemporaryDir bin;
+    const QString endsAtOnce = scriptThatExits(bin.path(), QStringLiteral("firefox"), 4);
+    QTemporaryDir profile;
+    const std::pair<QString, const char*> cases[] = {
+        {bin.path() + QStringLiteral("/no-such-firefox"), "could not be started"},
+        {endsAtOnce, "ended as soon as it started (exit code 4)"},
+    };
+    for (const auto& [executable, says] : cases) {
+        try {
+            FirefoxProcess::start(executable, profile.path());
+            ADD_FAILURE() << "started " << executable.toStdString();
+        } catch (const AppError& error) {
+            EXPECT_TRUE(error.description().contains(QLatin1String(says))) << error.description().toStdString();
+        }
+    }
+    EXPECT_THROW(FirefoxProcess::attach(QStringLiteral("ws://127.0.0.1:1")), AppError);
 }
 } // namespace

@@ -1,0 +1,34 @@
+#include "BrowserEnd.h"
+
+#include "AppError.h"
+#include "RemoteConnection.h"
+
+#include <QProcess>
+
+void BrowserEnd::quit(QProcess* process, std::unique_ptr<RemoteConnection>& connection, const QString& quitMethod)
+{
+    if (process && process->state() != QProcess::NotRunning) {
+        if (connection && !connection->isClosed()) {
+            try {
+                connection->call(quitMethod);
+            } catch (const AppError&) {
+                // It may close the connection before it answers.
+            }
+        }
+        connection.reset(); // a browser whose connection closes quits too
+        if (!process->waitForFinished(15000)) {
+            process->terminate();
+            if (!process->waitForFinished(5000))
+                kill(process);
+        }
+    }
+    connection.reset();
+}
+
+void BrowserEnd::kill(QProcess* process)
+{
+    if (process && process->state() != QProcess::NotRunning) {
+        process->kill();
+        process->waitForFinished(5000);
+    }
+}

@@ -20,7 +20,7 @@ void FormCapture::IEHolder_DocChanged(int /*Index*/, const DocPtr& document, con
         else if (tag == QLatin1String("textarea")) {
             const QString text = element->innerText();
             m_services.values.SetValue(document->URLUnencoded(), element->name(), text, ReachOf(element->name()));
-            rememberMeaning(*element, text);
+            rememberMeaning(*element, [&text](const FieldDescription&) { return text; });
         }
     } catch (const AppError& error) {
         m_services.errors.ReportError(error, QStringLiteral("IEHolder_DocChanged"));
@@ -49,15 +49,16 @@ void FormCapture::captureInput(const HtmlDocument& document, HtmlElement& input)
     m_services.host.ShowStatus(key + QStringLiteral(" = ") + value);
     m_services.values.SetValue(document.URLUnencoded(), key, value, ReachOf(name));
     if (KindOfInput(input.type()) == FieldKind::TextField)
-        rememberMeaning(input, value);
+        rememberMeaning(input, [&value](const FieldDescription&) { return value; });
 }
 
-void FormCapture::rememberMeaning(const HtmlElement& field, const QString& value)
+void FormCapture::rememberMeaning(const HtmlElement& field,
+                                  const std::function<QString(const FieldDescription&)>& valueOf)
 {
     FieldDescription described;
     const Meaning meaning = MeaningOf(field, described);
     if (meaning != Meaning::None)
-        m_services.values.SetMeaningValue(MeaningKey(meaning), value);
+        m_services.values.SetMeaningValue(MeaningKey(meaning), valueOf(described));
 }
 
 void FormCapture::captureList(const HtmlDocument& document, HtmlElement& list)
@@ -70,8 +71,7 @@ void FormCapture::captureList(const HtmlDocument& document, HtmlElement& list)
         m_services.values.SetValue(document.URLUnencoded(), SelectedIndexKey(name),
                                    QString::number(index), ReachOf(name));
     // The chosen option's text says more on another site than its value ("Illinois", not "14").
-    FieldDescription described;
-    const Meaning meaning = MeaningOf(list, described);
-    if (meaning != Meaning::None)
-        m_services.values.SetMeaningValue(MeaningKey(meaning), ChosenOptionText(described.options, index, list.value()));
+    rememberMeaning(list, [&](const FieldDescription& described) {
+        return ChosenOptionText(described.options, index, list.value());
+    });
 }

@@ -3,6 +3,8 @@
 #include "FormMemoryServices.h"
 #include "HtmlDocument.h"
 
+#include <functional>
+
 // Remembers what the user put into a field, under the page's address and the field's key.
 class FormCapture
 {
@@ -14,8 +16,9 @@ public:
 private:
     void captureInput(const HtmlDocument& document, HtmlElement& input);
     void captureList(const HtmlDocument& document, HtmlElement& list);
-    // A field whose meaning is recognised is remembered by that meaning too, for every site.
-    void rememberMeaning(const HtmlElement& field, const QString& value);
+    // A field whose meaning is recognised is remembered by that meaning too, for every site;
+    // `valueOf` tells what to remember from what the page says of the field.
+    void rememberMeaning(const HtmlElement& field, const std::function<QString(const FieldDescription&)>& valueOf);
 
     FormMemoryServices m_services;
 };

@@ -90,12 +90,7 @@ void FormFill::fillInputs(const HtmlDocument& document, const QList<ElementPtr>&
     for (const ElementPtr& input : inputs) {
         switch (KindOfInput(input->type())) {
         case FieldKind::TextField: {
-            const QString name = input->name();
-            const QString remembered =
-                m_services.values.ValueOr(document.URLUnencoded(), name, ReachOf(name), [&] {
-                    const QString meant = meaningValue(*input);
-                    return meant.isEmpty() ? UnescapeLineBreaks(input->value()) : meant;
-                });
+            const QString remembered = rememberedFor(document, *input, input->value());
             if (input->value() != remembered) {
                 if (!changed.first)
                     changed.first = input;
@@ -124,10 +119,7 @@ void FormFill::fillTextAreas(const HtmlDocument& document, const QList<ElementPt
     for (const ElementPtr& area : areas) {
         const QString name = area->name();
         m_services.host.ShowStatus(QStringLiteral("retrieving ") + name);
-        area->setInnerText(m_services.values.ValueOr(document.URLUnencoded(), name, ReachOf(name), [&] {
-            const QString meant = meaningValue(*area);
-            return meant.isEmpty() ? UnescapeLineBreaks(area->innerText()) : meant;
-        }));
+        area->setInnerText(rememberedFor(document, *area, area->innerText()));
         m_services.pump.DoEvents();
     }
 }
@@ -158,13 +150,15 @@ MeaningValues FormFill::rememberedByMeaning()
     return MeaningValues([this](const QString& key) { return m_services.values.MeaningValue(key); });
 }
 
-QString FormFill::meaningValue(const HtmlElement& field)
+QString FormFill::rememberedFor(const HtmlDocument& document, const HtmlElement& field, const QString& own)
 {
-    FieldDescription described;
-    const Meaning meaning = MeaningOf(field, described);
-    if (meaning == Meaning::None)
-        return {};
-    return rememberedByMeaning().valueFor(meaning, described.inputType);
+    const QString name = field.name();
+    return m_services.values.ValueOr(document.URLUnencoded(), name, ReachOf(name), [&] {
+        FieldDescription described;
+        const Meaning meaning = MeaningOf(field, described);
+        const QString meant = rememberedByMeaning().valueFor(meaning, described.inputType);
+        return meant.isEmpty() ? UnescapeLineBreaks(own) : meant;
+    });
 }
 
 bool FormFill::fillListByMeaning(const HtmlDocument& document, HtmlElement& list)

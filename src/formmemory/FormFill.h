@@ -31,8 +31,9 @@ private:
     void fillLists(const HtmlDocument& document, const QList<ElementPtr>& lists);
     void jumpTo(const Changed& changed);
     MeaningValues rememberedByMeaning();
-    // What a field's meaning remembers, for a field nothing is remembered for by name.
-    QString meaningValue(const HtmlElement& field);
+    // What is remembered for the field by name; where nothing is, what its meaning remembers;
+    // else its own value (`own`).
+    QString rememberedFor(const HtmlDocument& document, const HtmlElement& field, const QString& own);
     // Picks the option the list's meaning remembers; false when the list is left to the
     // description's own steps (something is remembered for it, or nothing by meaning fits).
     bool fillListByMeaning(const HtmlDocument& document, HtmlElement& list);

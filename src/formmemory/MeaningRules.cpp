@@ -289,5 +289,6 @@ bool MeaningRules::isHonorific(const QString& text)
 {
     static const QRegularExpression honorific =
         words("mr|mrs|ms|miss|mx|dr|prof|sir|herr|frau|m|mme|mlle|sr|sra|srta|sig|sigra|dhr|mevr|mevrouw|meneer");
-    return honorific.match(plainWords(text)).hasMatch() && plainWords(text).size() <= 8;
+    const QString plain = plainWords(text);
+    return plain.size() <= 8 && honorific.match(plain).hasMatch();
 }

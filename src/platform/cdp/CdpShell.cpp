@@ -303,7 +303,7 @@ DocPtr CdpShell::documentFor(const QString& sessionId, const QString& frameId)
     const auto context = m_contexts.constFind(key(session, frameId));
     if (context == m_contexts.constEnd())
         return nullptr;
-    const QString documentKey = key(session, QString::number(*context));
+    const QString documentKey = realmOf(session, *context);
     if (auto known = m_documents.value(documentKey).lock())
         return known;
     auto document = std::make_shared<ScriptDocument>(*this, documentKey, frameId);
@@ -389,8 +389,8 @@ void CdpShell::onEvent(const RemoteConnection::Event& event)
         onContextCreated(event);
     } else if (method == QLatin1String("Runtime.executionContextDestroyed")) {
         const int id = params.value("executionContextId").toInt();
-        m_contextFrames.remove(key(event.sessionId, QString::number(id)));
-        m_reportedActive.remove(key(event.sessionId, QString::number(id)));
+        m_contextFrames.remove(realmOf(event.sessionId, id));
+        m_reportedActive.remove(realmOf(event.sessionId, id));
         for (auto it = m_contexts.begin(); it != m_contexts.end();)
             it = (it.key().startsWith(event.sessionId + QLatin1Char('\n')) && *it == id) ? m_contexts.erase(it) : std::next(it);
     } else if (method == QLatin1String("Runtime.executionContextsCleared")) {
@@ -453,7 +453,7 @@ void CdpShell::onContextCreated(const RemoteConnection::Event& event)
         return;
     const QString frameId = context.value("auxData").toObject().value("frameId").toString();
     m_contexts.insert(key(event.sessionId, frameId), context.value("id").toInt());
-    m_contextFrames.insert(key(event.sessionId, QString::number(context.value("id").toInt())), frameId);
+    m_contextFrames.insert(realmOf(event.sessionId, context.value("id").toInt()), frameId);
 }
 
 void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
@@ -580,7 +580,7 @@ void CdpShell::onBinding(const RemoteConnection::Event& event)
             page->statusText(payload.value("text").toString());
         return;
     }
-    const QString documentKey = key(event.sessionId, QString::number(event.params.value("executionContextId").toInt()));
+    const QString documentKey = realmOf(event.sessionId, event.params.value("executionContextId").toInt());
     if (kind == QLatin1String("attached")) {
         // The script came into a document that had already loaded when Tolvane came: it has no
         // load of its own to report. Unless its frame has gone on to another document since (a

@@ -31,18 +31,8 @@ QString textOf(const QWidget* widget)
     return {};
 }
 
-bool fits(const QWidget* widget, const QFont& font)
-{
-    const QString text = textOf(widget);
-    if (text.isEmpty())
-        return true;
-    if (FittingFont::neededWidth(widget, font) > widget->width())
-        return false;
-    return !qobject_cast<const QLabel*>(widget) || QFontMetrics(font).height() <= widget->height();
-}
-} // namespace
-
-int FittingFont::neededWidth(const QWidget* widget, const QFont& font)
+// Width the widget needs to show its whole text in the font.
+int neededWidth(const QWidget* widget, const QFont& font)
 {
     const int textWidth = QFontMetrics(font).horizontalAdvance(shownText(textOf(widget)));
     const QStyle* style = widget->style();
@@ -54,6 +44,18 @@ int FittingFont::neededWidth(const QWidget* widget, const QFont& font)
     return textWidth + 2 * (style->pixelMetric(QStyle::PM_ButtonMargin, nullptr, widget) +
                             style->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, widget));
 }
+
+bool fits(const QWidget* widget, const QFont& font)
+{
+    const QString text = textOf(widget);
+    if (text.isEmpty())
+        return true;
+    if (neededWidth(widget, font) > widget->width())
+        return false;
+    return !qobject_cast<const QLabel*>(widget) || QFontMetrics(font).height() <= widget->height();
+}
+} // namespace
+
 
 void FittingFont::shrinkToFit(QWidget* window, double smallest)
 {

@@ -1,6 +1,5 @@
 #pragma once
 
-class QFont;
 class QWidget;
 
 // The bar is laid out for Tahoma, which is rarely installed here; the font that stands in for it
@@ -11,8 +10,5 @@ namespace FittingFont {
 // until every label, button and check box that uses it shows its whole text in its width and
 // every label's line fits its height. Widgets with a font of their own are left alone.
 void shrinkToFit(QWidget* window, double smallest);
-
-// Width the widget needs to show its whole text in the given font.
-int neededWidth(const QWidget* widget, const QFont& font);
 
 } // namespace FittingFont

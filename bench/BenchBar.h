@@ -3,7 +3,7 @@
 // The whole bar following a headless Chromium that it starts itself, the dialogs and desktop
 // answered by test doubles, the data files real: what the browser benchmarks measure.
 #include "BenchSupport.h"
-#include "CdpBrowser.h"
+#include "ScriptWindow.h"
 #include "CdpShell.h"
 #include "ChromiumProcess.h"
 #include "Fakes.h"
@@ -53,14 +53,14 @@ public:
     QString firstError() const { return m_boxes.shown.empty() ? QString() : m_boxes.shown.front().text; }
 
     // Opens the page in a new window; waits until it is complete and then for the bar's fill.
-    std::shared_ptr<CdpBrowser> open(const QString& url)
+    std::shared_ptr<ScriptWindow> open(const QString& url)
     {
         m_shell.OpenAddress(url);
-        std::shared_ptr<CdpBrowser> page;
+        std::shared_ptr<ScriptWindow> page;
         pumpUntil([&] {
             for (const BrowserPtr& window : m_shell.items()) {
                 if (window->LocationURL() == url)
-                    page = std::static_pointer_cast<CdpBrowser>(window);
+                    page = std::static_pointer_cast<ScriptWindow>(window);
             }
             return page && page->document() && page->document()->readyState() == QLatin1String("complete");
         }, 20000);
@@ -69,17 +69,17 @@ public:
     }
 
     // In the page's own world, as the page's script would.
-    QJsonValue evaluate(const std::shared_ptr<CdpBrowser>& page, const QString& expression)
+    QJsonValue evaluate(const std::shared_ptr<ScriptWindow>& page, const QString& expression)
     {
-        return m_shell.call(page->targetId(), QStringLiteral("Runtime.evaluate"),
+        return m_shell.call(page->windowId(), QStringLiteral("Runtime.evaluate"),
                             {{"expression", expression}, {"returnByValue", true}})
             .value("result").toObject().value("value");
     }
-    void input(const std::shared_ptr<CdpBrowser>& page, const QString& method, const QJsonObject& params)
+    void input(const std::shared_ptr<ScriptWindow>& page, const QString& method, const QJsonObject& params)
     {
-        m_shell.call(page->targetId(), method, params);
+        m_shell.call(page->windowId(), method, params);
     }
-    void click(const std::shared_ptr<CdpBrowser>& page, const QString& selector)
+    void click(const std::shared_ptr<ScriptWindow>& page, const QString& selector)
     {
         const QJsonArray box = evaluate(page, QStringLiteral("(() => { const e = document.querySelector('%1'); "
                                                              "e.scrollIntoView(); const r = e.getBoundingClientRect(); "

@@ -36,8 +36,8 @@ public:
 
     frmMain& form() { return m_bar.form(); }
     bool errorShown() const { return m_bar.errorShown(); }
-    std::shared_ptr<CdpBrowser> open() { return m_bar.open(m_url); }
-    QJsonValue evaluate(const std::shared_ptr<CdpBrowser>& page, const QString& expression)
+    std::shared_ptr<ScriptWindow> open() { return m_bar.open(m_url); }
+    QJsonValue evaluate(const std::shared_ptr<ScriptWindow>& page, const QString& expression)
     {
         return m_bar.evaluate(page, expression);
     }
@@ -56,7 +56,7 @@ public:
         double fromEvent; // from the page's own event (the focus move, the keystroke)
     };
     // Typing into a field, then Tab to the next: each until Any.ini is replaced with the entry.
-    std::pair<Latency, Latency> captureLatency(const std::shared_ptr<CdpBrowser>& page)
+    std::pair<Latency, Latency> captureLatency(const std::shared_ptr<ScriptWindow>& page)
     {
         const QString any = m_bar.form().valueStore().anyFile();
         // The page notes when its own events happened, on the wall clock.

@@ -45,17 +45,17 @@ void idle(int ms)
 }
 
 // Opens a page and lets the bar work on it for a while, asking nothing of the browser itself.
-std::shared_ptr<CdpBrowser> openAndIdle(BenchBar& bar, const QString& url, int ms)
+std::shared_ptr<ScriptWindow> openAndIdle(BenchBar& bar, const QString& url, int ms)
 {
     const int before = bar.shell().items().size();
     bar.shell().OpenAddress(url);
     pumpUntil([&] { return bar.shell().items().size() > before; }, 10000);
     idle(ms);
-    return std::static_pointer_cast<CdpBrowser>(bar.shell().items().last());
+    return std::static_pointer_cast<ScriptWindow>(bar.shell().items().last());
 }
 
 // How many of the page's inputs `f` the condition holds for.
-int inputsWhere(BenchBar& bar, const std::shared_ptr<CdpBrowser>& page, const char* condition)
+int inputsWhere(BenchBar& bar, const std::shared_ptr<ScriptWindow>& page, const char* condition)
 {
     return bar.evaluate(page, QStringLiteral("[...document.querySelectorAll('input')].filter((f) => %1).length")
                                   .arg(QLatin1String(condition)))
@@ -146,7 +146,7 @@ int main(int argc, char** argv)
         bar.form().IEHolder_NewDoc(1, page->document());
         const double refillMs = static_cast<double>(refill.nsecsElapsed()) / 1e6;
         idle(500);
-        bar.shell().call(page->targetId(), QStringLiteral("Page.handleJavaScriptDialog"), {{"accept", true}});
+        bar.shell().call(page->windowId(), QStringLiteral("Page.handleJavaScriptDialog"), {{"accept", true}});
         idle(1000);
         const double blocked = watch.stop();
         const bool filled = bar.evaluate(page, "document.querySelector('input').value") == QLatin1String("value 0");

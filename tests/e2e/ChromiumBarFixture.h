@@ -2,7 +2,7 @@
 
 // The whole bar following a real headless Chromium, the user typing, clicking and pressing Tab
 // through DevTools input events, pages served on 127.0.0.1.
-#include "CdpBrowser.h"
+#include "ScriptWindow.h"
 #include "ScriptDocument.h"
 #include "CdpShell.h"
 #include "ChromiumProcess.h"
@@ -64,12 +64,12 @@ protected:
     {
         return pumpUntil(condition, ms, 20);
     }
-    std::shared_ptr<CdpBrowser> open(const QString& url)
+    std::shared_ptr<ScriptWindow> open(const QString& url)
     {
         const int before = shell->items().size();
         shell->OpenAddress(url);
         EXPECT_TRUE(waitFor([&] { return shell->items().size() > before; }));
-        auto page = std::static_pointer_cast<CdpBrowser>(shell->items().last());
+        auto page = std::static_pointer_cast<ScriptWindow>(shell->items().last());
         EXPECT_TRUE(waitFor(
             [&] { return evaluate(page, "document.readyState") == QLatin1String("complete"); }));
         // The user starts once the bar has taken up the page (and filled it).
@@ -78,7 +78,7 @@ protected:
         return page;
     }
     // The addresses of the documents the bar holds for the page's window, top first.
-    QStringList heldUrls(const std::shared_ptr<CdpBrowser>& page)
+    QStringList heldUrls(const std::shared_ptr<ScriptWindow>& page)
     {
         QStringList urls;
         for (int i = 1; i <= form->tracking().upperBound(); ++i) {
@@ -88,7 +88,7 @@ protected:
         }
         return urls;
     }
-    QString heldUrl(const std::shared_ptr<CdpBrowser>& page)
+    QString heldUrl(const std::shared_ptr<ScriptWindow>& page)
     {
         for (int i = 1; i <= form->tracking().upperBound(); ++i) {
             const auto holder = form->tracking().holder(i);
@@ -98,23 +98,23 @@ protected:
         return {};
     }
     // In the page's own world, as the page would.
-    QJsonValue evaluate(const std::shared_ptr<CdpBrowser>& page, const QString& expression)
+    QJsonValue evaluate(const std::shared_ptr<ScriptWindow>& page, const QString& expression)
     {
         return shell
-            ->call(page->targetId(), QStringLiteral("Runtime.evaluate"),
+            ->call(page->windowId(), QStringLiteral("Runtime.evaluate"),
                    {{"expression", expression}, {"returnByValue", true}})
             .value("result")
             .toObject()
             .value("value");
     }
     // A real mouse click in the middle of the element.
-    void click(const std::shared_ptr<CdpBrowser>& page, const QString& selector)
+    void click(const std::shared_ptr<ScriptWindow>& page, const QString& selector)
     {
         clickOn(page, QStringLiteral("document.querySelector('%1')").arg(selector));
     }
     // The same on the element a script expression finds (inside a shadow root, say), scrolled
     // into view first as the user would.
-    void clickOn(const std::shared_ptr<CdpBrowser>& page, const QString& element)
+    void clickOn(const std::shared_ptr<ScriptWindow>& page, const QString& element)
     {
         const QJsonArray box =
             evaluate(page, QStringLiteral("(() => { const e = %1; e.scrollIntoView({block: 'nearest'}); "
@@ -123,7 +123,7 @@ protected:
                                .arg(element))
                 .toArray();
         for (const char* type : {"mousePressed", "mouseReleased"}) {
-            shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
+            shell->call(page->windowId(), QStringLiteral("Input.dispatchMouseEvent"),
                         {{"type", type},
                          {"x", box[0]},
                          {"y", box[1]},
@@ -131,15 +131,15 @@ protected:
                          {"clickCount", 1}});
         }
     }
-    void type(const std::shared_ptr<CdpBrowser>& page, const QString& text)
+    void type(const std::shared_ptr<ScriptWindow>& page, const QString& text)
     {
-        shell->call(page->targetId(), QStringLiteral("Input.insertText"), {{"text", text}});
+        shell->call(page->windowId(), QStringLiteral("Input.insertText"), {{"text", text}});
     }
-    void tab(const std::shared_ptr<CdpBrowser>& page)
+    void tab(const std::shared_ptr<ScriptWindow>& page)
     {
         for (const char* type : {"keyDown", "keyUp"}) {
             shell->call(
-                page->targetId(), QStringLiteral("Input.dispatchKeyEvent"),
+                page->windowId(), QStringLiteral("Input.dispatchKeyEvent"),
                 {{"type", type}, {"key", "Tab"}, {"code", "Tab"}, {"windowsVirtualKeyCode", 9}});
         }
     }
@@ -163,7 +163,7 @@ protected:
     std::unique_ptr<CdpShell> shell;
     std::unique_ptr<frmMain> form;
     std::unique_ptr<HttpServer> server;
-    QString fieldValue(const std::shared_ptr<CdpBrowser>& page, const char* name)
+    QString fieldValue(const std::shared_ptr<ScriptWindow>& page, const char* name)
     {
         return evaluate(page, QStringLiteral("document.querySelector('[name=%1]').value")
                                   .arg(QLatin1String(name)))

@@ -38,11 +38,11 @@ protected:
             urls << window->LocationURL();
         return urls;
     }
-    std::shared_ptr<CdpBrowser> windowShowing(const QString& url)
+    std::shared_ptr<ScriptWindow> windowShowing(const QString& url)
     {
         for (const BrowserPtr& window : shell->items()) {
             if (window->LocationURL() == url)
-                return std::static_pointer_cast<CdpBrowser>(window);
+                return std::static_pointer_cast<ScriptWindow>(window);
         }
         return nullptr;
     }
@@ -92,7 +92,7 @@ TEST_F(TestChromiumBrowserLife, AShortcutOpenedAfterTheBrowserDiedStartsItAgainA
     form->shortcutCommands().lvShortcuts_KeyDown(13);
     ASSERT_TRUE(shell->isConnected());
     EXPECT_NE(shell->process()->processId(), first);
-    std::shared_ptr<CdpBrowser> page;
+    std::shared_ptr<ScriptWindow> page;
     ASSERT_TRUE(waitFor([&] { return (page = windowShowing(draw)) != nullptr; })) << pageUrls().join(' ').toStdString();
     EXPECT_TRUE(waitFor([&] { return fieldValue(page, "fname") == QLatin1String("Ann"); }));
     // Followed as at start-up: typing is remembered, a click is a visit.

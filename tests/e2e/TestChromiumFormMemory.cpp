@@ -166,7 +166,7 @@ TEST_F(TestChromiumFormMemory, ProgressLinkTextsAndAVisitRedrawingItsShortcut)
     EXPECT_TRUE(statuses.contains(QStringLiteral(" loading ... 100%")))
         << statuses.join('|').toStdString();
 
-    shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
+    shell->call(page->windowId(), QStringLiteral("Input.dispatchMouseEvent"),
                 {{"type", "mouseMoved"}, {"x", 50}, {"y", 50}});
     EXPECT_TRUE(waitFor([&] {
         return statuses.contains(QStringLiteral(" ") + server->url("/a.html"));
@@ -175,7 +175,7 @@ TEST_F(TestChromiumFormMemory, ProgressLinkTextsAndAVisitRedrawingItsShortcut)
     // A click in the page is a visit: the shortcut is no longer due.
     for (const char* type : {"mousePressed", "mouseReleased"}) {
         shell->call(
-            page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
+            page->windowId(), QStringLiteral("Input.dispatchMouseEvent"),
             {{"type", type}, {"x", 400}, {"y", 500}, {"button", "left"}, {"clickCount", 1}});
     }
     EXPECT_TRUE(waitFor([&] { return form->lvShortcuts.row(0).icon == 2; }))
@@ -210,7 +210,7 @@ TEST_F(TestChromiumFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReu
     for (int i = 0; i < 2; ++i) {
         for (const char* type :
              {"mousePressed", "mouseReleased", "mousePressed", "mouseReleased"}) {
-            shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
+            shell->call(page->windowId(), QStringLiteral("Input.dispatchMouseEvent"),
                         {{"type", type},
                          {"x", 300},
                          {"y", 300},
@@ -218,13 +218,13 @@ TEST_F(TestChromiumFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReu
                          {"clickCount",
                           QString::fromLatin1(type) == QLatin1String("mousePressed") ? 1 : 2}});
         }
-        shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
+        shell->call(page->windowId(), QStringLiteral("Input.dispatchMouseEvent"),
                     {{"type", "mousePressed"},
                      {"x", 300},
                      {"y", 300},
                      {"button", "left"},
                      {"clickCount", 2}});
-        shell->call(page->targetId(), QStringLiteral("Input.dispatchMouseEvent"),
+        shell->call(page->windowId(), QStringLiteral("Input.dispatchMouseEvent"),
                     {{"type", "mouseReleased"},
                      {"x", 300},
                      {"y", 300},
@@ -236,8 +236,8 @@ TEST_F(TestChromiumFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReu
         << fieldValue(page, "fname").toStdString();
 
     const int holders = form->tracking().upperBound();
-    shell->call(page->targetId(), QStringLiteral("Page.close"));
-    ASSERT_TRUE(waitFor([&] { return !shell->isOpen(page->targetId()); }));
+    shell->call(page->windowId(), QStringLiteral("Page.close"));
+    ASSERT_TRUE(waitFor([&] { return !shell->isOpen(page->windowId()); }));
     auto next = open(server->url("/b.html"));
     EXPECT_EQ(form->tracking().upperBound(), holders);
     EXPECT_EQ(fieldValue(next, "fname"), QStringLiteral("Ann"));
@@ -263,7 +263,7 @@ TEST_F(TestChromiumFormMemory, ABatchAnswersReadsAsThePageWould)
         {"select", 0, "selectedIndex", 7},  {"select", 1, "value", "p"},
         {"select", 1, "selectedIndex", -1}, {"input", 0, "checked", true},
     };
-    const auto trace = [&](const std::shared_ptr<CdpBrowser>& page, bool batched) {
+    const auto trace = [&](const std::shared_ptr<ScriptWindow>& page, bool batched) {
         const DocPtr document = page->document();
         std::optional<DocumentBatch> batch;
         if (batched)

@@ -89,13 +89,13 @@ protected:
         QFile file(form->valueStore().anyFile());
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
-    void typeInto(const std::shared_ptr<CdpBrowser>& page, const char* id, const QString& text)
+    void typeInto(const std::shared_ptr<ScriptWindow>& page, const char* id, const QString& text)
     {
         click(page, QStringLiteral("#") + QLatin1String(id));
         type(page, text);
     }
     // The user types into a field of a busy page and leaves it: is it remembered?
-    bool typedIsRemembered(const std::shared_ptr<CdpBrowser>& page, const QString& site, const char* id,
+    bool typedIsRemembered(const std::shared_ptr<ScriptWindow>& page, const QString& site, const char* id,
                            const QString& text)
     {
         typeInto(page, id, text);
@@ -219,12 +219,12 @@ TEST_F(TestChromiumHostilePages, APageThatShowsDialogsOverAndOverStopsNothingEls
     const int before = shell->items().size();
     shell->OpenAddress(server->url("/loop.html"));
     ASSERT_TRUE(waitFor([&] { return shell->items().size() > before; }));
-    auto loop = std::static_pointer_cast<CdpBrowser>(shell->items().last());
+    auto loop = std::static_pointer_cast<ScriptWindow>(shell->items().last());
     // The user dismisses ten of them; the page shows the next at once.
     for (int i = 0; i < 10; ++i) {
         waitFor([&] {
             try {
-                shell->call(loop->targetId(), QStringLiteral("Page.handleJavaScriptDialog"), {{"accept", true}});
+                shell->call(loop->windowId(), QStringLiteral("Page.handleJavaScriptDialog"), {{"accept", true}});
                 return true;
             } catch (const AppError&) {
                 return false;

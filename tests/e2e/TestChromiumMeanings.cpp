@@ -63,13 +63,13 @@ protected:
         return f.ini.readEntry(form->valueStore().anyFile(), QStringLiteral("Meaning"), QString::fromLatin1(key))
             .value_or(QString());
     }
-    void key(const std::shared_ptr<CdpBrowser>& page, const char* name, int code)
+    void key(const std::shared_ptr<ScriptWindow>& page, const char* name, int code)
     {
         for (const char* type : {"keyDown", "keyUp"})
-            shell->call(page->targetId(), QStringLiteral("Input.dispatchKeyEvent"),
+            shell->call(page->windowId(), QStringLiteral("Input.dispatchKeyEvent"),
                         {{"type", type}, {"key", name}, {"code", name}, {"windowsVirtualKeyCode", code}});
     }
-    QStringList values(const std::shared_ptr<CdpBrowser>& page, const QStringList& names)
+    QStringList values(const std::shared_ptr<ScriptWindow>& page, const QStringList& names)
     {
         QStringList shown;
         for (const QString& name : names)

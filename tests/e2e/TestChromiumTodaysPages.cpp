@@ -96,7 +96,7 @@ protected:
             .value_or(QStringLiteral("<missing>"));
     }
     // Whether the page's script can be reached (it cannot while the page shows a dialog).
-    bool answers(const std::shared_ptr<CdpBrowser>& page)
+    bool answers(const std::shared_ptr<ScriptWindow>& page)
     {
         try {
             evaluate(page, "1");
@@ -105,19 +105,19 @@ protected:
             return false;
         }
     }
-    void acceptDialog(const std::shared_ptr<CdpBrowser>& page)
+    void acceptDialog(const std::shared_ptr<ScriptWindow>& page)
     {
-        shell->call(page->targetId(), QStringLiteral("Page.handleJavaScriptDialog"), {{"accept", true}});
+        shell->call(page->windowId(), QStringLiteral("Page.handleJavaScriptDialog"), {{"accept", true}});
     }
     // Opens a page without waiting for it to complete (a dialog may hold it up).
-    std::shared_ptr<CdpBrowser> openNoWait(const QString& url)
+    std::shared_ptr<ScriptWindow> openNoWait(const QString& url)
     {
         const int before = shell->items().size();
         shell->OpenAddress(url);
         EXPECT_TRUE(waitFor([&] { return shell->items().size() > before; }));
-        return std::static_pointer_cast<CdpBrowser>(shell->items().last());
+        return std::static_pointer_cast<ScriptWindow>(shell->items().last());
     }
-    QString visibility(const std::shared_ptr<CdpBrowser>& page)
+    QString visibility(const std::shared_ptr<ScriptWindow>& page)
     {
         return evaluate(page, "document.visibilityState").toString();
     }
@@ -222,7 +222,7 @@ TEST_F(TestChromiumTodaysPages, FieldsInOpenShadowRootsAreRememberedAndFilled)
     tab(page);
     // A list inside the shadow root, chosen with the keyboard.
     for (const char* type : {"keyDown", "keyUp"})
-        shell->call(page->targetId(), QStringLiteral("Input.dispatchKeyEvent"),
+        shell->call(page->windowId(), QStringLiteral("Input.dispatchKeyEvent"),
                     {{"type", type}, {"key", "ArrowDown"}, {"code", "ArrowDown"}, {"windowsVirtualKeyCode", 40}});
     tab(page);
     ASSERT_TRUE(waitFor([&] { return any("state") == QLatin1String("NY"); })) << any("state").toStdString();
@@ -285,12 +285,12 @@ TEST_F(TestChromiumTodaysPages, ABackgroundTabFinishingItsLoadDoesNotSwitchTabs)
         shell->call(QString(), QStringLiteral("Target.createTarget"),
                     {{"url", server->url(QLatin1String(path))}, {"background", background}});
         EXPECT_TRUE(waitFor([&] { return shell->items().size() > before; }));
-        auto tab = std::static_pointer_cast<CdpBrowser>(shell->items().last());
+        auto tab = std::static_pointer_cast<ScriptWindow>(shell->items().last());
         EXPECT_TRUE(waitFor([&] { return heldUrl(tab) == server->url(QLatin1String(path)); }));
         return tab;
     };
     ASSERT_TRUE(waitFor([&] { return !shell->items().isEmpty(); }));
-    auto blank = std::static_pointer_cast<CdpBrowser>(shell->items().first());
+    auto blank = std::static_pointer_cast<ScriptWindow>(shell->items().first());
     auto front = tabIn("/front-tab.html", false);
     ASSERT_EQ(visibility(front), QStringLiteral("visible"));
     ASSERT_EQ(visibility(blank), QStringLiteral("hidden"));

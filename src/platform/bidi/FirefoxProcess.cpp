@@ -100,7 +100,9 @@ void FirefoxProcess::connect(const QString& endpoint)
     const QString session = endpoint + QStringLiteral("/session");
     m_connection = std::make_unique<RemoteConnection>([session] { return new WebSocketTransport(session); });
     try {
-        m_connection->call(QStringLiteral("session.new"), {{"capabilities", QJsonObject{}}});
+        // The page's dialogs are the user's to answer: the session closes none of them.
+        const QJsonObject ignorePrompts{{"unhandledPromptBehavior", QJsonObject{{"default", "ignore"}}}};
+        m_connection->call(QStringLiteral("session.new"), {{"capabilities", QJsonObject{{"alwaysMatch", ignorePrompts}}}});
     } catch (const AppError& error) {
         throw browserError(QStringLiteral("The browser at %1 refused a session: %2").arg(endpoint, error.description()));
     }

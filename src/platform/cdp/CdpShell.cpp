@@ -1,7 +1,7 @@
 #include "CdpShell.h"
 
 #include "AppError.h"
-#include "CdpBrowser.h"
+#include "ScriptWindow.h"
 #include "CdpDialogGuard.h"
 #include "ScriptDocument.h"
 #include "ChromiumProcess.h"
@@ -47,28 +47,6 @@ AppError browserError(const QString& text)
 {
     return AppError(ErrorNumber::BrowserCall, text);
 }
-
-// A frame's window: its document is looked up when asked for, as the frame may load anew.
-class CdpFrameOwner : public DocumentOwner
-{
-public:
-    CdpFrameOwner(CdpShell& shell, QString sessionId, QString frameId)
-        : m_shell(shell), m_session(std::move(sessionId)), m_frame(std::move(frameId))
-    {
-    }
-    DocPtr document() override
-    {
-        DocPtr document = m_shell.documentFor(m_session, m_frame);
-        if (!document)
-            throw browserError(QStringLiteral("The frame's document cannot be reached."));
-        return document;
-    }
-
-private:
-    CdpShell& m_shell;
-    QString m_session;
-    QString m_frame;
-};
 
 // What every page and frame session gets before it may run: events on, our world and script
 // in place, its own frames attached; then it is let go.
@@ -226,7 +204,6 @@ void CdpShell::reconnect()
     m_contexts.clear();
     m_contextFrames.clear();
     m_frameUrls.clear();
-    m_reportedActive.clear();
     m_documents.clear();
     m_progress.clear();
     m_connectFailure.clear();
@@ -282,9 +259,14 @@ bool CdpShell::isOpen(const QString& targetId) const
     return target != m_targets.constEnd() && target->open && m_browser && !m_browser->connection().isClosed();
 }
 
-QString CdpShell::targetUrl(const QString& targetId) const
+QString CdpShell::pageUrl(const QString& targetId) const
 {
     return m_targets.value(targetId).url;
+}
+
+void CdpShell::reload(const QString& targetId)
+{
+    call(targetId, QStringLiteral("Page.reload"));
 }
 
 DocPtr CdpShell::pageDocument(const QString& targetId)
@@ -303,15 +285,7 @@ DocPtr CdpShell::documentFor(const QString& sessionId, const QString& frameId)
     const auto context = m_contexts.constFind(key(session, frameId));
     if (context == m_contexts.constEnd())
         return nullptr;
-    const QString documentKey = realmOf(session, *context);
-    if (auto known = m_documents.value(documentKey).lock())
-        return known;
-    auto document = std::make_shared<ScriptDocument>(*this, documentKey, frameId);
-    // What the page reported before anyone followed it still says where its focus is.
-    if (const auto active = m_reportedActive.constFind(documentKey); active != m_reportedActive.constEnd())
-        document->noteActive(*active);
-    m_documents.insert(documentKey, document);
-    return document;
+    return m_documents.get(realmOf(session, *context), frameId);
 }
 
 FramePtr CdpShell::frameOwner(const QString& realm, int index)
@@ -327,7 +301,7 @@ FramePtr CdpShell::frameOwner(const QString& realm, int index)
         // Behind a dialog the frame cannot be reached, as another site's frame cannot.
         if (!CdpDialogGuard::isRefusal(error))
             throw;
-        return std::make_shared<CdpFrameOwner>(*this, session, QString());
+        return std::make_shared<ScriptFrameOwner>(*this, session, QString());
     }
     const QString objectId = answer.value("result").toObject().value("objectId").toString();
     if (objectId.isEmpty())
@@ -335,7 +309,7 @@ FramePtr CdpShell::frameOwner(const QString& realm, int index)
     const QJsonObject node = cdp().call(QStringLiteral("DOM.describeNode"), {{"objectId", objectId}},
                                         session).value("node").toObject();
     cdp().send(QStringLiteral("Runtime.releaseObject"), {{"objectId", objectId}}, session);
-    return std::make_shared<CdpFrameOwner>(*this, session, node.value("frameId").toString());
+    return std::make_shared<ScriptFrameOwner>(*this, session, node.value("frameId").toString());
 }
 
 PageScriptHost::Failure CdpShell::failureOf(const AppError& error) const
@@ -348,7 +322,7 @@ PageScriptHost::Failure CdpShell::failureOf(const AppError& error) const
     return gone ? Failure::Gone : Failure::Other;
 }
 
-std::shared_ptr<CdpBrowser> CdpShell::pageOfSession(const QString& sessionId) const
+std::shared_ptr<ScriptWindow> CdpShell::pageOfSession(const QString& sessionId) const
 {
     QString session = sessionId;
     for (int depth = 0; depth < 32 && !session.isEmpty(); ++depth) {
@@ -390,13 +364,13 @@ void CdpShell::onEvent(const RemoteConnection::Event& event)
     } else if (method == QLatin1String("Runtime.executionContextDestroyed")) {
         const int id = params.value("executionContextId").toInt();
         m_contextFrames.remove(realmOf(event.sessionId, id));
-        m_reportedActive.remove(realmOf(event.sessionId, id));
+        m_documents.forget(realmOf(event.sessionId, id));
         for (auto it = m_contexts.begin(); it != m_contexts.end();)
             it = (it.key().startsWith(event.sessionId + QLatin1Char('\n')) && *it == id) ? m_contexts.erase(it) : std::next(it);
     } else if (method == QLatin1String("Runtime.executionContextsCleared")) {
         eraseSession(m_contexts, event.sessionId);
         eraseSession(m_contextFrames, event.sessionId);
-        eraseSession(m_reportedActive, event.sessionId);
+        m_documents.forgetIf([&event](const QString& realm) { return sessionOf(realm) == event.sessionId; });
     } else if (method == QLatin1String("Page.lifecycleEvent")) {
         if (params.value("name").toString() == QLatin1String("load"))
             onLoaded(event.sessionId, params.value("frameId").toString());
@@ -428,7 +402,7 @@ void CdpShell::onAttached(const RemoteConnection::Event& event)
     m_sessionTargets.insert(target.sessionId, id);
     if (target.type != QLatin1String("page") || !event.sessionId.isEmpty() || target.browser)
         return;
-    target.browser = std::make_shared<CdpBrowser>(*this, id, m_nextHandle++);
+    target.browser = std::make_shared<ScriptWindow>(*this, id, m_nextHandle++);
     m_pageOrder.append(id);
     for (const auto& sink : m_sinks.snapshot())
         sink->SW_WindowRegistered(static_cast<int>(target.browser->HWND()));
@@ -458,7 +432,7 @@ void CdpShell::onContextCreated(const RemoteConnection::Event& event)
 
 void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
 {
-    const std::shared_ptr<CdpBrowser> page = pageOfSession(sessionId);
+    const std::shared_ptr<ScriptWindow> page = pageOfSession(sessionId);
     if (!page)
         return;
     // A frame's first, empty document is replaced at once: filling it would only fail. The
@@ -469,36 +443,23 @@ void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
         return;
     const DocPtr document = documentFor(sessionId, frameId);
     if (!document) {
-        documentLoaded(page, frameId, nullptr);
+        page->loaded(frameId, nullptr);
         return;
     }
     // The page's own load fills its loaded frames again too: theirs are fetched as well.
-    auto waiting = std::make_shared<std::vector<std::shared_ptr<ScriptDocument>>>();
-    waiting->push_back(std::static_pointer_cast<ScriptDocument>(document));
-    if (frameId == page->targetId()) {
-        for (const auto& known : std::as_const(m_documents)) {
-            const auto frame = known.lock();
-            if (frame && frame != waiting->front() && !frame->unloaded() && pageOfSession(sessionOf(frame->realm())) == page)
-                waiting->push_back(frame);
+    const auto loaded = std::static_pointer_cast<ScriptDocument>(document);
+    ScriptDocuments::DocumentList fetched{loaded};
+    if (frameId == page->windowId()) {
+        for (const auto& frame : m_documents.held([&](const QString& realm) { return pageOfSession(sessionOf(realm)) == page; })) {
+            if (frame != loaded && !frame->unloaded())
+                fetched.push_back(frame);
         }
     }
-    auto remaining = std::make_shared<size_t>(waiting->size());
-    for (const auto& fetched : *waiting) {
-        fetched->prefetch([this, waiting, remaining, page, frameId, sessionId] {
-            // The documents are held until then: what was fetched stays with them. A frame that
-            // has gone on to another document meanwhile reports that one's load instead.
-            if (--*remaining == 0 && documentFor(sessionId, frameId) == waiting->front())
-                documentLoaded(page, frameId, waiting->front());
-        });
-    }
-}
-
-void CdpShell::documentLoaded(const std::shared_ptr<CdpBrowser>& page, const QString& frameId, const DocPtr& document)
-{
-    if (frameId == page->targetId())
-        page->documentComplete(page, m_targets.value(frameId).url);
-    else if (document)
-        page->documentComplete(std::make_shared<CdpFrameBrowser>(page, document), QString());
+    ScriptDocuments::prefetch(fetched, [this, loaded, page, frameId, sessionId] {
+        // A frame that has gone on to another document meanwhile reports that one's load instead.
+        if (documentFor(sessionId, frameId) == loaded)
+            page->loaded(frameId, loaded);
+    });
 }
 
 void CdpShell::evaluateAnswered(const QString& realm, const QString& expression,
@@ -536,12 +497,7 @@ void CdpShell::onDialogClosed(const QString& sessionId)
         if (target.open && !target.sessionId.isEmpty() && target.parentSession == sessionId)
             sessions.append(target.sessionId);
     }
-    std::vector<std::shared_ptr<ScriptDocument>> documents;
-    for (auto it = m_documents.constBegin(); it != m_documents.constEnd(); ++it) {
-        if (sessions.contains(it.key().section(QLatin1Char('\n'), 0, 0)))
-            if (auto document = it.value().lock())
-                documents.push_back(std::move(document));
-    }
+    const auto documents = m_documents.held([&sessions](const QString& realm) { return sessions.contains(sessionOf(realm)); });
     for (const auto& document : documents)
         document->dialogClosed();
 }
@@ -550,12 +506,12 @@ void CdpShell::onNetwork(const RemoteConnection::Event& event)
 {
     // There is no progress event: the figures are the page's requests since its main frame
     // started loading, and how many of them have ended.
-    const std::shared_ptr<CdpBrowser> page = pageOfSession(event.sessionId);
+    const std::shared_ptr<ScriptWindow> page = pageOfSession(event.sessionId);
     if (!page)
         return;
-    Progress& progress = m_progress[page->targetId()];
+    Progress& progress = m_progress[page->windowId()];
     if (event.method == QLatin1String("Page.frameStartedLoading")) {
-        if (event.params.value("frameId").toString() == page->targetId())
+        if (event.params.value("frameId").toString() == page->windowId())
             progress = Progress{};
         return;
     }
@@ -591,8 +547,5 @@ void CdpShell::onBinding(const RemoteConnection::Event& event)
             onLoaded(event.sessionId, frameId);
         return;
     }
-    if (const auto document = m_documents.value(documentKey).lock())
-        document->raise(kind, payload);
-    else if (payload.contains(QLatin1String("active")))
-        m_reportedActive.insert(documentKey, payload.value(QLatin1String("active")).toInteger());
+    m_documents.report(documentKey, kind, payload);
 }

@@ -2,6 +2,8 @@
 
 #include "RemoteConnection.h"
 #include "PageScriptHost.h"
+#include "ScriptDocuments.h"
+#include "ScriptWindow.h"
 #include "ShellWindowList.h"
 #include "Subscribers.h"
 
@@ -9,7 +11,6 @@
 #include <functional>
 #include <memory>
 
-class CdpBrowser;
 class CdpDialogGuard;
 class ScriptDocument;
 class ChromiumProcess;
@@ -17,7 +18,7 @@ class ChromiumProcess;
 // The shell's window list over a Chromium-family browser: one window per page target, each
 // with a handle that is never reused; documents for every frame, out-of-process ones
 // included; the users' actions reported by the script Tolvane puts in every frame.
-class CdpShell : public ShellWindowList, public PageScriptHost
+class CdpShell : public ShellWindowList, public PageScriptHost, public ScriptWindowHost
 {
 public:
     // Connects on first use (the start-up subscribes once the data folder is known).
@@ -43,11 +44,12 @@ public:
     FramePtr frameOwner(const QString& realm, int index) override;
     Failure failureOf(const AppError& error) const override;
     QJsonObject call(const QString& sessionId, const QString& method, const QJsonObject& params = {});
-    bool isOpen(const QString& targetId) const;
-    QString targetUrl(const QString& targetId) const;
-    DocPtr pageDocument(const QString& targetId);
-    // The document now shown in that frame, or nullptr when there is none to reach.
-    DocPtr documentFor(const QString& sessionId, const QString& frameId);
+    bool isOpen(const QString& targetId) const override;
+    QString pageUrl(const QString& targetId) const override;
+    DocPtr pageDocument(const QString& targetId) override;
+    void reload(const QString& targetId) override;
+    // A frame is found through its page's session (or its own, out of process).
+    DocPtr documentFor(const QString& sessionId, const QString& frameId) override;
 
 private:
     struct Target
@@ -58,7 +60,7 @@ private:
         QString sessionId;
         QString parentSession;
         bool open = true;
-        std::shared_ptr<CdpBrowser> browser;
+        std::shared_ptr<ScriptWindow> browser;
     };
 
     void connect();
@@ -70,10 +72,9 @@ private:
     void onAttached(const RemoteConnection::Event& event);
     void onClosed(const QString& targetId);
     void onContextCreated(const RemoteConnection::Event& event);
-    void onLoaded(const QString& sessionId, const QString& frameId);
     // Tells the window of a load once what its fill reads first has been fetched: a page busy
     // loading its frames answers late, and the bar does not wait for it meanwhile.
-    void documentLoaded(const std::shared_ptr<CdpBrowser>& page, const QString& frameId, const DocPtr& document);
+    void onLoaded(const QString& sessionId, const QString& frameId);
     void onBinding(const RemoteConnection::Event& event);
     void onNetwork(const RemoteConnection::Event& event);
     // A page's dialog closed: its documents may owe a fill.
@@ -83,7 +84,7 @@ private:
     // Whether the page's tab is the one its window shows.
     bool isVisibleTab(const QString& targetId);
     // The page a session belongs to, through the parents of out-of-process frames.
-    std::shared_ptr<CdpBrowser> pageOfSession(const QString& sessionId) const;
+    std::shared_ptr<ScriptWindow> pageOfSession(const QString& sessionId) const;
     RemoteConnection& cdp();
 
     Connector m_connector;
@@ -98,9 +99,7 @@ private:
     QHash<QString, int> m_contexts;            // session + "\n" + frame id -> context of our world
     QHash<QString, QString> m_contextFrames;   // session + "\n" + context id -> its frame id
     QHash<QString, QString> m_frameUrls;       // frame id -> address of its last navigation
-    QHash<QString, qint64> m_reportedActive;   // session + "\n" + context id -> active element
-                                               // its page reported while no document object was made
-    QHash<QString, std::weak_ptr<ScriptDocument>> m_documents; // session + "\n" + context id
+    ScriptDocuments m_documents{*this};        // by session + "\n" + context id
     struct Progress
     {
         int requested = 0;

@@ -27,6 +27,7 @@ user_pref("startup.homepage_welcome_url", "");
 user_pref("datareporting.policy.dataSubmissionEnabled", false);
 user_pref("toolkit.telemetry.reportingpolicy.firstRun", false);
 user_pref("browser.startup.page", 3);
+user_pref("browser.newtab.preload", false);
 )";
 } // namespace
 

@@ -1,7 +1,7 @@
 // Pages that choose awkward field names and values, set fields and move the focus by
 // themselves, or flood the document with events: the bar keeps what the user typed, keeps its
 // files whole and goes on.
-#include "ChromiumBarFixture.h"
+#include "BarFixture.h"
 
 namespace {
 const QByteArray AwkwardNames = R"(<html><body><form>
@@ -65,7 +65,7 @@ many.innerHTML = '<label for=target>E-mail</label>'.repeat(1000);
 caption.textContent = 'y'.repeat(100 * 1024) + ' Email';
 </script></body></html>)";
 
-class TestChromiumHostilePages : public ChromiumBarFixture
+class TestHostilePages : public BarFixture
 {
 protected:
     QMap<QString, QByteArray> pages() const override
@@ -104,7 +104,7 @@ protected:
     }
 };
 
-TEST_F(TestChromiumHostilePages, AwkwardNamesAndValuesAreKeptWhereTheFilesCanHoldThem)
+TEST_P(TestHostilePages, AwkwardNamesAndValuesAreKeptWhereTheFilesCanHoldThem)
 {
     const QString site = server->url("/awkward.html");
     auto page = open(site);
@@ -143,7 +143,7 @@ TEST_F(TestChromiumHostilePages, AwkwardNamesAndValuesAreKeptWhereTheFilesCanHol
     EXPECT_EQ(valueOf("crlf"), QString());
 }
 
-TEST_F(TestChromiumHostilePages, APageScriptsValuesAndFocusMovesStayOutOfAnyIni)
+TEST_P(TestHostilePages, APageScriptsValuesAndFocusMovesStayOutOfAnyIni)
 {
     const QString site = server->url("/moving.html");
     auto page = open(site);
@@ -162,7 +162,7 @@ TEST_F(TestChromiumHostilePages, APageScriptsValuesAndFocusMovesStayOutOfAnyIni)
     EXPECT_FALSE(siteFile.readAll().contains("scripted"));
 }
 
-TEST_F(TestChromiumHostilePages, AFloodOfPageEventsLeavesTheBarResponsive)
+TEST_P(TestHostilePages, AFloodOfPageEventsLeavesTheBarResponsive)
 {
     const QString site = server->url("/flood.html");
     auto page = open(site);
@@ -174,7 +174,7 @@ TEST_F(TestChromiumHostilePages, AFloodOfPageEventsLeavesTheBarResponsive)
 } // namespace
 
 namespace {
-TEST_F(TestChromiumHostilePages, AMutationStormIsFollowedWithoutFloodingTheBar)
+TEST_P(TestHostilePages, AMutationStormIsFollowedWithoutFloodingTheBar)
 {
     form->valueStore().SetValue(server->url("/elsewhere"), "extra1", "filled once");
     const QString site = server->url("/storm.html");
@@ -194,7 +194,7 @@ TEST_F(TestChromiumHostilePages, AMutationStormIsFollowedWithoutFloodingTheBar)
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumHostilePages, ThousandsOfShadowRootsAndFramesTwentyDeep)
+TEST_P(TestHostilePages, ThousandsOfShadowRootsAndFramesTwentyDeep)
 {
     form->valueStore().SetValue(server->url("/elsewhere"), "crowd", "everyone");
     form->valueStore().SetValue(server->url("/elsewhere"), "depth", "deep");
@@ -212,19 +212,19 @@ TEST_F(TestChromiumHostilePages, ThousandsOfShadowRootsAndFramesTwentyDeep)
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumHostilePages, APageThatShowsDialogsOverAndOverStopsNothingElse)
+TEST_P(TestHostilePages, APageThatShowsDialogsOverAndOverStopsNothingElse)
 {
     const QString site = server->url("/awkward.html");
     auto page = open(site);
-    const int before = shell->items().size();
-    shell->OpenAddress(server->url("/loop.html"));
-    ASSERT_TRUE(waitFor([&] { return shell->items().size() > before; }));
-    auto loop = std::static_pointer_cast<ScriptWindow>(shell->items().last());
+    const int before = windows().size();
+    driver->openAddress(server->url("/loop.html"));
+    ASSERT_TRUE(waitFor([&] { return windows().size() > before; }));
+    auto loop = asPage(windows().last());
     // The user dismisses ten of them; the page shows the next at once.
     for (int i = 0; i < 10; ++i) {
         waitFor([&] {
             try {
-                shell->call(loop->windowId(), QStringLiteral("Page.handleJavaScriptDialog"), {{"accept", true}});
+                driver->acceptDialog(*loop);
                 return true;
             } catch (const AppError&) {
                 return false;
@@ -239,7 +239,7 @@ TEST_F(TestChromiumHostilePages, APageThatShowsDialogsOverAndOverStopsNothingEls
 } // namespace
 
 namespace {
-TEST_F(TestChromiumHostilePages, HeavyLabelsAndNamesInAnyScriptAreReadWithinBounds)
+TEST_P(TestHostilePages, HeavyLabelsAndNamesInAnyScriptAreReadWithinBounds)
 {
     form->valueStore().SetMeaningValue(QStringLiteral("email"), QStringLiteral("ann@example.org"));
     const QString site = server->url("/labels.html");
@@ -257,4 +257,5 @@ TEST_F(TestChromiumHostilePages, HeavyLabelsAndNamesInAnyScriptAreReadWithinBoun
     }
     expectNoErrorBox();
 }
+ON_BOTH_BROWSERS(TestHostilePages);
 } // namespace

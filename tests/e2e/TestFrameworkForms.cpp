@@ -1,7 +1,7 @@
 // Contest forms built with React 18 (controlled inputs) and Vue 3 (v-model), from npm: what the
 // bar fills is what the page submits, the page's own listeners hear each filled field once, and
 // the data files hold only what the user typed.
-#include "ChromiumBarFixture.h"
+#include "BarFixture.h"
 
 #include <QFile>
 
@@ -53,7 +53,7 @@ const QByteArray VuePage = R"(<html><head><title>Vue contest</title><script src=
   methods: { send() { window.submitted = JSON.parse(JSON.stringify(this.$data)); } },
 }).mount('#app');</script>)" + Counting + "</body></html>";
 
-class TestChromiumFrameworkForms : public ChromiumBarFixture
+class TestFrameworkForms : public BarFixture
 {
 protected:
     QMap<QString, QByteArray> pages() const override
@@ -66,7 +66,7 @@ protected:
     }
 };
 
-TEST_F(TestChromiumFrameworkForms, WhatTheBarFillsIsWhatThePageSubmits)
+TEST_P(TestFrameworkForms, WhatTheBarFillsIsWhatThePageSubmits)
 {
     const QString elsewhere = server->url("/elsewhere");
     const std::pair<const char*, const char*> remembered[] = {
@@ -127,4 +127,5 @@ TEST_F(TestChromiumFrameworkForms, WhatTheBarFillsIsWhatThePageSubmits)
     EXPECT_EQ(any.readAll(), anyBefore + "code=WIN-42\r\nticket=WIN-42\r\n");
     expectNoErrorBox();
 }
+ON_BOTH_BROWSERS(TestFrameworkForms);
 } // namespace

@@ -1,6 +1,6 @@
 // Form memory end to end: what the user types is remembered and filled again, frames and
 // profiles included.
-#include "ChromiumBarFixture.h"
+#include "BarFixture.h"
 
 namespace {
 const QByteArray ContestForm = R"(<html><head><title>Contest</title></head><body>
@@ -20,7 +20,7 @@ const QByteArray GroupsPage = R"(<html><body>
 <select name=s><option value=x>x<option value=y>y<option value=y>y2</select>
 <select name=m multiple><option>p<option selected>q</select></body></html>)";
 
-class TestChromiumFormMemory : public ChromiumBarFixture
+class TestFormMemory : public BarFixture
 {
 protected:
     QMap<QString, QByteArray> pages() const override
@@ -39,7 +39,7 @@ protected:
     }
 };
 
-TEST_F(TestChromiumFormMemory, TypedOnOneSiteFilledOnAnother)
+TEST_P(TestFormMemory, TypedOnOneSiteFilledOnAnother)
 {
     auto first = open(server->url("/a.html"));
     click(first, "[name=fname]");
@@ -71,7 +71,7 @@ TEST_F(TestChromiumFormMemory, TypedOnOneSiteFilledOnAnother)
                .toStdString();
     expectNoErrorBox();
 }
-TEST_F(TestChromiumFormMemory, EveryKindOfFieldIsRememberedAndFilled)
+TEST_P(TestFormMemory, EveryKindOfFieldIsRememberedAndFilled)
 {
     auto first = open(server->url("/a.html"));
     click(first, "[name=size][value=M]");
@@ -101,51 +101,23 @@ TEST_F(TestChromiumFormMemory, EveryKindOfFieldIsRememberedAndFilled)
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumFormMemory, AFramesetIsFilledFrameByFrameOutOfProcessFramesIncluded)
+TEST_P(TestFormMemory, AFramesetIsFilledFrameByFrameOutOfProcessFramesIncluded)
 {
     form->valueStore().SetValue(server->url("/a.html"), "fname", "Same site");
     form->valueStore().SetValue(server->url("/b.html", true), "fname", "Other site");
     auto page = open(server->url("/frames.html"));
+    // The other site's frame runs in a process of its own in Chromium: read it there.
     const auto frameValue = [&](int index) {
-        return evaluate(page,
-                        QStringLiteral("(() => { try { return "
-                                       "frames[%1].document.querySelector('[name=fname]').value; }"
-                                       " catch (e) { return 'unreachable'; } })()")
-                            .arg(index))
-            .toString();
+        return driver->evaluateInFrame(*page, index, "document.querySelector('[name=fname]').value").toString();
     };
     EXPECT_TRUE(waitFor([&] { return frameValue(0) == QLatin1String("Same site"); }))
         << frameValue(0).toStdString();
-    // The other site's frame runs in a process of its own: read it through its own target.
-    const auto otherFrame = [&] {
-        for (const QJsonValue& target : shell->call(QString(), QStringLiteral("Target.getTargets"))
-                                            .value("targetInfos")
-                                            .toArray()) {
-            const QJsonObject info = target.toObject();
-            if (info.value("type").toString() == QLatin1String("iframe"))
-                return info.value("targetId").toString();
-        }
-        return QString();
-    };
-    ASSERT_TRUE(waitFor([&] { return !otherFrame().isEmpty(); }));
-    const auto otherValue = [&] {
-        const QJsonObject answer = shell->call(QString(), QStringLiteral("Target.attachToTarget"),
-                                               {{"targetId", otherFrame()}, {"flatten", true}});
-        return shell
-            ->call(answer.value("sessionId").toString(), QStringLiteral("Runtime.evaluate"),
-                   {{"expression", "document.querySelector('[name=fname]').value"},
-                    {"returnByValue", true}})
-            .value("result")
-            .toObject()
-            .value("value")
-            .toString();
-    };
-    EXPECT_TRUE(waitFor([&] { return otherValue() == QLatin1String("Other site"); }))
-        << otherValue().toStdString();
+    EXPECT_TRUE(waitFor([&] { return frameValue(1) == QLatin1String("Other site"); }))
+        << frameValue(1).toStdString();
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumFormMemory, ProgressLinkTextsAndAVisitRedrawingItsShortcut)
+TEST_P(TestFormMemory, ProgressLinkTextsAndAVisitRedrawingItsShortcut)
 {
     const QString file = form->ShortcutsFile();
     f.ini.writeEntry(file, "Shortcuts", "Max", "1");
@@ -166,23 +138,18 @@ TEST_F(TestChromiumFormMemory, ProgressLinkTextsAndAVisitRedrawingItsShortcut)
     EXPECT_TRUE(statuses.contains(QStringLiteral(" loading ... 100%")))
         << statuses.join('|').toStdString();
 
-    shell->call(page->windowId(), QStringLiteral("Input.dispatchMouseEvent"),
-                {{"type", "mouseMoved"}, {"x", 50}, {"y", 50}});
+    driver->mouse(*page, PageDriver::Mouse::Move, 50, 50);
     EXPECT_TRUE(waitFor([&] {
         return statuses.contains(QStringLiteral(" ") + server->url("/a.html"));
     })) << statuses.join('|').toStdString();
 
     // A click in the page is a visit: the shortcut is no longer due.
-    for (const char* type : {"mousePressed", "mouseReleased"}) {
-        shell->call(
-            page->windowId(), QStringLiteral("Input.dispatchMouseEvent"),
-            {{"type", type}, {"x", 400}, {"y", 500}, {"button", "left"}, {"clickCount", 1}});
-    }
+    driver->mouse(*page, PageDriver::Mouse::Click, 400, 500);
     EXPECT_TRUE(waitFor([&] { return form->lvShortcuts.row(0).icon == 2; }))
         << form->lvShortcuts.row(0).icon;
 }
 
-TEST_F(TestChromiumFormMemory, ProfileSwitchReloadsEveryPageWithTheOtherProfilesValues)
+TEST_P(TestFormMemory, ProfileSwitchReloadsEveryPageWithTheOtherProfilesValues)
 {
     auto page = open(server->url("/a.html"));
     form->valueStore().SetValue(server->url("/a.html"), "fname", "Zed"); // first profile
@@ -200,7 +167,7 @@ TEST_F(TestChromiumFormMemory, ProfileSwitchReloadsEveryPageWithTheOtherProfiles
         << fieldValue(page, "fname").toStdString();
 }
 
-TEST_F(TestChromiumFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReused)
+TEST_P(TestFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReused)
 {
     form->valueStore().SetValue(server->url("/a.html"), "fname", "Ann");
     auto page = open(server->url("/a.html"));
@@ -208,36 +175,15 @@ TEST_F(TestChromiumFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReu
     evaluate(page, "document.querySelector('[name=fname]').value = 'changed by the page'");
     waitFor([] { return false; }, 1200);
     for (int i = 0; i < 2; ++i) {
-        for (const char* type :
-             {"mousePressed", "mouseReleased", "mousePressed", "mouseReleased"}) {
-            shell->call(page->windowId(), QStringLiteral("Input.dispatchMouseEvent"),
-                        {{"type", type},
-                         {"x", 300},
-                         {"y", 300},
-                         {"button", "left"},
-                         {"clickCount",
-                          QString::fromLatin1(type) == QLatin1String("mousePressed") ? 1 : 2}});
-        }
-        shell->call(page->windowId(), QStringLiteral("Input.dispatchMouseEvent"),
-                    {{"type", "mousePressed"},
-                     {"x", 300},
-                     {"y", 300},
-                     {"button", "left"},
-                     {"clickCount", 2}});
-        shell->call(page->windowId(), QStringLiteral("Input.dispatchMouseEvent"),
-                    {{"type", "mouseReleased"},
-                     {"x", 300},
-                     {"y", 300},
-                     {"button", "left"},
-                     {"clickCount", 2}});
+        driver->mouse(*page, PageDriver::Mouse::DoubleClick, 300, 300);
         waitFor([] { return false; }, 200);
     }
     EXPECT_TRUE(waitFor([&] { return fieldValue(page, "fname") == QLatin1String("Ann"); }))
         << fieldValue(page, "fname").toStdString();
 
     const int holders = form->tracking().upperBound();
-    shell->call(page->windowId(), QStringLiteral("Page.close"));
-    ASSERT_TRUE(waitFor([&] { return !shell->isOpen(page->windowId()); }));
+    driver->closeTab(*page);
+    ASSERT_TRUE(waitFor([&] { return !isOpen(page); }));
     auto next = open(server->url("/b.html"));
     EXPECT_EQ(form->tracking().upperBound(), holders);
     EXPECT_EQ(fieldValue(next, "fname"), QStringLiteral("Ann"));
@@ -245,7 +191,7 @@ TEST_F(TestChromiumFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReu
 
 // A fill reads what one listing found and sends its writes together: what it reads after each
 // write must be what the page itself would answer.
-TEST_F(TestChromiumFormMemory, ABatchAnswersReadsAsThePageWould)
+TEST_P(TestFormMemory, ABatchAnswersReadsAsThePageWould)
 {
     struct Write
     {
@@ -300,7 +246,7 @@ TEST_F(TestChromiumFormMemory, ABatchAnswersReadsAsThePageWould)
 
 // A frame moving to a process of its own replaces its document between two calls: the old one
 // must end a fill quietly, since the new one is filled on its own load.
-TEST_F(TestChromiumFormMemory, ADocumentThePageLeftTakesWritesAndHasNothingToGive)
+TEST_P(TestFormMemory, ADocumentThePageLeftTakesWritesAndHasNothingToGive)
 {
     auto page = open(server->url("/c.html"));
     const DocPtr left = page->document();
@@ -319,7 +265,7 @@ TEST_F(TestChromiumFormMemory, ADocumentThePageLeftTakesWritesAndHasNothingToGiv
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumFormMemory, TheBrowserKilledDuringAFillIsReportedAndTheBarGoesOn)
+TEST_P(TestFormMemory, TheBrowserKilledDuringAFillIsReportedAndTheBarGoesOn)
 {
     for (int i = 0; i < 40; ++i)
         form->valueStore().SetValue(server->url("/a.html"), QStringLiteral("fname"), "Ann");
@@ -328,9 +274,9 @@ TEST_F(TestChromiumFormMemory, TheBrowserKilledDuringAFillIsReportedAndTheBarGoe
     QObject killer;
     QObject::connect(&form->StatusBar, &Control::changed, &killer, [&] {
         if (form->StatusBar.text().startsWith(QStringLiteral(" retrieving")) && ++turns == 2)
-            shell->process()->kill();
+            driver->killBrowser();
     });
-    shell->OpenAddress(server->url("/a.html"));
+    driver->openAddress(server->url("/a.html"));
     EXPECT_TRUE(waitFor([&] { return !f.boxes.shown.empty(); }));
     ASSERT_FALSE(f.boxes.shown.empty());
     EXPECT_TRUE(f.boxes.shown[0].text.startsWith(QStringLiteral("An error occured in procedure ")))
@@ -342,4 +288,5 @@ TEST_F(TestChromiumFormMemory, TheBrowserKilledDuringAFillIsReportedAndTheBarGoe
     EXPECT_EQ(form->valueStore().GetValue("http://x.example/", "k", ""), QStringLiteral("v"));
     form->tracking().ResetIEs();
 }
+ON_BOTH_BROWSERS(TestFormMemory);
 } // namespace

@@ -2,7 +2,7 @@
 // their fields in three other ways (autofill tokens only, labels only, French captions in table
 // cells), in real Chromium; a friend's e-mail and a promotion code stay empty, and a site's own
 // remembered value still wins.
-#include "ChromiumBarFixture.h"
+#include "BarFixture.h"
 
 namespace {
 const QByteArray Checkout = R"(<!doctype html><html lang=en><head><title>Checkout</title></head><body>
@@ -50,7 +50,7 @@ const QByteArray French = R"(<!doctype html><html lang=fr><head><meta charset="u
 <tr><td>Code postal</td><td><input name="champ7"></td></tr>
 </table></form></body></html>)";
 
-class TestChromiumMeanings : public ChromiumBarFixture
+class TestMeanings : public BarFixture
 {
 protected:
     QMap<QString, QByteArray> pages() const override
@@ -63,12 +63,6 @@ protected:
         return f.ini.readEntry(form->valueStore().anyFile(), QStringLiteral("Meaning"), QString::fromLatin1(key))
             .value_or(QString());
     }
-    void key(const std::shared_ptr<ScriptWindow>& page, const char* name, int code)
-    {
-        for (const char* type : {"keyDown", "keyUp"})
-            shell->call(page->windowId(), QStringLiteral("Input.dispatchKeyEvent"),
-                        {{"type", type}, {"key", name}, {"code", name}, {"windowsVirtualKeyCode", code}});
-    }
     QStringList values(const std::shared_ptr<ScriptWindow>& page, const QStringList& names)
     {
         QStringList shown;
@@ -78,7 +72,7 @@ protected:
     }
 };
 
-TEST_F(TestChromiumMeanings, AContactBlockTypedOnceFillsSitesThatNameItOtherwise)
+TEST_P(TestMeanings, AContactBlockTypedOnceFillsSitesThatNameItOtherwise)
 {
     auto shop = open(server->url("/checkout.html"));
     click(shop, "#billing_first_name");
@@ -86,7 +80,7 @@ TEST_F(TestChromiumMeanings, AContactBlockTypedOnceFillsSitesThatNameItOtherwise
         type(shop, QString::fromLatin1(text));
         tab(shop);
     }
-    key(shop, "ArrowDown", 40); // the state list, by keyboard
+    driver->press(*shop, PageDriver::Key::ArrowDown); // the state list, by keyboard
     tab(shop);
     type(shop, "62701");
     tab(shop);
@@ -120,4 +114,5 @@ TEST_F(TestChromiumMeanings, AContactBlockTypedOnceFillsSitesThatNameItOtherwise
               (QStringList{"Anne-Marie", "Lee", "ann@example.org", "312 555 0123", "1 Main St", "Springfield", "62701"}));
     expectNoErrorBox();
 }
+ON_BOTH_BROWSERS(TestMeanings);
 } // namespace

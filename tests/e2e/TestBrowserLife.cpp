@@ -1,7 +1,11 @@
 // The browser's life beside the bar: gone and started again for the next shortcut, closed
 // cleanly on Exit, its tabs back at the next start; and a browser that cannot run is said once.
 #include "BrowserTracking.h"
-#include "ChromiumBarFixture.h"
+#include "BarFixture.h"
+#include "BidiShell.h"
+#include "CdpShell.h"
+#include "ChromiumProcess.h"
+#include "FirefoxProcess.h"
 #include "DesktopShell.h"
 #include "ScriptExecutable.h"
 #include "ShortcutCommands.h"
@@ -15,7 +19,7 @@ const QByteArray FormPage = "<html><head><title>Prize draw</title></head><body>"
                             "<form><input name=fname><input type=email name=mail></form>"
                             "<p style='height:600px'>Good luck</p></body></html>";
 
-class TestChromiumBrowserLife : public ChromiumBarFixture
+class TestBrowserLife : public BarFixture
 {
 protected:
     QMap<QString, QByteArray> pages() const override
@@ -26,21 +30,21 @@ protected:
     }
     void SetUp() override
     {
-        ChromiumBarFixture::SetUp();
+        BarFixture::SetUp();
         // Addresses the logic opens go to the desktop's opener, which goes to the followed browser.
-        desktop.setAddressOpener([this](const QString& address) { shell->OpenAddress(address); }, f.boxes);
+        desktop.setAddressOpener([this](const QString& address) { driver->openAddress(address); }, f.boxes);
         f.shell.onOpen = [this](const QString& address) { desktop.OpenAddress(address); };
     }
     QStringList pageUrls()
     {
         QStringList urls;
-        for (const BrowserPtr& window : shell->items())
+        for (const BrowserPtr& window : windows())
             urls << window->LocationURL();
         return urls;
     }
     std::shared_ptr<ScriptWindow> windowShowing(const QString& url)
     {
-        for (const BrowserPtr& window : shell->items()) {
+        for (const BrowserPtr& window : windows()) {
             if (window->LocationURL() == url)
                 return std::static_pointer_cast<ScriptWindow>(window);
         }
@@ -69,7 +73,7 @@ protected:
     DesktopShell desktop;
 };
 
-TEST_F(TestChromiumBrowserLife, AShortcutOpenedAfterTheBrowserDiedStartsItAgainAndItIsFollowed)
+TEST_P(TestBrowserLife, AShortcutOpenedAfterTheBrowserDiedStartsItAgainAndItIsFollowed)
 {
     const QString draw = server->url("/draw.html");
     form->valueStore().SetValue(draw, "fname", "Ann");
@@ -81,17 +85,17 @@ TEST_F(TestChromiumBrowserLife, AShortcutOpenedAfterTheBrowserDiedStartsItAgainA
     open(server->url("/a.html"));
     ASSERT_GE(heldWindows(), 1);
 
-    const qint64 first = shell->process()->processId();
-    shell->process()->kill();
-    ASSERT_TRUE(waitFor([&] { return !shell->isConnected(); }));
+    const qint64 first = driver->browserProcessId();
+    driver->killBrowser();
+    ASSERT_TRUE(waitFor([&] { return !driver->isConnected(); }));
     // Its windows are no longer followed.
     EXPECT_TRUE(waitFor([&] { return heldWindows() == 0; }));
 
     // The user presses Enter on the shortcut.
     form->lvShortcuts.setSelectedIndex(0);
     form->shortcutCommands().lvShortcuts_KeyDown(13);
-    ASSERT_TRUE(shell->isConnected());
-    EXPECT_NE(shell->process()->processId(), first);
+    ASSERT_TRUE(driver->isConnected());
+    EXPECT_NE(driver->browserProcessId(), first);
     std::shared_ptr<ScriptWindow> page;
     ASSERT_TRUE(waitFor([&] { return (page = windowShowing(draw)) != nullptr; })) << pageUrls().join(' ').toStdString();
     EXPECT_TRUE(waitFor([&] { return fieldValue(page, "fname") == QLatin1String("Ann"); }));
@@ -104,12 +108,13 @@ TEST_F(TestChromiumBrowserLife, AShortcutOpenedAfterTheBrowserDiedStartsItAgainA
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumBrowserLife, ExitClosesTheBrowserCleanlyAndTheNextStartHasTheTabsBack)
+TEST_P(TestBrowserLife, ExitClosesTheBrowserCleanlyAndTheNextStartHasTheTabsBack)
 {
     open(server->url("/a.html"));
     open(server->url("/b.html"));
     stopBar();
-    EXPECT_EQ(exitType(), QStringLiteral("Normal")); // no "Restore pages?" at the next start
+    if (!onFirefox())
+        EXPECT_EQ(exitType(), QStringLiteral("Normal")); // no "Restore pages?" at the next start
 
     startBar();
     EXPECT_TRUE(waitFor([&] {
@@ -121,28 +126,44 @@ TEST_F(TestChromiumBrowserLife, ExitClosesTheBrowserCleanlyAndTheNextStartHasThe
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn)
+TEST_P(TestBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn)
 {
     QTemporaryDir bin;
     const QString endsAtOnce = scriptThatExits(bin.path(), QStringLiteral("ends-at-once"), 3);
-    const auto starting = [this](const QString& executable) {
-        return [this, executable] { return ChromiumProcess::start(executable, profile.path()); };
+    // The bar's window list over a browser that cannot be run, of the test's kind.
+    using Shell = std::pair<std::unique_ptr<ShellWindowList>, std::function<void(const QString&)>>;
+    const auto over = [](auto shell) {
+        auto* opener = shell.get();
+        return Shell{std::move(shell), [opener](const QString& address) { opener->OpenAddress(address); }};
+    };
+    const auto starting = [&](const QString& executable) {
+        return [&, executable] {
+            if (onFirefox())
+                return over(std::make_unique<BidiShell>([this, executable] { return FirefoxProcess::start(executable, profile.path()); }));
+            return over(std::make_unique<CdpShell>([this, executable] { return ChromiumProcess::start(executable, profile.path()); }));
+        };
     };
     struct Case
     {
         const char* name;
-        CdpShell::Connector connector;
+        std::function<Shell()> shell;
         const char* says;
     } cases[] = {
         {"missing", starting(bin.path() + QStringLiteral("/no-such-browser")), "could not be started"},
         {"ends at once", starting(endsAtOnce), "ended as soon as it started (exit code 3)"},
         // The user's own browser, attached to, has gone: nothing is started in its place.
-        {"attached, gone", [] { return ChromiumProcess::attach(QStringLiteral("http://127.0.0.1:1")); },
-         "Cannot reach the browser at http://127.0.0.1:1"},
+        {"attached, gone",
+         [&] {
+             if (onFirefox())
+                 return over(std::make_unique<BidiShell>([] { return FirefoxProcess::attach(QStringLiteral("ws://127.0.0.1:1")); }));
+             return over(std::make_unique<CdpShell>([] { return ChromiumProcess::attach(QStringLiteral("http://127.0.0.1:1")); }));
+         },
+         "127.0.0.1:1"},
     };
     for (const Case& c : cases) {
         stopBar();
-        shell = std::make_unique<CdpShell>(c.connector);
+        auto [shell, opener] = c.shell();
+        desktop.setAddressOpener(opener, f.boxes);
         form = std::make_unique<frmMain>(frmMain::Services{f.shell, f.settings, f.boxes, clock, f.ini, *shell, pump,
                                                            f.metrics, f.editor, f.profilesEditor, f.docking});
         f.boxes.shown.clear();
@@ -159,6 +180,9 @@ TEST_F(TestChromiumBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheB
         form->cmdPause.click();
         EXPECT_TRUE(form->isPaused()) << c.name;
         form->cmdPause.click();
+        // The bar goes before the window list it follows.
+        stopBar();
     }
 }
+ON_BOTH_BROWSERS(TestBrowserLife);
 } // namespace

@@ -1,7 +1,7 @@
 // Pages built the way today's contest, sign-up and checkout pages are: HTML5 input types, frames
 // that load late, forms rendered by scripts and route changes, web components, page dialogs,
 // forms that re-render while filled, and tabs. The user types, clicks and tabs for real.
-#include "ChromiumBarFixture.h"
+#include "BarFixture.h"
 
 namespace {
 const QByteArray SignUp = R"(<html><head><title>Sign up</title></head><body><form>
@@ -75,7 +75,7 @@ QByteArray titled(const char* title)
     return QByteArray("<html><head><title>") + title + "</title></head><body>tab</body></html>";
 }
 
-class TestChromiumTodaysPages : public ChromiumBarFixture
+class TestTodaysPages : public BarFixture
 {
 protected:
     QMap<QString, QByteArray> pages() const override
@@ -107,15 +107,15 @@ protected:
     }
     void acceptDialog(const std::shared_ptr<ScriptWindow>& page)
     {
-        shell->call(page->windowId(), QStringLiteral("Page.handleJavaScriptDialog"), {{"accept", true}});
+        driver->acceptDialog(*page);
     }
     // Opens a page without waiting for it to complete (a dialog may hold it up).
     std::shared_ptr<ScriptWindow> openNoWait(const QString& url)
     {
-        const int before = shell->items().size();
-        shell->OpenAddress(url);
-        EXPECT_TRUE(waitFor([&] { return shell->items().size() > before; }));
-        return std::static_pointer_cast<ScriptWindow>(shell->items().last());
+        const int before = windows().size();
+        driver->openAddress(url);
+        EXPECT_TRUE(waitFor([&] { return windows().size() > before; }));
+        return asPage(windows().last());
     }
     QString visibility(const std::shared_ptr<ScriptWindow>& page)
     {
@@ -123,7 +123,7 @@ protected:
     }
 };
 
-TEST_F(TestChromiumTodaysPages, EmailPhoneAndOtherHtml5FieldsAreRememberedAndFilled)
+TEST_P(TestTodaysPages, EmailPhoneAndOtherHtml5FieldsAreRememberedAndFilled)
 {
     const QString site = server->url("/signup.html");
     auto page = open(site);
@@ -156,7 +156,7 @@ TEST_F(TestChromiumTodaysPages, EmailPhoneAndOtherHtml5FieldsAreRememberedAndFil
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumTodaysPages, AnAdFrameLoadingLateLeavesTheMainFormFollowed)
+TEST_P(TestTodaysPages, AnAdFrameLoadingLateLeavesTheMainFormFollowed)
 {
     const QString site = server->url("/late-ad.html");
     auto page = open(site);
@@ -175,7 +175,7 @@ TEST_F(TestChromiumTodaysPages, AnAdFrameLoadingLateLeavesTheMainFormFollowed)
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumTodaysPages, AFormRenderedAfterTheLoadIsFilled)
+TEST_P(TestTodaysPages, AFormRenderedAfterTheLoadIsFilled)
 {
     form->valueStore().SetValue(server->url("/elsewhere"), "fname", "Ann");
     form->valueStore().SetValue(server->url("/elsewhere"), "email", "ann@example.org");
@@ -192,7 +192,7 @@ TEST_F(TestChromiumTodaysPages, AFormRenderedAfterTheLoadIsFilled)
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumTodaysPages, ARouteChangeOfASinglePageAppIsFilledUnderItsNewAddress)
+TEST_P(TestTodaysPages, ARouteChangeOfASinglePageAppIsFilledUnderItsNewAddress)
 {
     form->valueStore().SetValue(server->url("/elsewhere"), "fname", "Ann");
     form->valueStore().SetValue(server->url("/elsewhere"), "phone", "555 0100");
@@ -210,7 +210,7 @@ TEST_F(TestChromiumTodaysPages, ARouteChangeOfASinglePageAppIsFilledUnderItsNewA
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumTodaysPages, FieldsInOpenShadowRootsAreRememberedAndFilled)
+TEST_P(TestTodaysPages, FieldsInOpenShadowRootsAreRememberedAndFilled)
 {
     const QString site = server->url("/components.html");
     auto page = open(site);
@@ -221,9 +221,7 @@ TEST_F(TestChromiumTodaysPages, FieldsInOpenShadowRootsAreRememberedAndFilled)
     type(page, "ann@example.org");
     tab(page);
     // A list inside the shadow root, chosen with the keyboard.
-    for (const char* type : {"keyDown", "keyUp"})
-        shell->call(page->windowId(), QStringLiteral("Input.dispatchKeyEvent"),
-                    {{"type", type}, {"key", "ArrowDown"}, {"code", "ArrowDown"}, {"windowsVirtualKeyCode", 40}});
+    driver->press(*page, PageDriver::Key::ArrowDown);
     tab(page);
     ASSERT_TRUE(waitFor([&] { return any("state") == QLatin1String("NY"); })) << any("state").toStdString();
     EXPECT_EQ(any("fname"), QStringLiteral("Ann"));
@@ -240,7 +238,7 @@ TEST_F(TestChromiumTodaysPages, FieldsInOpenShadowRootsAreRememberedAndFilled)
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumTodaysPages, ADialogNeitherFreezesTheBarNorLosesTheFill)
+TEST_P(TestTodaysPages, ADialogNeitherFreezesTheBarNorLosesTheFill)
 {
     form->valueStore().SetValue(server->url("/elsewhere"), "fname", "Ann");
     auto page = openNoWait(server->url("/alert-load.html"));
@@ -264,7 +262,7 @@ TEST_F(TestChromiumTodaysPages, ADialogNeitherFreezesTheBarNorLosesTheFill)
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumTodaysPages, AFormReplacingItsInputsWhileFilledEndsUpFilled)
+TEST_P(TestTodaysPages, AFormReplacingItsInputsWhileFilledEndsUpFilled)
 {
     form->valueStore().SetValue(server->url("/elsewhere"), "fname", "Ann");
     form->valueStore().SetValue(server->url("/elsewhere"), "email", "ann@example.org");
@@ -277,20 +275,19 @@ TEST_F(TestChromiumTodaysPages, AFormReplacingItsInputsWhileFilledEndsUpFilled)
     expectNoErrorBox();
 }
 
-TEST_F(TestChromiumTodaysPages, ABackgroundTabFinishingItsLoadDoesNotSwitchTabs)
+TEST_P(TestTodaysPages, ABackgroundTabFinishingItsLoadDoesNotSwitchTabs)
 {
     // Every tab in the browser's first window, beside the blank tab it started with.
     const auto tabIn = [&](const char* path, bool background) {
-        const int before = shell->items().size();
-        shell->call(QString(), QStringLiteral("Target.createTarget"),
-                    {{"url", server->url(QLatin1String(path))}, {"background", background}});
-        EXPECT_TRUE(waitFor([&] { return shell->items().size() > before; }));
-        auto tab = std::static_pointer_cast<ScriptWindow>(shell->items().last());
+        const int before = windows().size();
+        driver->openTab(server->url(QLatin1String(path)), background);
+        EXPECT_TRUE(waitFor([&] { return windows().size() > before; }));
+        auto tab = asPage(windows().last());
         EXPECT_TRUE(waitFor([&] { return heldUrl(tab) == server->url(QLatin1String(path)); }));
         return tab;
     };
-    ASSERT_TRUE(waitFor([&] { return !shell->items().isEmpty(); }));
-    auto blank = std::static_pointer_cast<ScriptWindow>(shell->items().first());
+    ASSERT_TRUE(waitFor([&] { return !windows().isEmpty(); }));
+    auto blank = asPage(windows().first());
     auto front = tabIn("/front-tab.html", false);
     ASSERT_EQ(visibility(front), QStringLiteral("visible"));
     ASSERT_EQ(visibility(blank), QStringLiteral("hidden"));
@@ -305,4 +302,5 @@ TEST_F(TestChromiumTodaysPages, ABackgroundTabFinishingItsLoadDoesNotSwitchTabs)
     EXPECT_EQ(visibility(untitled), QStringLiteral("hidden"));
     expectNoErrorBox();
 }
+ON_BOTH_BROWSERS(TestTodaysPages);
 } // namespace

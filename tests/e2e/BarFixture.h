@@ -1,22 +1,21 @@
 #pragma once
 
-// The whole bar following a real headless Chromium, the user typing, clicking and pressing Tab
-// through DevTools input events, pages served on 127.0.0.1.
-#include "ScriptWindow.h"
-#include "ScriptDocument.h"
-#include "CdpShell.h"
-#include "ChromiumProcess.h"
+// The whole bar following a real headless browser (Chromium over DevTools, Firefox ESR over
+// WebDriver BiDi: each test runs on both), the user typing, clicking and pressing keys through
+// the browser's own input events, pages served on 127.0.0.1.
 #include "FormFixture.h"
 #include "HttpServer.h"
+#include "PageDriver.h"
 #include "PumpUntil.h"
 #include "QtMessagePump.h"
+#include "ScriptDocument.h"
+#include "ScriptWindow.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>
-#include <QStandardPaths>
 #include <gtest/gtest.h>
 
-class ChromiumBarFixture : public ::testing::Test
+class BarFixture : public ::testing::TestWithParam<TestBrowser>
 {
 protected:
     // The pages the test serves, by path.
@@ -25,54 +24,64 @@ protected:
     void SetUp() override
     {
         server = std::make_unique<HttpServer>(pages());
-        const QString chromium = QStandardPaths::findExecutable(QStringLiteral("chromium"));
-        if (chromium.isEmpty())
-            GTEST_SKIP() << "chromium is not installed";
-        m_chromium = chromium;
+        if (!makeDriver(GetParam(), profile.path()))
+            GTEST_SKIP() << "the browser is not installed";
         startBar();
     }
+    bool onFirefox() const { return GetParam() == TestBrowser::Firefox; }
     // The bar and the browser it starts with the fixture's profile, as a user's start does.
     void startBar()
     {
-        shell = std::make_unique<CdpShell>([this] {
-            return ChromiumProcess::start(
-                m_chromium, profile.path(),
-                {QStringLiteral("--headless"), QStringLiteral("--disable-gpu"),
-                 QStringLiteral("--disable-dev-shm-usage"), QStringLiteral("about:blank")});
-        });
+        driver = makeDriver(GetParam(), profile.path());
         form = std::make_unique<frmMain>(frmMain::Services{f.shell, f.settings, f.boxes, clock,
-                                                           f.ini, *shell, pump, f.metrics, f.editor,
+                                                           f.ini, driver->shell(), pump, f.metrics, f.editor,
                                                            f.profilesEditor, f.docking});
         form->Form_Load();
         form->window.setVisible(true);
-        ASSERT_TRUE(shell->isConnected());
+        ASSERT_TRUE(driver->isConnected());
     }
     // Exit: the bar unloads, then its browser is closed.
     void stopBar()
     {
-        form->Form_Unload();
+        if (form)
+            form->Form_Unload();
         form.reset();
-        shell.reset();
+        driver.reset();
     }
     void TearDown() override
     {
         form.reset();
-        shell.reset();
+        driver.reset();
     }
 
     static bool waitFor(const std::function<bool()>& condition, int ms = 15000)
     {
         return pumpUntil(condition, ms, 20);
     }
+    QList<BrowserPtr> windows() { return driver->shell().items(); }
+    static std::shared_ptr<ScriptWindow> asPage(const BrowserPtr& window)
+    {
+        return std::static_pointer_cast<ScriptWindow>(window);
+    }
+    static bool isOpen(const std::shared_ptr<ScriptWindow>& page)
+    {
+        try {
+            page->HWND();
+            return true;
+        } catch (const AppError&) {
+            return false;
+        }
+    }
+    // The window the bar opens the address in, once it is loaded and the bar holds (and has
+    // filled) it.
     std::shared_ptr<ScriptWindow> open(const QString& url)
     {
-        const int before = shell->items().size();
-        shell->OpenAddress(url);
-        EXPECT_TRUE(waitFor([&] { return shell->items().size() > before; }));
-        auto page = std::static_pointer_cast<ScriptWindow>(shell->items().last());
+        const int before = windows().size();
+        driver->openAddress(url);
+        EXPECT_TRUE(waitFor([&] { return windows().size() > before; }));
+        auto page = asPage(windows().last());
         EXPECT_TRUE(waitFor(
             [&] { return evaluate(page, "document.readyState") == QLatin1String("complete"); }));
-        // The user starts once the bar has taken up the page (and filled it).
         EXPECT_TRUE(waitFor([&] { return heldUrl(page) == page->LocationURL(); }));
         waitFor([] { return false; }, 300);
         return page;
@@ -100,12 +109,7 @@ protected:
     // In the page's own world, as the page would.
     QJsonValue evaluate(const std::shared_ptr<ScriptWindow>& page, const QString& expression)
     {
-        return shell
-            ->call(page->windowId(), QStringLiteral("Runtime.evaluate"),
-                   {{"expression", expression}, {"returnByValue", true}})
-            .value("result")
-            .toObject()
-            .value("value");
+        return driver->evaluate(*page, expression);
     }
     // A real mouse click in the middle of the element.
     void click(const std::shared_ptr<ScriptWindow>& page, const QString& selector)
@@ -119,30 +123,13 @@ protected:
         const QJsonArray box =
             evaluate(page, QStringLiteral("(() => { const e = %1; e.scrollIntoView({block: 'nearest'}); "
                                           "const r = e.getBoundingClientRect(); "
-                                          "return [r.x + r.width / 2, r.y + r.height / 2]; })()")
+                                          "return [Math.round(r.x + r.width / 2), Math.round(r.y + r.height / 2)]; })()")
                                .arg(element))
                 .toArray();
-        for (const char* type : {"mousePressed", "mouseReleased"}) {
-            shell->call(page->windowId(), QStringLiteral("Input.dispatchMouseEvent"),
-                        {{"type", type},
-                         {"x", box[0]},
-                         {"y", box[1]},
-                         {"button", "left"},
-                         {"clickCount", 1}});
-        }
+        driver->mouse(*page, PageDriver::Mouse::Click, box[0].toInt(), box[1].toInt());
     }
-    void type(const std::shared_ptr<ScriptWindow>& page, const QString& text)
-    {
-        shell->call(page->windowId(), QStringLiteral("Input.insertText"), {{"text", text}});
-    }
-    void tab(const std::shared_ptr<ScriptWindow>& page)
-    {
-        for (const char* type : {"keyDown", "keyUp"}) {
-            shell->call(
-                page->windowId(), QStringLiteral("Input.dispatchKeyEvent"),
-                {{"type", type}, {"key", "Tab"}, {"code", "Tab"}, {"windowsVirtualKeyCode", 9}});
-        }
-    }
+    void type(const std::shared_ptr<ScriptWindow>& page, const QString& text) { driver->type(*page, text); }
+    void tab(const std::shared_ptr<ScriptWindow>& page) { driver->press(*page, PageDriver::Key::Tab); }
     // No error box came up; if one did, its text says why.
     void expectNoErrorBox()
     {
@@ -154,19 +141,25 @@ protected:
         return f.ini.readEntry(f.dataFile(file), section, key)
             .value_or(QStringLiteral("<missing>"));
     }
-
-    QTemporaryDir profile;
-    QString m_chromium;
-    FormFixture f;
-    SystemClock clock;
-    QtMessagePump pump;
-    std::unique_ptr<CdpShell> shell;
-    std::unique_ptr<frmMain> form;
-    std::unique_ptr<HttpServer> server;
     QString fieldValue(const std::shared_ptr<ScriptWindow>& page, const char* name)
     {
         return evaluate(page, QStringLiteral("document.querySelector('[name=%1]').value")
                                   .arg(QLatin1String(name)))
             .toString();
     }
+
+    QTemporaryDir profile;
+    FormFixture f;
+    SystemClock clock;
+    QtMessagePump pump;
+    std::unique_ptr<PageDriver> driver;
+    std::unique_ptr<frmMain> form;
+    std::unique_ptr<HttpServer> server;
 };
+
+// Every test of a suite on both browsers, named by the browser.
+#define ON_BOTH_BROWSERS(Suite)                                                                   \
+    INSTANTIATE_TEST_SUITE_P(Browsers, Suite, ::testing::Values(TestBrowser::Chromium, TestBrowser::Firefox), \
+                             [](const ::testing::TestParamInfo<TestBrowser>& info) {              \
+                                 return info.param == TestBrowser::Chromium ? "Chromium" : "Firefox"; \
+                             })

@@ -1,0 +1,473 @@
+#include "BidiShell.h"
+
+#include "AppError.h"
+#include "FirefoxProcess.h"
+#include "PageScript.h"
+#include "ScriptDocument.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace {
+// The sandbox the page script runs in, and the channel it reports through.
+const QString Sandbox = QStringLiteral("tolvane");
+const QString Channel = QStringLiteral("tolvane");
+
+AppError browserError(const QString& text)
+{
+    return AppError(ErrorNumber::BrowserCall, text);
+}
+
+QString realmName(const QString& context, const QString& realm)
+{
+    return context + QLatin1Char('\n') + realm;
+}
+
+QString contextOf(const QString& realmName)
+{
+    return realmName.section(QLatin1Char('\n'), 0, 0);
+}
+
+QString realmIdOf(const QString& realmName)
+{
+    return realmName.section(QLatin1Char('\n'), 1);
+}
+
+QJsonArray channelArgument()
+{
+    return {QJsonObject{{"type", "channel"}, {"value", QJsonObject{{"channel", Channel}}}}};
+}
+
+// The page script as a function of the channel the browser hands it.
+QString pageScriptFunction()
+{
+    return QStringLiteral("(channel) => {") + PageScript::source(QStringLiteral("(message) => channel(message)")) +
+           QStringLiteral("}");
+}
+
+// Values come back as JSON text: the browser's own serialisation types every value.
+QString asJson(const QString& expression)
+{
+    return QStringLiteral("JSON.stringify([(\n%1\n)])").arg(expression);
+}
+
+QJsonValue fromJson(const QJsonObject& result)
+{
+    const QJsonObject value = result.value("result").toObject();
+    if (value.value("type").toString() != QLatin1String("string"))
+        return {};
+    return QJsonDocument::fromJson(value.value("value").toString().toUtf8()).array().at(0);
+}
+
+// An exception the script raised, as the browser words it.
+void throwIfException(const QJsonObject& result)
+{
+    if (result.value("type").toString() != QLatin1String("exception"))
+        return;
+    const QJsonObject details = result.value("exceptionDetails").toObject();
+    const QString text = details.value("text").toString();
+    throw browserError(text.isEmpty() ? QStringLiteral("The page's script failed.") : text.section(QLatin1Char('\n'), 0, 0));
+}
+} // namespace
+
+BidiShell::BidiShell(Connector connector) : m_connector(std::move(connector)) {}
+
+BidiShell::~BidiShell()
+{
+    if (m_browser)
+        m_browser->connection().setEventHandler(nullptr);
+}
+
+void BidiShell::connect()
+{
+    if (m_browser || !m_connectFailure.isEmpty())
+        return;
+    try {
+        m_browser = m_connector();
+    } catch (const AppError& error) {
+        m_connectFailure = error.description();
+        return;
+    }
+    RemoteConnection& connection = m_browser->connection();
+    connection.setEventHandler([this](const RemoteConnection::Event& event) { onEvent(event); });
+    try {
+        connection.call(QStringLiteral("session.subscribe"),
+                        {{"events", QJsonArray{"browsingContext", "script", "network.beforeRequestSent",
+                                               "network.responseCompleted", "network.fetchError"}}});
+        connection.call(QStringLiteral("script.addPreloadScript"),
+                        {{"functionDeclaration", pageScriptFunction()}, {"arguments", channelArgument()}, {"sandbox", Sandbox}});
+        takeUpOpenContexts();
+    } catch (const AppError& error) {
+        m_connectFailure = error.description();
+    }
+}
+
+void BidiShell::takeUpOpenContexts()
+{
+    QJsonArray pending = bidi().call(QStringLiteral("browsingContext.getTree")).value("contexts").toArray();
+    QStringList contexts;
+    while (!pending.isEmpty()) {
+        const QJsonObject info = pending.takeAt(0).toObject();
+        addContext(info);
+        contexts.append(info.value("context").toString());
+        for (const QJsonValue& child : info.value("children").toArray())
+            pending.append(child);
+    }
+    for (const QString& context : std::as_const(contexts)) {
+        try {
+            const QJsonObject answer = bidi().call(
+                QStringLiteral("script.callFunction"),
+                {{"functionDeclaration", pageScriptFunction()},
+                 {"arguments", channelArgument()},
+                 {"target", QJsonObject{{"context", context}, {"sandbox", Sandbox}}},
+                 {"awaitPromise", false},
+                 {"resultOwnership", "none"}});
+            m_contexts[context].realm = answer.value("realm").toString();
+        } catch (const AppError&) {
+            // A context that went meanwhile has nothing to follow.
+        }
+    }
+}
+
+void BidiShell::addContext(const QJsonObject& info)
+{
+    const QString id = info.value("context").toString();
+    if (m_contexts.contains(id) && m_contexts[id].open)
+        return;
+    Context& context = m_contexts[id];
+    context.parent = info.value("parent").toString();
+    context.url = info.value("url").toString();
+    context.open = true;
+    if (!context.parent.isEmpty() || context.window)
+        return;
+    context.window = std::make_shared<ScriptWindow>(*this, id, m_nextHandle++);
+    m_tabOrder.append(id);
+    for (const auto& sink : m_sinks.snapshot())
+        sink->SW_WindowRegistered(static_cast<int>(context.window->HWND()));
+}
+
+bool BidiShell::isConnected() const
+{
+    return m_browser && !m_browser->connection().isClosed();
+}
+
+RemoteConnection& BidiShell::bidi()
+{
+    connect();
+    if (!m_browser)
+        throw browserError(m_connectFailure);
+    return m_browser->connection();
+}
+
+QJsonObject BidiShell::call(const QString& method, const QJsonObject& params)
+{
+    return bidi().call(method, params);
+}
+
+QList<BrowserPtr> BidiShell::items()
+{
+    bidi();
+    QList<BrowserPtr> windows;
+    for (const QString& id : std::as_const(m_tabOrder)) {
+        const Context& context = m_contexts[id];
+        if (context.open && context.window)
+            windows.append(context.window);
+    }
+    return windows;
+}
+
+void BidiShell::subscribe(const std::shared_ptr<ShellWindowEvents>& sink)
+{
+    m_sinks.add(sink);
+    connect();
+}
+
+void BidiShell::unsubscribe(const ShellWindowEvents* sink)
+{
+    m_sinks.remove(sink);
+}
+
+void BidiShell::AppActivate(const QString& title)
+{
+    // A window's title is its visible tab's: a hidden tab is brought forward for no title.
+    for (const bool exact : {true, false}) {
+        for (const QString& id : std::as_const(m_tabOrder)) {
+            const DocPtr document = isOpen(id) ? documentFor({}, id) : nullptr;
+            if (title.isEmpty() || !document)
+                continue;
+            QJsonArray shown;
+            try {
+                shown = evaluate(std::static_pointer_cast<ScriptDocument>(document)->realm(),
+                                 QStringLiteral("[window.__tolvane.doc('title'), window.__tolvane.doc('visibility')]"))
+                            .toArray();
+            } catch (const AppError&) {
+                continue;
+            }
+            const QString tabTitle = shown.at(0).toString();
+            if ((exact ? tabTitle == title : tabTitle.startsWith(title)) && shown.at(1).toString() == QLatin1String("visible")) {
+                bidi().call(QStringLiteral("browsingContext.activate"), {{"context", id}});
+                return;
+            }
+        }
+    }
+    throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+}
+
+void BidiShell::OpenAddress(const QString& address)
+{
+    // A browser that has gone is started again for it; its windows are taken up as they come.
+    if (!isConnected())
+        reconnect();
+    const QString context =
+        bidi().call(QStringLiteral("browsingContext.create"), {{"type", "window"}}).value("context").toString();
+    bidi().call(QStringLiteral("browsingContext.navigate"), {{"context", context}, {"url", address}, {"wait", "none"}});
+}
+
+void BidiShell::reconnect()
+{
+    if (m_browser)
+        m_browser->connection().setEventHandler(nullptr);
+    m_browser.reset();
+    // What was known belongs to the old browser; handles go on counting, so none is reused.
+    m_contexts.clear();
+    m_tabOrder.clear();
+    m_documents.clear();
+    m_progress.clear();
+    m_connectFailure.clear();
+    connect();
+    if (!isConnected())
+        throw browserError(m_connectFailure);
+}
+
+void BidiShell::onBrowserGone()
+{
+    bool hadWindows = false;
+    for (Context& context : m_contexts) {
+        hadWindows = hadWindows || (context.open && context.window);
+        context.open = false;
+    }
+    if (!hadWindows)
+        return;
+    // One pass of the window tracking frees every holder of the browser that went.
+    for (const auto& sink : m_sinks.snapshot())
+        sink->SW_WindowRevoked(0);
+}
+
+void BidiShell::onEvent(const RemoteConnection::Event& event)
+{
+    // TOLVANE_BIDI_TRACE=1 lists the browser's events on standard error, for diagnosis.
+    static const bool trace = qEnvironmentVariableIsSet("TOLVANE_BIDI_TRACE");
+    if (trace)
+        qInfo("bidi %s %s", qPrintable(event.method),
+              qPrintable(QString::fromUtf8(QJsonDocument(event.params).toJson(QJsonDocument::Compact)).left(200)));
+    const QString& method = event.method;
+    const QJsonObject& params = event.params;
+    const QString context = params.value("context").toString();
+    if (method == RemoteConnection::ClosedEvent) {
+        onBrowserGone();
+    } else if (method == QLatin1String("browsingContext.contextCreated")) {
+        addContext(params);
+    } else if (method == QLatin1String("browsingContext.contextDestroyed")) {
+        onContextGone(context);
+    } else if (method == QLatin1String("browsingContext.navigationStarted")) {
+        if (m_contexts.value(context).window)
+            m_progress[context] = Progress{};
+    } else if (method == QLatin1String("browsingContext.navigationCommitted") ||
+               method == QLatin1String("browsingContext.fragmentNavigated") ||
+               method == QLatin1String("browsingContext.historyUpdated")) {
+        if (m_contexts.contains(context))
+            m_contexts[context].url = params.value("url").toString();
+    } else if (method == QLatin1String("browsingContext.load")) {
+        if (m_contexts.contains(context))
+            m_contexts[context].url = params.value("url").toString();
+        onLoaded(context, params.value("url").toString());
+    } else if (method == QLatin1String("script.realmCreated")) {
+        if (params.value("sandbox").toString() == Sandbox && m_contexts.contains(context))
+            m_contexts[context].realm = params.value("realm").toString();
+    } else if (method == QLatin1String("script.realmDestroyed")) {
+        const QString realm = params.value("realm").toString();
+        for (auto it = m_contexts.begin(); it != m_contexts.end(); ++it) {
+            if (it->realm == realm) {
+                it->realm.clear();
+                m_documents.forget(realmName(it.key(), realm));
+            }
+        }
+    } else if (method == QLatin1String("script.message")) {
+        onMessage(params);
+    } else if (method.startsWith(QLatin1String("network."))) {
+        onNetwork(event);
+    }
+}
+
+void BidiShell::onContextGone(const QString& id)
+{
+    const auto context = m_contexts.find(id);
+    if (context == m_contexts.end() || !context->open)
+        return;
+    context->open = false;
+    if (!context->window) {
+        m_contexts.erase(context);
+        return;
+    }
+    for (const auto& sink : m_sinks.snapshot())
+        sink->SW_WindowRevoked(0);
+}
+
+std::shared_ptr<ScriptWindow> BidiShell::pageOf(QString context) const
+{
+    for (int depth = 0; depth < 32 && !context.isEmpty(); ++depth) {
+        const Context known = m_contexts.value(context);
+        if (known.window)
+            return known.window;
+        context = known.parent;
+    }
+    return nullptr;
+}
+
+void BidiShell::onLoaded(const QString& context, const QString& url)
+{
+    // A frame's first, empty document is replaced at once: filling it would only fail.
+    const std::shared_ptr<ScriptWindow> page = pageOf(context);
+    if (!page || url.isEmpty() || url == QLatin1String("about:blank"))
+        return;
+    const DocPtr document = documentFor({}, context);
+    if (!document) {
+        page->loaded(context, nullptr);
+        return;
+    }
+    // The page's own load fills its loaded frames again too: theirs are fetched as well.
+    const auto loaded = std::static_pointer_cast<ScriptDocument>(document);
+    ScriptDocuments::DocumentList fetched{loaded};
+    if (context == page->windowId()) {
+        for (const auto& frame : m_documents.held([&](const QString& realm) { return pageOf(contextOf(realm)) == page; })) {
+            if (frame != loaded && !frame->unloaded())
+                fetched.push_back(frame);
+        }
+    }
+    ScriptDocuments::prefetch(fetched, [this, loaded, page, context] {
+        // A frame that has gone on to another document meanwhile reports that one's load instead.
+        if (documentFor({}, context) == loaded)
+            page->loaded(context, loaded);
+    });
+}
+
+void BidiShell::onMessage(const QJsonObject& params)
+{
+    if (params.value("channel").toString() != Channel)
+        return;
+    const QJsonObject payload =
+        QJsonDocument::fromJson(params.value("data").toObject().value("value").toString().toUtf8()).object();
+    const QJsonObject source = params.value("source").toObject();
+    const QString context = source.value("context").toString();
+    const QString realm = source.value("realm").toString();
+    const QString kind = payload.value("kind").toString();
+    if (kind == QLatin1String("status")) {
+        if (const auto page = pageOf(context))
+            page->statusText(payload.value("text").toString());
+        return;
+    }
+    if (kind == QLatin1String("attached")) {
+        // The script came into a document that had already loaded when Tolvane came: it has no
+        // load of its own to report, unless its frame has gone on to another document since.
+        if (m_contexts.value(context).realm == realm)
+            onLoaded(context, m_contexts.value(context).url);
+        return;
+    }
+    m_documents.report(realmName(context, realm), kind, payload);
+}
+
+void BidiShell::onNetwork(const RemoteConnection::Event& event)
+{
+    // The figures are the page's requests since its tab started navigating, and how many ended.
+    const std::shared_ptr<ScriptWindow> page = pageOf(event.params.value("context").toString());
+    if (!page)
+        return;
+    Progress& progress = m_progress[page->windowId()];
+    if (event.method == QLatin1String("network.beforeRequestSent"))
+        ++progress.requested;
+    else
+        ++progress.ended;
+    page->progressChange(progress.ended, progress.requested);
+}
+
+QJsonObject BidiShell::evaluateParams(const QString& realm, const QString& expression) const
+{
+    return {{"expression", expression},
+            {"target", QJsonObject{{"realm", realmIdOf(realm)}}},
+            {"awaitPromise", false},
+            {"resultOwnership", "none"}};
+}
+
+QJsonValue BidiShell::evaluate(const QString& realm, const QString& expression)
+{
+    const QJsonObject result = bidi().call(QStringLiteral("script.evaluate"), evaluateParams(realm, asJson(expression)));
+    throwIfException(result);
+    return fromJson(result);
+}
+
+void BidiShell::evaluateLater(const QString& realm, const QString& expression)
+{
+    bidi().send(QStringLiteral("script.evaluate"), evaluateParams(realm, expression));
+}
+
+void BidiShell::evaluateAnswered(const QString& realm, const QString& expression,
+                                 std::function<void(const QJsonValue&)> answered)
+{
+    try {
+        bidi().callLater(QStringLiteral("script.evaluate"), evaluateParams(realm, asJson(expression)), {},
+                         [answered](const QJsonObject& result, const QString& error) {
+                             const bool failed = !error.isEmpty() || result.value("type").toString() != QLatin1String("success");
+                             answered(failed ? QJsonValue() : fromJson(result));
+                         });
+    } catch (const AppError&) {
+        answered({}); // the browser has gone: nothing to fetch
+    }
+}
+
+FramePtr BidiShell::frameOwner(const QString& realm, int index)
+{
+    const QJsonObject result = bidi().call(
+        QStringLiteral("script.evaluate"),
+        evaluateParams(realm, QStringLiteral("(window.__tolvane.frame(%1) || {}).contentWindow").arg(index)));
+    throwIfException(result);
+    const QJsonObject window = result.value("result").toObject();
+    if (window.value("type").toString() != QLatin1String("window"))
+        throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+    return std::make_shared<ScriptFrameOwner>(*this, QString(), window.value("value").toObject().value("context").toString());
+}
+
+PageScriptHost::Failure BidiShell::failureOf(const AppError& error) const
+{
+    // A realm or context that went answers "no such frame"; a page's dialog stops nothing here.
+    const bool gone = error.number() == ErrorNumber::BrowserCall && error.description().startsWith(QLatin1String("no such frame"));
+    return gone ? Failure::Gone : Failure::Other;
+}
+
+bool BidiShell::isOpen(const QString& context) const
+{
+    const auto known = m_contexts.constFind(context);
+    return known != m_contexts.constEnd() && known->open && isConnected();
+}
+
+QString BidiShell::pageUrl(const QString& context) const
+{
+    return m_contexts.value(context).url;
+}
+
+DocPtr BidiShell::pageDocument(const QString& context)
+{
+    return documentFor({}, context);
+}
+
+void BidiShell::reload(const QString& context)
+{
+    bidi().call(QStringLiteral("browsingContext.reload"), {{"context", context}});
+}
+
+DocPtr BidiShell::documentFor(const QString& /*scope*/, const QString& context)
+{
+    const auto known = m_contexts.constFind(context);
+    if (known == m_contexts.constEnd() || !known->open || known->realm.isEmpty())
+        return nullptr;
+    return m_documents.get(realmName(context, known->realm), context);
+}

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "PageScriptHost.h"
+#include "RemoteConnection.h"
+#include "ScriptDocuments.h"
+#include "ScriptWindow.h"
+#include "ShellWindowList.h"
+#include "Subscribers.h"
+
+#include <QHash>
+#include <functional>
+#include <memory>
+
+class FirefoxProcess;
+
+// The shell's window list over Firefox, through WebDriver BiDi: one window per top-level browsing
+// context (a tab), each with a handle that is never reused; documents for every frame (child
+// contexts, other sites' included); the user's actions reported by the script Tolvane runs in a
+// sandbox of every document, through a channel.
+class BidiShell : public ShellWindowList, public PageScriptHost, public ScriptWindowHost
+{
+public:
+    // Connects on first use (the start-up subscribes once the data folder is known).
+    using Connector = std::function<std::unique_ptr<FirefoxProcess>()>;
+    explicit BidiShell(Connector connector);
+    ~BidiShell() override;
+
+    QList<BrowserPtr> items() override;
+    void subscribe(const std::shared_ptr<ShellWindowEvents>& sink) override;
+    void unsubscribe(const ShellWindowEvents* sink) override;
+    void AppActivate(const QString& title) override;
+    // Opens a page in a new window, starting the browser again when it has gone. Throws AppError.
+    void OpenAddress(const QString& address);
+    bool isConnected() const;
+    FirefoxProcess* process() const { return m_browser.get(); }
+    // A call to the browser; throws AppError.
+    QJsonObject call(const QString& method, const QJsonObject& params = {});
+
+    // Realms are named context + "\n" + the sandbox realm's id.
+    QJsonValue evaluate(const QString& realm, const QString& expression) override;
+    void evaluateLater(const QString& realm, const QString& expression) override;
+    void evaluateAnswered(const QString& realm, const QString& expression,
+                          std::function<void(const QJsonValue&)> answered) override;
+    FramePtr frameOwner(const QString& realm, int index) override;
+    Failure failureOf(const AppError& error) const override;
+
+    bool isOpen(const QString& context) const override;
+    QString pageUrl(const QString& context) const override;
+    DocPtr pageDocument(const QString& context) override;
+    void reload(const QString& context) override;
+    // A context is found by its id alone.
+    DocPtr documentFor(const QString& scope, const QString& context) override;
+
+private:
+    struct Context
+    {
+        QString parent; // empty for a tab
+        QString url;
+        QString realm;  // the sandbox realm of the document it shows
+        bool open = true;
+        std::shared_ptr<ScriptWindow> window; // a tab's
+    };
+    struct Progress
+    {
+        int requested = 0;
+        int ended = 0;
+    };
+
+    void connect();
+    void reconnect();
+    // Puts the page script into the documents already open when Tolvane came.
+    void takeUpOpenContexts();
+    void addContext(const QJsonObject& info);
+    void onEvent(const RemoteConnection::Event& event);
+    void onContextGone(const QString& context);
+    void onBrowserGone();
+    void onLoaded(const QString& context, const QString& url);
+    void onMessage(const QJsonObject& params);
+    void onNetwork(const RemoteConnection::Event& event);
+    std::shared_ptr<ScriptWindow> pageOf(QString context) const;
+    QJsonObject evaluateParams(const QString& realm, const QString& expression) const;
+    RemoteConnection& bidi();
+
+    Connector m_connector;
+    std::unique_ptr<FirefoxProcess> m_browser;
+    QString m_connectFailure;
+    Subscribers<ShellWindowEvents> m_sinks;
+    QHash<QString, Context> m_contexts; // by context id
+    QStringList m_tabOrder;             // tab contexts in the order they came
+    ScriptDocuments m_documents{*this}; // by realm
+    QHash<QString, Progress> m_progress; // by tab
+    qint64 m_nextHandle = 1;
+};

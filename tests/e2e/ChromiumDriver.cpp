@@ -1,0 +1,105 @@
+// The test's hands in Chromium: DevTools input events and evaluations.
+#include "CdpShell.h"
+#include "ChromiumProcess.h"
+#include "PageDriver.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QStandardPaths>
+
+namespace {
+class ChromiumDriver : public PageDriver
+{
+public:
+    ChromiumDriver(const QString& executable, const QString& profile)
+        : m_shell([executable, profile] {
+              return ChromiumProcess::start(executable, profile,
+                                            {QStringLiteral("--headless"), QStringLiteral("--disable-gpu"),
+                                             QStringLiteral("--disable-dev-shm-usage"), QStringLiteral("about:blank")});
+          })
+    {
+    }
+    ShellWindowList& shell() override { return m_shell; }
+    void openAddress(const QString& url) override { m_shell.OpenAddress(url); }
+    void openTab(const QString& url, bool background) override
+    {
+        m_shell.call(QString(), QStringLiteral("Target.createTarget"), {{"url", url}, {"background", background}});
+    }
+    bool isConnected() const override { return m_shell.isConnected(); }
+    void killBrowser() override { m_shell.process()->kill(); }
+    qint64 browserProcessId() const override { return m_shell.process()->processId(); }
+
+    QJsonValue evaluate(const ScriptWindow& page, const QString& expression) override
+    {
+        return evaluateIn(page.windowId(), expression);
+    }
+    QJsonValue evaluateInFrame(const ScriptWindow& page, int index, const QString& expression) override
+    {
+        // Another site's frame runs in a process of its own: it is reached through its target.
+        const QString src = evaluate(page, QStringLiteral("document.querySelectorAll('iframe, frame')[%1].src").arg(index)).toString();
+        for (const QJsonValue& target : m_shell.call(QString(), QStringLiteral("Target.getTargets")).value("targetInfos").toArray()) {
+            const QJsonObject info = target.toObject();
+            if (info.value("type").toString() != QLatin1String("iframe") || info.value("url").toString() != src)
+                continue;
+            const QJsonObject attached = m_shell.call(QString(), QStringLiteral("Target.attachToTarget"),
+                                                      {{"targetId", info.value("targetId")}, {"flatten", true}});
+            return evaluateIn(attached.value("sessionId").toString(), expression);
+        }
+        return evaluate(page, QStringLiteral("(() => { try { return frames[%1].eval(%2); } catch (e) { return 'unreachable'; } })()")
+                                  .arg(index)
+                                  .arg(quoted(expression)));
+    }
+    void mouse(const ScriptWindow& page, Mouse action, int x, int y) override
+    {
+        if (action == Mouse::Move) {
+            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchMouseEvent"), {{"type", "mouseMoved"}, {"x", x}, {"y", y}});
+            return;
+        }
+        const int clicks = action == Mouse::DoubleClick ? 2 : 1;
+        for (int count = 1; count <= clicks; ++count) {
+            for (const char* type : {"mousePressed", "mouseReleased"})
+                m_shell.call(page.windowId(), QStringLiteral("Input.dispatchMouseEvent"),
+                             {{"type", type}, {"x", x}, {"y", y}, {"button", "left"}, {"clickCount", count}});
+        }
+    }
+    void type(const ScriptWindow& page, const QString& text) override
+    {
+        m_shell.call(page.windowId(), QStringLiteral("Input.insertText"), {{"text", text}});
+    }
+    void press(const ScriptWindow& page, Key key) override
+    {
+        const auto [name, code] = key == Key::Tab ? std::pair{"Tab", 9} : std::pair{"ArrowDown", 40};
+        for (const char* type : {"keyDown", "keyUp"})
+            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
+                         {{"type", type}, {"key", name}, {"code", name}, {"windowsVirtualKeyCode", code}});
+    }
+    void closeTab(const ScriptWindow& page) override { m_shell.call(page.windowId(), QStringLiteral("Page.close")); }
+    void acceptDialog(const ScriptWindow& page) override
+    {
+        m_shell.call(page.windowId(), QStringLiteral("Page.handleJavaScriptDialog"), {{"accept", true}});
+    }
+
+private:
+    static QString quoted(const QString& text)
+    {
+        return QString::fromUtf8(QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
+    }
+    QJsonValue evaluateIn(const QString& targetOrSession, const QString& expression)
+    {
+        return m_shell.call(targetOrSession, QStringLiteral("Runtime.evaluate"), {{"expression", expression}, {"returnByValue", true}})
+            .value("result")
+            .toObject()
+            .value("value");
+    }
+
+    CdpShell m_shell;
+};
+} // namespace
+
+std::unique_ptr<PageDriver> makeChromiumDriver(const QString& profileFolder)
+{
+    const QString chromium = QStandardPaths::findExecutable(QStringLiteral("chromium"));
+    if (chromium.isEmpty())
+        return nullptr;
+    return std::make_unique<ChromiumDriver>(chromium, profileFolder);
+}

@@ -1,0 +1,119 @@
+// The test's hands in Firefox: WebDriver BiDi input actions and evaluations.
+#include "BidiShell.h"
+#include "FirefoxProcess.h"
+#include "PageDriver.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QStandardPaths>
+
+namespace {
+class FirefoxDriver : public PageDriver
+{
+public:
+    FirefoxDriver(const QString& executable, const QString& profile)
+        : m_shell([executable, profile] { return FirefoxProcess::start(executable, profile, {QStringLiteral("--headless")}); })
+    {
+    }
+    ShellWindowList& shell() override { return m_shell; }
+    void openAddress(const QString& url) override { m_shell.OpenAddress(url); }
+    void openTab(const QString& url, bool background) override
+    {
+        const QString first = std::static_pointer_cast<ScriptWindow>(m_shell.items().first())->windowId();
+        const QString tab = m_shell.call(QStringLiteral("browsingContext.create"),
+                                         {{"type", "tab"}, {"referenceContext", first}, {"background", background}})
+                                .value("context")
+                                .toString();
+        m_shell.call(QStringLiteral("browsingContext.navigate"), {{"context", tab}, {"url", url}, {"wait", "none"}});
+    }
+    bool isConnected() const override { return m_shell.isConnected(); }
+    void killBrowser() override { m_shell.process()->kill(); }
+    qint64 browserProcessId() const override { return m_shell.process()->processId(); }
+
+    QJsonValue evaluate(const ScriptWindow& page, const QString& expression) override
+    {
+        return evaluateIn(page.windowId(), expression);
+    }
+    QJsonValue evaluateInFrame(const ScriptWindow& page, int index, const QString& expression) override
+    {
+        const QJsonArray tree = m_shell.call(QStringLiteral("browsingContext.getTree"), {{"root", page.windowId()}}).value("contexts").toArray();
+        const QJsonArray children = tree.at(0).toObject().value("children").toArray();
+        if (index >= children.size())
+            return QStringLiteral("unreachable");
+        return evaluateIn(children.at(index).toObject().value("context").toString(), expression);
+    }
+    void mouse(const ScriptWindow& page, Mouse action, int x, int y) override
+    {
+        QJsonArray steps{QJsonObject{{"type", "pointerMove"}, {"x", x}, {"y", y}}};
+        for (int click = 0; action != Mouse::Move && click < (action == Mouse::DoubleClick ? 2 : 1); ++click) {
+            steps.append(QJsonObject{{"type", "pointerDown"}, {"button", 0}});
+            steps.append(QJsonObject{{"type", "pointerUp"}, {"button", 0}});
+        }
+        perform(page, QJsonObject{{"type", "pointer"}, {"id", "mouse"}, {"parameters", QJsonObject{{"pointerType", "mouse"}}}, {"actions", steps}});
+    }
+    void type(const ScriptWindow& page, const QString& text) override
+    {
+        QJsonArray steps;
+        for (const QString& character : graphemes(text)) {
+            steps.append(QJsonObject{{"type", "keyDown"}, {"value", character}});
+            steps.append(QJsonObject{{"type", "keyUp"}, {"value", character}});
+        }
+        perform(page, QJsonObject{{"type", "key"}, {"id", "keyboard"}, {"actions", steps}});
+    }
+    void press(const ScriptWindow& page, Key key) override
+    {
+        // WebDriver's code points for the keys.
+        const QString value = key == Key::Tab ? QStringLiteral("\uE004") : QStringLiteral("\uE015");
+        perform(page, QJsonObject{{"type", "key"}, {"id", "keyboard"},
+                                  {"actions", QJsonArray{QJsonObject{{"type", "keyDown"}, {"value", value}},
+                                                         QJsonObject{{"type", "keyUp"}, {"value", value}}}}});
+    }
+    void closeTab(const ScriptWindow& page) override
+    {
+        m_shell.call(QStringLiteral("browsingContext.close"), {{"context", page.windowId()}});
+    }
+    void acceptDialog(const ScriptWindow& page) override
+    {
+        m_shell.call(QStringLiteral("browsingContext.handleUserPrompt"), {{"context", page.windowId()}, {"accept", true}});
+    }
+
+private:
+    static QStringList graphemes(const QString& text)
+    {
+        QStringList characters;
+        for (qsizetype i = 0; i < text.size(); ++i) {
+            const bool pair = text.at(i).isHighSurrogate() && i + 1 < text.size();
+            characters.append(text.mid(i, pair ? 2 : 1));
+            i += pair ? 1 : 0;
+        }
+        return characters;
+    }
+    void perform(const ScriptWindow& page, const QJsonObject& source)
+    {
+        m_shell.call(QStringLiteral("input.performActions"), {{"context", page.windowId()}, {"actions", QJsonArray{source}}});
+    }
+    QJsonValue evaluateIn(const QString& context, const QString& expression)
+    {
+        const QJsonObject answer = m_shell.call(
+            QStringLiteral("script.evaluate"),
+            {{"expression", QStringLiteral("JSON.stringify([(\n%1\n)])").arg(expression)},
+             {"target", QJsonObject{{"context", context}}},
+             {"awaitPromise", false}});
+        return QJsonDocument::fromJson(answer.value("result").toObject().value("value").toString().toUtf8()).array().at(0);
+    }
+
+    BidiShell m_shell;
+};
+} // namespace
+
+std::unique_ptr<PageDriver> makeChromiumDriver(const QString& profileFolder);
+
+std::unique_ptr<PageDriver> makeDriver(TestBrowser browser, const QString& profileFolder)
+{
+    if (browser == TestBrowser::Chromium)
+        return makeChromiumDriver(profileFolder);
+    const QString firefox = QStandardPaths::findExecutable(QStringLiteral("firefox-esr"));
+    if (firefox.isEmpty())
+        return nullptr;
+    return std::make_unique<FirefoxDriver>(firefox, profileFolder);
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+// What an end-to-end test does in a real browser as its user would (mouse, keys, tabs) and reads
+// of its pages in their own world, over the browser's own protocol.
+#include "ScriptWindow.h"
+#include "ShellWindowList.h"
+
+#include <QJsonValue>
+#include <memory>
+
+class PageDriver
+{
+public:
+    enum class Mouse { Move, Click, DoubleClick };
+    enum class Key { Tab, ArrowDown };
+
+    virtual ~PageDriver() = default;
+    // The bar's window list over the browser, started with `profile` on first use.
+    virtual ShellWindowList& shell() = 0;
+    // A new window, as the bar opens an address.
+    virtual void openAddress(const QString& url) = 0;
+    // A tab in the browser's first window, in front or behind.
+    virtual void openTab(const QString& url, bool background) = 0;
+    virtual bool isConnected() const = 0;
+    virtual void killBrowser() = 0;
+    virtual qint64 browserProcessId() const = 0;
+
+    // In the page's own world, as the page would; the value as JSON.
+    virtual QJsonValue evaluate(const ScriptWindow& page, const QString& expression) = 0;
+    // The same in the document of the page's frame at that index, other sites' too.
+    virtual QJsonValue evaluateInFrame(const ScriptWindow& page, int index, const QString& expression) = 0;
+    virtual void mouse(const ScriptWindow& page, Mouse action, int x, int y) = 0;
+    virtual void type(const ScriptWindow& page, const QString& text) = 0;
+    virtual void press(const ScriptWindow& page, Key key) = 0;
+    virtual void closeTab(const ScriptWindow& page) = 0;
+    virtual void acceptDialog(const ScriptWindow& page) = 0;
+};
+
+// A driver for that browser with its own profile folder, or nullptr when it is not installed.
+enum class TestBrowser { Chromium, Firefox };
+std::unique_ptr<PageDriver> makeDriver(TestBrowser browser, const QString& profileFolder);

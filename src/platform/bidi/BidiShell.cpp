@@ -113,19 +113,23 @@ void BidiShell::takeUpOpenContexts()
         for (const QJsonValue& child : info.value("children").toArray())
             pending.append(child);
     }
-    for (const QString& context : std::as_const(contexts)) {
-        try {
-            const QJsonObject answer = bidi().call(
-                QStringLiteral("script.callFunction"),
-                {{"functionDeclaration", pageScriptFunction()},
-                 {"arguments", channelArgument()},
-                 {"target", QJsonObject{{"context", context}, {"sandbox", Sandbox}}},
-                 {"awaitPromise", false},
-                 {"resultOwnership", "none"}});
-            m_contexts[context].realm = answer.value("realm").toString();
-        } catch (const AppError&) {
-            // A context that went meanwhile has nothing to follow.
-        }
+    for (const QString& context : std::as_const(contexts))
+        putScriptIn(context);
+}
+
+void BidiShell::putScriptIn(const QString& context)
+{
+    try {
+        const QJsonObject answer = bidi().call(QStringLiteral("script.callFunction"),
+                                               {{"functionDeclaration", pageScriptFunction()},
+                                                {"arguments", channelArgument()},
+                                                {"target", QJsonObject{{"context", context}, {"sandbox", Sandbox}}},
+                                                {"awaitPromise", false},
+                                                {"resultOwnership", "none"}});
+        m_contexts[context].realm = answer.value("realm").toString();
+        m_contexts[context].scripted = true;
+    } catch (const AppError&) {
+        // A context that went meanwhile has nothing to follow.
     }
 }
 
@@ -272,18 +276,33 @@ void BidiShell::onEvent(const RemoteConnection::Event& event)
     } else if (method == QLatin1String("browsingContext.navigationStarted")) {
         if (m_contexts.value(context).window)
             m_progress[context] = Progress{};
-    } else if (method == QLatin1String("browsingContext.navigationCommitted") ||
-               method == QLatin1String("browsingContext.fragmentNavigated") ||
+    } else if (method == QLatin1String("browsingContext.navigationCommitted")) {
+        // The new document reports itself: until then the realm may still be the empty one's.
+        if (m_contexts.contains(context)) {
+            m_contexts[context].url = params.value("url").toString();
+            m_contexts[context].scripted = false;
+        }
+    } else if (method == QLatin1String("browsingContext.fragmentNavigated") ||
                method == QLatin1String("browsingContext.historyUpdated")) {
         if (m_contexts.contains(context))
             m_contexts[context].url = params.value("url").toString();
     } else if (method == QLatin1String("browsingContext.load")) {
-        if (m_contexts.contains(context))
-            m_contexts[context].url = params.value("url").toString();
-        onLoaded(context, params.value("url").toString());
+        const auto known = m_contexts.find(context);
+        if (known == m_contexts.end())
+            return;
+        known->url = params.value("url").toString();
+        // A frame's first document taken over by the page it loads (same site) keeps its window,
+        // and no preload runs for it: the script is put in, and reports the load as attached.
+        if (known->scripted)
+            onLoaded(context, known->url);
+        else if (known->url != QLatin1String("about:blank"))
+            putScriptIn(context);
     } else if (method == QLatin1String("script.realmCreated")) {
-        if (params.value("sandbox").toString() == Sandbox && m_contexts.contains(context))
+        // A frame's first, empty document gets no page script: its realm serves once it reports.
+        if (params.value("sandbox").toString() == Sandbox && m_contexts.contains(context)) {
             m_contexts[context].realm = params.value("realm").toString();
+            m_contexts[context].scripted = false;
+        }
     } else if (method == QLatin1String("script.realmDestroyed")) {
         const QString realm = params.value("realm").toString();
         for (auto it = m_contexts.begin(); it != m_contexts.end(); ++it) {
@@ -361,6 +380,8 @@ void BidiShell::onMessage(const QJsonObject& params)
     const QString context = source.value("context").toString();
     const QString realm = source.value("realm").toString();
     const QString kind = payload.value("kind").toString();
+    if (m_contexts.value(context).realm == realm)
+        m_contexts[context].scripted = true;
     if (kind == QLatin1String("status")) {
         if (const auto page = pageOf(context))
             page->statusText(payload.value("text").toString());
@@ -467,7 +488,7 @@ void BidiShell::reload(const QString& context)
 DocPtr BidiShell::documentFor(const QString& /*scope*/, const QString& context)
 {
     const auto known = m_contexts.constFind(context);
-    if (known == m_contexts.constEnd() || !known->open || known->realm.isEmpty())
+    if (known == m_contexts.constEnd() || !known->open || !known->scripted)
         return nullptr;
     return m_documents.get(realmName(context, known->realm), context);
 }

@@ -57,6 +57,7 @@ private:
         QString parent; // empty for a tab
         QString url;
         QString realm;  // the sandbox realm of the document it shows
+        bool scripted = false; // whether the page script has been heard from in that realm
         bool open = true;
         std::shared_ptr<ScriptWindow> window; // a tab's
     };
@@ -70,6 +71,8 @@ private:
     void reconnect();
     // Puts the page script into the documents already open when Tolvane came.
     void takeUpOpenContexts();
+    // Runs the page script in the context's document now (it reports "attached" once complete).
+    void putScriptIn(const QString& context);
     void addContext(const QJsonObject& info);
     void onEvent(const RemoteConnection::Event& event);
     void onContextGone(const QString& context);

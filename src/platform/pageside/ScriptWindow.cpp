@@ -66,8 +66,20 @@ void ScriptWindow::statusText(const QString& text)
     }
 }
 
+void ScriptWindow::subscribe(const std::shared_ptr<BrowserEvents>& sink)
+{
+    m_sinks.add(sink);
+    if (!m_progress)
+        return;
+    try {
+        sink->IE_ProgressChange(m_progress->first, m_progress->second);
+    } catch (const AppError&) {
+    }
+}
+
 void ScriptWindow::progressChange(int progress, int progressMax)
 {
+    m_progress = std::pair{progress, progressMax};
     for (const auto& sink : m_sinks.snapshot()) {
         try {
             sink->IE_ProgressChange(progress, progressMax);

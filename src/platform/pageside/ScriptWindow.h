@@ -3,6 +3,8 @@
 #include "Browser.h"
 #include "Subscribers.h"
 
+#include <optional>
+
 // What the windows of a browser adapter ask of it: a window is a tab (a page target, a
 // top-level browsing context) named by the adapter's own id.
 class ScriptWindowHost
@@ -32,7 +34,9 @@ public:
     DocPtr document() override;
     QString LocationURL() const override;
     void Refresh() override;
-    void subscribe(const std::shared_ptr<BrowserEvents>& sink) override { m_sinks.add(sink); }
+    // A follower that comes while the page loads (its events may all have come in one burst
+    // before) hears where the load stands.
+    void subscribe(const std::shared_ptr<BrowserEvents>& sink) override;
     void unsubscribe(const BrowserEvents* sink) override { m_sinks.remove(sink); }
 
     const QString& windowId() const { return m_windowId; }
@@ -48,6 +52,7 @@ private:
     QString m_windowId;
     qint64 m_handle;
     Subscribers<BrowserEvents> m_sinks;
+    std::optional<std::pair<int, int>> m_progress; // the last progress and its maximum
 };
 
 // The browser object of one frame of a page, as its DocumentComplete names it.

@@ -5,8 +5,10 @@
 #include "IniFileStore.h"
 #include "MainWindow.h"
 #include "BrowserLocator.h"
+#include "BidiShell.h"
 #include "CdpShell.h"
 #include "ChromiumProcess.h"
+#include "FirefoxProcess.h"
 #include "QtMessageBoxes.h"
 #include "QtMessagePump.h"
 #include "QtTextMetrics.h"
@@ -41,22 +43,40 @@ int main(int argc, char* argv[])
     QtMessageBoxes boxes;
     IniFileStore ini;
     QtMessagePump pump;
-    // The followed browser: one already running (TOLVANE_DEVTOOLS), else one Tolvane starts with
-    // a profile of its own in the data folder, once the start-up knows that folder.
+    // The followed browser: one already running (TOLVANE_DEVTOOLS for Chromium, TOLVANE_BIDI for
+    // Firefox), else one Tolvane starts with a profile of its own in the data folder, once the
+    // start-up knows that folder.
     frmMain* started = nullptr;
-    CdpShell shellWindows([&started]() -> std::unique_ptr<ChromiumProcess> {
-        const QString endpoint = qEnvironmentVariable("TOLVANE_DEVTOOLS");
-        if (!endpoint.isEmpty())
-            return ChromiumProcess::attach(endpoint);
-        const QString browser = BrowserLocator::executable();
-        if (browser.isEmpty())
-            throw AppError(ErrorNumber::FileNotFound, QStringLiteral("No Chromium-family browser is installed."));
-        return ChromiumProcess::start(browser, started->DataFolder() + QStringLiteral("/Browser Profile"));
-    });
+    const QString browser = BrowserLocator::executable();
+    const auto profileFolder = [&started](const char* name) { return started->DataFolder() + QLatin1Char('/') + QLatin1String(name); };
+    std::unique_ptr<ShellWindowList> followed;
+    std::function<void(const QString&)> openInBrowser;
+    if (qEnvironmentVariableIsSet("TOLVANE_BIDI") || (!qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") && BrowserLocator::isFirefox(browser))) {
+        auto firefox = std::make_unique<BidiShell>([&]() -> std::unique_ptr<FirefoxProcess> {
+            const QString endpoint = qEnvironmentVariable("TOLVANE_BIDI");
+            if (!endpoint.isEmpty())
+                return FirefoxProcess::attach(endpoint);
+            return FirefoxProcess::start(browser, profileFolder("Firefox Profile"));
+        });
+        openInBrowser = [shell = firefox.get()](const QString& address) { shell->OpenAddress(address); };
+        followed = std::move(firefox);
+    } else {
+        auto chromium = std::make_unique<CdpShell>([&]() -> std::unique_ptr<ChromiumProcess> {
+            const QString endpoint = qEnvironmentVariable("TOLVANE_DEVTOOLS");
+            if (!endpoint.isEmpty())
+                return ChromiumProcess::attach(endpoint);
+            if (browser.isEmpty())
+                throw AppError(ErrorNumber::FileNotFound, QStringLiteral("No web browser Tolvane can follow is installed."));
+            return ChromiumProcess::start(browser, profileFolder("Browser Profile"));
+        });
+        openInBrowser = [shell = chromium.get()](const QString& address) { shell->OpenAddress(address); };
+        followed = std::move(chromium);
+    }
+    ShellWindowList& shellWindows = *followed;
     // Addresses open in the followed browser, which is started again when it has gone; the
     // desktop's handler opens them only when there is no browser to follow.
-    if (qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") || !BrowserLocator::executable().isEmpty())
-        shell.setAddressOpener([&shellWindows](const QString& address) { shellWindows.OpenAddress(address); }, boxes);
+    if (qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") || qEnvironmentVariableIsSet("TOLVANE_BIDI") || !browser.isEmpty())
+        shell.setAddressOpener(openInBrowser, boxes);
     QtTextMetrics metrics;
     ShortcutDialogDisplay shortcutEditor;
     ProfilesDialogDisplay profilesEditor;

@@ -110,6 +110,7 @@ TEST_P(TestBrowserLife, AShortcutOpenedAfterTheBrowserDiedStartsItAgainAndItIsFo
 
 TEST_P(TestBrowserLife, ExitClosesTheBrowserCleanlyAndTheNextStartHasTheTabsBack)
 {
+    skipOnFirefox("not yet: Firefox closed over BiDi does not bring its tabs back at the next start");
     open(server->url("/a.html"));
     open(server->url("/b.html"));
     stopBar();

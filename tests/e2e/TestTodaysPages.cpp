@@ -240,6 +240,7 @@ TEST_P(TestTodaysPages, FieldsInOpenShadowRootsAreRememberedAndFilled)
 
 TEST_P(TestTodaysPages, ADialogNeitherFreezesTheBarNorLosesTheFill)
 {
+    skipOnFirefox("Firefox runs Tolvane's script behind a page's dialog: there is no refused call to wait out");
     form->valueStore().SetValue(server->url("/elsewhere"), "fname", "Ann");
     auto page = openNoWait(server->url("/alert-load.html"));
     ASSERT_TRUE(waitFor([&] { return !answers(page); }, 10000)) << "the page shows no dialog";

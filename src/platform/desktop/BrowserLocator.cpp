@@ -17,12 +17,17 @@ QString BrowserLocator::executable()
         return found.isEmpty() ? chosen : found;
     }
     for (const char* name :
-         {"chromium", "chromium-browser", "google-chrome", "microsoft-edge", "brave-browser"}) {
+         {"chromium", "chromium-browser", "google-chrome", "microsoft-edge", "brave-browser", "firefox-esr", "firefox"}) {
         const QString found = QStandardPaths::findExecutable(QString::fromLatin1(name));
         if (!found.isEmpty())
             return found;
     }
     return {};
+}
+
+bool BrowserLocator::isFirefox(const QString& executable)
+{
+    return QFileInfo(executable).fileName().contains(QLatin1String("firefox"), Qt::CaseInsensitive);
 }
 
 QString BrowserLocator::executableToken(const QString& executable)

@@ -3,7 +3,7 @@
 #include <QString>
 #include <optional>
 
-// Finds the Chromium-family browser the program follows and reads its name and version.
+// Finds the browser the program follows (Chromium-family or Firefox) and reads its name and version.
 namespace BrowserLocator {
 
 struct VersionInfo
@@ -14,8 +14,10 @@ struct VersionInfo
 };
 
 // TOLVANE_BROWSER when set, else the first of chromium, chromium-browser, google-chrome,
-// microsoft-edge, brave-browser on PATH; empty when none is there.
+// microsoft-edge, brave-browser, firefox-esr, firefox on PATH; empty when none is there.
 QString executable();
+// Whether that executable is Firefox's (followed over WebDriver BiDi, not DevTools).
+bool isFirefox(const QString& executable);
 // The token the default browser's path must hold: the executable's own name.
 QString executableToken(const QString& executable);
 // Parses "Chromium 156.0.8078.73 built on Debian ..." or "Google Chrome 120.0.1.2".

@@ -78,33 +78,22 @@ BidiShell::~BidiShell()
         m_browser->connection().setEventHandler(nullptr);
 }
 
-void BidiShell::connect()
+void BidiShell::openConnection()
 {
-    if (m_browser || !m_connectFailure.isEmpty())
-        return;
-    try {
-        m_browser = m_connector();
-    } catch (const AppError& error) {
-        m_connectFailure = error.description();
-        return;
-    }
+    m_browser = m_connector();
     RemoteConnection& connection = m_browser->connection();
     connection.setEventHandler([this](const RemoteConnection::Event& event) { onEvent(event); });
-    try {
-        connection.call(QStringLiteral("session.subscribe"),
-                        {{"events", QJsonArray{"browsingContext", "script", "network.beforeRequestSent",
-                                               "network.responseCompleted", "network.fetchError"}}});
-        connection.call(QStringLiteral("script.addPreloadScript"),
-                        {{"functionDeclaration", pageScriptFunction()}, {"arguments", channelArgument()}, {"sandbox", Sandbox}});
-        takeUpOpenContexts();
-    } catch (const AppError& error) {
-        m_connectFailure = error.description();
-    }
+    connection.call(QStringLiteral("session.subscribe"),
+                    {{"events", QJsonArray{"browsingContext", "script", "network.beforeRequestSent",
+                                           "network.responseCompleted", "network.fetchError"}}});
+    connection.call(QStringLiteral("script.addPreloadScript"),
+                    {{"functionDeclaration", pageScriptFunction()}, {"arguments", channelArgument()}, {"sandbox", Sandbox}});
+    takeUpOpenContexts();
 }
 
 void BidiShell::takeUpOpenContexts()
 {
-    QJsonArray pending = bidi().call(QStringLiteral("browsingContext.getTree")).value("contexts").toArray();
+    QJsonArray pending = m_browser->connection().call(QStringLiteral("browsingContext.getTree")).value("contexts").toArray();
     QStringList contexts;
     while (!pending.isEmpty()) {
         const QJsonObject info = pending.takeAt(0).toObject();
@@ -120,7 +109,7 @@ void BidiShell::takeUpOpenContexts()
 void BidiShell::putScriptIn(const QString& context)
 {
     try {
-        const QJsonObject answer = bidi().call(QStringLiteral("script.callFunction"),
+        const QJsonObject answer = m_browser->connection().call(QStringLiteral("script.callFunction"),
                                                {{"functionDeclaration", pageScriptFunction()},
                                                 {"arguments", channelArgument()},
                                                 {"target", QJsonObject{{"context", context}, {"sandbox", Sandbox}}},
@@ -142,12 +131,8 @@ void BidiShell::addContext(const QJsonObject& info)
     context.parent = info.value("parent").toString();
     context.url = info.value("url").toString();
     context.open = true;
-    if (!context.parent.isEmpty() || context.window)
-        return;
-    context.window = std::make_shared<ScriptWindow>(*this, id, m_nextHandle++);
-    m_tabOrder.append(id);
-    for (const auto& sink : m_sinks.snapshot())
-        sink->SW_WindowRegistered(static_cast<int>(context.window->HWND()));
+    if (context.parent.isEmpty())
+        addWindow(id);
 }
 
 bool BidiShell::isConnected() const
@@ -157,9 +142,7 @@ bool BidiShell::isConnected() const
 
 RemoteConnection& BidiShell::bidi()
 {
-    connect();
-    if (!m_browser)
-        throw browserError(m_connectFailure);
+    requireConnection();
     return m_browser->connection();
 }
 
@@ -168,34 +151,11 @@ QJsonObject BidiShell::call(const QString& method, const QJsonObject& params)
     return bidi().call(method, params);
 }
 
-QList<BrowserPtr> BidiShell::items()
-{
-    bidi();
-    QList<BrowserPtr> windows;
-    for (const QString& id : std::as_const(m_tabOrder)) {
-        const Context& context = m_contexts[id];
-        if (context.open && context.window)
-            windows.append(context.window);
-    }
-    return windows;
-}
-
-void BidiShell::subscribe(const std::shared_ptr<ShellWindowEvents>& sink)
-{
-    m_sinks.add(sink);
-    connect();
-}
-
-void BidiShell::unsubscribe(const ShellWindowEvents* sink)
-{
-    m_sinks.remove(sink);
-}
-
 void BidiShell::AppActivate(const QString& title)
 {
     // A window's title is its visible tab's: a hidden tab is brought forward for no title.
     for (const bool exact : {true, false}) {
-        for (const QString& id : std::as_const(m_tabOrder)) {
+        for (const QString& id : windowOrder()) {
             const DocPtr document = isOpen(id) ? documentFor({}, id) : nullptr;
             if (title.isEmpty() || !document)
                 continue;
@@ -227,34 +187,13 @@ void BidiShell::OpenAddress(const QString& address)
     bidi().call(QStringLiteral("browsingContext.navigate"), {{"context", context}, {"url", address}, {"wait", "none"}});
 }
 
-void BidiShell::reconnect()
+void BidiShell::dropConnection()
 {
     if (m_browser)
         m_browser->connection().setEventHandler(nullptr);
     m_browser.reset();
-    // What was known belongs to the old browser; handles go on counting, so none is reused.
     m_contexts.clear();
-    m_tabOrder.clear();
     m_documents.clear();
-    m_progress.clear();
-    m_connectFailure.clear();
-    connect();
-    if (!isConnected())
-        throw browserError(m_connectFailure);
-}
-
-void BidiShell::onBrowserGone()
-{
-    bool hadWindows = false;
-    for (Context& context : m_contexts) {
-        hadWindows = hadWindows || (context.open && context.window);
-        context.open = false;
-    }
-    if (!hadWindows)
-        return;
-    // One pass of the window tracking frees every holder of the browser that went.
-    for (const auto& sink : m_sinks.snapshot())
-        sink->SW_WindowRevoked(0);
 }
 
 void BidiShell::onEvent(const RemoteConnection::Event& event)
@@ -268,14 +207,16 @@ void BidiShell::onEvent(const RemoteConnection::Event& event)
     const QJsonObject& params = event.params;
     const QString context = params.value("context").toString();
     if (method == RemoteConnection::ClosedEvent) {
-        onBrowserGone();
+        for (Context& known : m_contexts)
+            known.open = false;
+        browserGone();
     } else if (method == QLatin1String("browsingContext.contextCreated")) {
         addContext(params);
     } else if (method == QLatin1String("browsingContext.contextDestroyed")) {
         onContextGone(context);
     } else if (method == QLatin1String("browsingContext.navigationStarted")) {
-        if (m_contexts.value(context).window)
-            m_progress[context] = Progress{};
+        if (window(context))
+            restartProgress(context);
     } else if (method == QLatin1String("browsingContext.navigationCommitted")) {
         // The new document reports itself: until then the realm may still be the empty one's.
         if (m_contexts.contains(context)) {
@@ -324,21 +265,18 @@ void BidiShell::onContextGone(const QString& id)
     if (context == m_contexts.end() || !context->open)
         return;
     context->open = false;
-    if (!context->window) {
+    if (window(id))
+        windowClosed(id);
+    else
         m_contexts.erase(context);
-        return;
-    }
-    for (const auto& sink : m_sinks.snapshot())
-        sink->SW_WindowRevoked(0);
 }
 
 std::shared_ptr<ScriptWindow> BidiShell::pageOf(QString context) const
 {
     for (int depth = 0; depth < 32 && !context.isEmpty(); ++depth) {
-        const Context known = m_contexts.value(context);
-        if (known.window)
-            return known.window;
-        context = known.parent;
+        if (const auto page = window(context))
+            return page;
+        context = m_contexts.value(context).parent;
     }
     return nullptr;
 }
@@ -349,25 +287,10 @@ void BidiShell::onLoaded(const QString& context, const QString& url)
     const std::shared_ptr<ScriptWindow> page = pageOf(context);
     if (!page || url.isEmpty() || url == QLatin1String("about:blank"))
         return;
-    const DocPtr document = documentFor({}, context);
-    if (!document) {
-        page->loaded(context, nullptr);
-        return;
-    }
-    // The page's own load fills its loaded frames again too: theirs are fetched as well.
-    const auto loaded = std::static_pointer_cast<ScriptDocument>(document);
-    ScriptDocuments::DocumentList fetched{loaded};
-    if (context == page->windowId()) {
-        for (const auto& frame : m_documents.held([&](const QString& realm) { return pageOf(contextOf(realm)) == page; })) {
-            if (frame != loaded && !frame->unloaded())
-                fetched.push_back(frame);
-        }
-    }
-    ScriptDocuments::prefetch(fetched, [this, loaded, page, context] {
-        // A frame that has gone on to another document meanwhile reports that one's load instead.
-        if (documentFor({}, context) == loaded)
-            page->loaded(context, loaded);
-    });
+    reportLoad(
+        page, context, documentFor({}, context), m_documents,
+        [&](const QString& realm) { return pageOf(contextOf(realm)) == page; },
+        [this, context] { return documentFor({}, context); });
 }
 
 void BidiShell::onMessage(const QJsonObject& params)
@@ -403,12 +326,10 @@ void BidiShell::onNetwork(const RemoteConnection::Event& event)
     const std::shared_ptr<ScriptWindow> page = pageOf(event.params.value("context").toString());
     if (!page)
         return;
-    Progress& progress = m_progress[page->windowId()];
     if (event.method == QLatin1String("network.beforeRequestSent"))
-        ++progress.requested;
+        requestSent(page);
     else
-        ++progress.ended;
-    page->progressChange(progress.ended, progress.requested);
+        requestEnded(page);
 }
 
 QJsonObject BidiShell::evaluateParams(const QString& realm, const QString& expression) const
@@ -462,12 +383,6 @@ PageScriptHost::Failure BidiShell::failureOf(const AppError& error) const
     // A realm or context that went answers "no such frame"; a page's dialog stops nothing here.
     const bool gone = error.number() == ErrorNumber::BrowserCall && error.description().startsWith(QLatin1String("no such frame"));
     return gone ? Failure::Gone : Failure::Other;
-}
-
-bool BidiShell::isOpen(const QString& context) const
-{
-    const auto known = m_contexts.constFind(context);
-    return known != m_contexts.constEnd() && known->open && isConnected();
 }
 
 QString BidiShell::pageUrl(const QString& context) const

@@ -2,10 +2,7 @@
 
 #include "PageScriptHost.h"
 #include "RemoteConnection.h"
-#include "ScriptDocuments.h"
-#include "ScriptWindow.h"
-#include "ShellWindowList.h"
-#include "Subscribers.h"
+#include "ScriptWindowList.h"
 
 #include <QHash>
 #include <functional>
@@ -14,10 +11,9 @@
 class FirefoxProcess;
 
 // The shell's window list over Firefox, through WebDriver BiDi: one window per top-level browsing
-// context (a tab), each with a handle that is never reused; documents for every frame (child
-// contexts, other sites' included); the user's actions reported by the script Tolvane runs in a
-// sandbox of every document, through a channel.
-class BidiShell : public ShellWindowList, public PageScriptHost, public ScriptWindowHost
+// context (a tab); documents for every frame (child contexts, other sites' included); the user's
+// actions reported by the script Tolvane runs in a sandbox of every document, through a channel.
+class BidiShell : public ScriptWindowList, public PageScriptHost
 {
 public:
     // Connects on first use (the start-up subscribes once the data folder is known).
@@ -25,13 +21,10 @@ public:
     explicit BidiShell(Connector connector);
     ~BidiShell() override;
 
-    QList<BrowserPtr> items() override;
-    void subscribe(const std::shared_ptr<ShellWindowEvents>& sink) override;
-    void unsubscribe(const ShellWindowEvents* sink) override;
     void AppActivate(const QString& title) override;
     // Opens a page in a new window, starting the browser again when it has gone. Throws AppError.
     void OpenAddress(const QString& address);
-    bool isConnected() const;
+    bool isConnected() const override;
     FirefoxProcess* process() const { return m_browser.get(); }
     // A call to the browser; throws AppError.
     QJsonObject call(const QString& method, const QJsonObject& params = {});
@@ -44,7 +37,6 @@ public:
     FramePtr frameOwner(const QString& realm, int index) override;
     Failure failureOf(const AppError& error) const override;
 
-    bool isOpen(const QString& context) const override;
     QString pageUrl(const QString& context) const override;
     DocPtr pageDocument(const QString& context) override;
     void reload(const QString& context) override;
@@ -59,16 +51,10 @@ private:
         QString realm;  // the sandbox realm of the document it shows
         bool scripted = false; // whether the page script has been heard from in that realm
         bool open = true;
-        std::shared_ptr<ScriptWindow> window; // a tab's
-    };
-    struct Progress
-    {
-        int requested = 0;
-        int ended = 0;
     };
 
-    void connect();
-    void reconnect();
+    void openConnection() override;
+    void dropConnection() override;
     // Puts the page script into the documents already open when Tolvane came.
     void takeUpOpenContexts();
     // Runs the page script in the context's document now (it reports "attached" once complete).
@@ -76,7 +62,6 @@ private:
     void addContext(const QJsonObject& info);
     void onEvent(const RemoteConnection::Event& event);
     void onContextGone(const QString& context);
-    void onBrowserGone();
     void onLoaded(const QString& context, const QString& url);
     void onMessage(const QJsonObject& params);
     void onNetwork(const RemoteConnection::Event& event);
@@ -86,11 +71,6 @@ private:
 
     Connector m_connector;
     std::unique_ptr<FirefoxProcess> m_browser;
-    QString m_connectFailure;
-    Subscribers<ShellWindowEvents> m_sinks;
     QHash<QString, Context> m_contexts; // by context id
-    QStringList m_tabOrder;             // tab contexts in the order they came
     ScriptDocuments m_documents{*this}; // by realm
-    QHash<QString, Progress> m_progress; // by tab
-    qint64 m_nextHandle = 1;
 };

@@ -78,16 +78,9 @@ CdpShell::~CdpShell()
     }
 }
 
-void CdpShell::connect()
+void CdpShell::openConnection()
 {
-    if (m_browser || !m_connectFailure.isEmpty())
-        return;
-    try {
-        m_browser = m_connector();
-    } catch (const AppError& error) {
-        m_connectFailure = error.description();
-        return;
-    }
+    m_browser = m_connector();
     RemoteConnection& connection = m_browser->connection();
     m_dialogs = std::make_unique<CdpDialogGuard>(connection);
     // Targets that wait for their debugger must be let go at once, not when the user-interface
@@ -104,13 +97,9 @@ void CdpShell::connect()
             connection.send(QStringLiteral("Runtime.runIfWaitingForDebugger"), {}, session);
     });
     connection.setEventHandler([this](const RemoteConnection::Event& event) { onEvent(event); });
-    try {
-        connection.call(QStringLiteral("Target.setDiscoverTargets"), {{"discover", true}});
-        connection.call(QStringLiteral("Target.setAutoAttach"),
-                        {{"autoAttach", true}, {"waitForDebuggerOnStart", true}, {"flatten", true}});
-    } catch (const AppError& error) {
-        m_connectFailure = error.description();
-    }
+    connection.call(QStringLiteral("Target.setDiscoverTargets"), {{"discover", true}});
+    connection.call(QStringLiteral("Target.setAutoAttach"),
+                    {{"autoAttach", true}, {"waitForDebuggerOnStart", true}, {"flatten", true}});
 }
 
 bool CdpShell::isConnected() const
@@ -120,33 +109,8 @@ bool CdpShell::isConnected() const
 
 RemoteConnection& CdpShell::cdp()
 {
-    connect();
-    if (!m_browser)
-        throw browserError(m_connectFailure);
+    requireConnection();
     return m_browser->connection();
-}
-
-QList<BrowserPtr> CdpShell::items()
-{
-    cdp();
-    QList<BrowserPtr> windows;
-    for (const QString& id : std::as_const(m_pageOrder)) {
-        const Target& target = m_targets[id];
-        if (target.open && target.browser)
-            windows.append(target.browser);
-    }
-    return windows;
-}
-
-void CdpShell::subscribe(const std::shared_ptr<ShellWindowEvents>& sink)
-{
-    m_sinks.add(sink);
-    connect();
-}
-
-void CdpShell::unsubscribe(const ShellWindowEvents* sink)
-{
-    m_sinks.remove(sink);
 }
 
 void CdpShell::AppActivate(const QString& title)
@@ -154,7 +118,7 @@ void CdpShell::AppActivate(const QString& title)
     // A tabbed window's title is its visible tab's: a hidden tab of that title is no window of
     // that title, and bringing it forward would switch tabs under the user.
     for (const bool exact : {true, false}) {
-        for (const QString& id : std::as_const(m_pageOrder)) {
+        for (const QString& id : windowOrder()) {
             const Target& target = m_targets[id];
             const bool matches = exact ? target.title == title : target.title.startsWith(title);
             if (!title.isEmpty() && target.open && matches && isVisibleTab(id)) {
@@ -189,7 +153,7 @@ void CdpShell::OpenAddress(const QString& address)
     cdp().call(QStringLiteral("Target.createTarget"), {{"url", address}, {"newWindow", true}});
 }
 
-void CdpShell::reconnect()
+void CdpShell::dropConnection()
 {
     if (m_browser) {
         m_browser->connection().setEventHandler(nullptr);
@@ -197,33 +161,12 @@ void CdpShell::reconnect()
     }
     m_browser.reset();
     m_dialogs.reset();
-    // What was known belongs to the old browser; handles go on counting, so none is reused.
     m_targets.clear();
-    m_pageOrder.clear();
     m_sessionTargets.clear();
     m_contexts.clear();
     m_contextFrames.clear();
     m_frameUrls.clear();
     m_documents.clear();
-    m_progress.clear();
-    m_connectFailure.clear();
-    connect();
-    if (!isConnected())
-        throw browserError(m_connectFailure);
-}
-
-void CdpShell::onBrowserGone()
-{
-    bool hadWindows = false;
-    for (Target& target : m_targets) {
-        hadWindows = hadWindows || (target.open && target.browser);
-        target.open = false;
-    }
-    if (!hadWindows)
-        return;
-    // One pass of the window tracking frees every holder of the browser that went.
-    for (const auto& sink : m_sinks.snapshot())
-        sink->SW_WindowRevoked(0);
 }
 
 QJsonObject CdpShell::call(const QString& targetOrSession, const QString& method, const QJsonObject& params)
@@ -251,12 +194,6 @@ QJsonValue CdpShell::evaluate(const QString& realm, const QString& expression)
         throw browserError(text.isEmpty() ? details.value("text").toString() : text.section(QLatin1Char('\n'), 0, 0));
     }
     return answer.value("result").toObject().value("value");
-}
-
-bool CdpShell::isOpen(const QString& targetId) const
-{
-    const auto target = m_targets.constFind(targetId);
-    return target != m_targets.constEnd() && target->open && m_browser && !m_browser->connection().isClosed();
 }
 
 QString CdpShell::pageUrl(const QString& targetId) const
@@ -326,10 +263,10 @@ std::shared_ptr<ScriptWindow> CdpShell::pageOfSession(const QString& sessionId) 
 {
     QString session = sessionId;
     for (int depth = 0; depth < 32 && !session.isEmpty(); ++depth) {
-        const Target target = m_targets.value(m_sessionTargets.value(session));
-        if (target.browser)
-            return target.browser;
-        session = target.parentSession;
+        const QString targetId = m_sessionTargets.value(session);
+        if (const auto page = window(targetId))
+            return page;
+        session = m_targets.value(targetId).parentSession;
     }
     return nullptr;
 }
@@ -344,7 +281,9 @@ void CdpShell::onEvent(const RemoteConnection::Event& event)
     const QString& method = event.method;
     const QJsonObject& params = event.params;
     if (method == RemoteConnection::ClosedEvent) {
-        onBrowserGone();
+        for (Target& target : m_targets)
+            target.open = false;
+        browserGone();
     } else if (method == QLatin1String("Target.attachedToTarget")) {
         onAttached(event);
     } else if (method == QLatin1String("Target.detachedFromTarget")) {
@@ -400,12 +339,8 @@ void CdpShell::onAttached(const RemoteConnection::Event& event)
     target.parentSession = event.sessionId;
     target.open = true;
     m_sessionTargets.insert(target.sessionId, id);
-    if (target.type != QLatin1String("page") || !event.sessionId.isEmpty() || target.browser)
-        return;
-    target.browser = std::make_shared<ScriptWindow>(*this, id, m_nextHandle++);
-    m_pageOrder.append(id);
-    for (const auto& sink : m_sinks.snapshot())
-        sink->SW_WindowRegistered(static_cast<int>(target.browser->HWND()));
+    if (target.type == QLatin1String("page") && event.sessionId.isEmpty())
+        addWindow(id);
 }
 
 void CdpShell::onClosed(const QString& targetId)
@@ -414,10 +349,7 @@ void CdpShell::onClosed(const QString& targetId)
     if (target == m_targets.end() || !target->open)
         return;
     target->open = false;
-    if (!target->browser)
-        return;
-    for (const auto& sink : m_sinks.snapshot())
-        sink->SW_WindowRevoked(0);
+    windowClosed(targetId);
 }
 
 void CdpShell::onContextCreated(const RemoteConnection::Event& event)
@@ -441,25 +373,10 @@ void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
     if (navigated != m_frameUrls.constEnd() ? *navigated == QLatin1String("about:blank")
                                             : frameShowsBlank(sessionId, frameId))
         return;
-    const DocPtr document = documentFor(sessionId, frameId);
-    if (!document) {
-        page->loaded(frameId, nullptr);
-        return;
-    }
-    // The page's own load fills its loaded frames again too: theirs are fetched as well.
-    const auto loaded = std::static_pointer_cast<ScriptDocument>(document);
-    ScriptDocuments::DocumentList fetched{loaded};
-    if (frameId == page->windowId()) {
-        for (const auto& frame : m_documents.held([&](const QString& realm) { return pageOfSession(sessionOf(realm)) == page; })) {
-            if (frame != loaded && !frame->unloaded())
-                fetched.push_back(frame);
-        }
-    }
-    ScriptDocuments::prefetch(fetched, [this, loaded, page, frameId, sessionId] {
-        // A frame that has gone on to another document meanwhile reports that one's load instead.
-        if (documentFor(sessionId, frameId) == loaded)
-            page->loaded(frameId, loaded);
-    });
+    reportLoad(
+        page, frameId, documentFor(sessionId, frameId), m_documents,
+        [&](const QString& realm) { return pageOfSession(sessionOf(realm)) == page; },
+        [this, sessionId, frameId] { return documentFor(sessionId, frameId); });
 }
 
 void CdpShell::evaluateAnswered(const QString& realm, const QString& expression,
@@ -509,20 +426,15 @@ void CdpShell::onNetwork(const RemoteConnection::Event& event)
     const std::shared_ptr<ScriptWindow> page = pageOfSession(event.sessionId);
     if (!page)
         return;
-    Progress& progress = m_progress[page->windowId()];
     if (event.method == QLatin1String("Page.frameStartedLoading")) {
         if (event.params.value("frameId").toString() == page->windowId())
-            progress = Progress{};
-        return;
+            restartProgress(page->windowId());
+    } else if (event.method == QLatin1String("Network.requestWillBeSent")) {
+        requestSent(page);
+    } else if (event.method == QLatin1String("Network.loadingFinished") ||
+               event.method == QLatin1String("Network.loadingFailed")) {
+        requestEnded(page);
     }
-    if (event.method == QLatin1String("Network.requestWillBeSent"))
-        ++progress.requested;
-    else if (event.method == QLatin1String("Network.loadingFinished") ||
-             event.method == QLatin1String("Network.loadingFailed"))
-        ++progress.ended;
-    else
-        return;
-    page->progressChange(progress.ended, progress.requested);
 }
 
 void CdpShell::onBinding(const RemoteConnection::Event& event)

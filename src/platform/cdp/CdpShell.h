@@ -1,11 +1,8 @@
 #pragma once
 
-#include "RemoteConnection.h"
 #include "PageScriptHost.h"
-#include "ScriptDocuments.h"
-#include "ScriptWindow.h"
-#include "ShellWindowList.h"
-#include "Subscribers.h"
+#include "RemoteConnection.h"
+#include "ScriptWindowList.h"
 
 #include <QHash>
 #include <functional>
@@ -15,10 +12,10 @@ class CdpDialogGuard;
 class ScriptDocument;
 class ChromiumProcess;
 
-// The shell's window list over a Chromium-family browser: one window per page target, each
-// with a handle that is never reused; documents for every frame, out-of-process ones
-// included; the users' actions reported by the script Tolvane puts in every frame.
-class CdpShell : public ShellWindowList, public PageScriptHost, public ScriptWindowHost
+// The shell's window list over a Chromium-family browser: one window per page target;
+// documents for every frame, out-of-process ones included; the users' actions reported by the
+// script Tolvane puts in every frame.
+class CdpShell : public ScriptWindowList, public PageScriptHost
 {
 public:
     // Connects on first use (the start-up subscribes once the data folder is known).
@@ -26,14 +23,11 @@ public:
     explicit CdpShell(Connector connector);
     ~CdpShell() override;
 
-    QList<BrowserPtr> items() override;
-    void subscribe(const std::shared_ptr<ShellWindowEvents>& sink) override;
-    void unsubscribe(const ShellWindowEvents* sink) override;
     void AppActivate(const QString& title) override;
     // Opens a page in a new window of the followed browser, starting (or attaching to) it again
     // when it has gone. Throws AppError when it cannot.
     void OpenAddress(const QString& address);
-    bool isConnected() const;
+    bool isConnected() const override;
     ChromiumProcess* process() const { return m_browser.get(); }
 
     // The page script's realms are the contexts of Tolvane's world: session + "\n" + context id.
@@ -44,7 +38,6 @@ public:
     FramePtr frameOwner(const QString& realm, int index) override;
     Failure failureOf(const AppError& error) const override;
     QJsonObject call(const QString& sessionId, const QString& method, const QJsonObject& params = {});
-    bool isOpen(const QString& targetId) const override;
     QString pageUrl(const QString& targetId) const override;
     DocPtr pageDocument(const QString& targetId) override;
     void reload(const QString& targetId) override;
@@ -60,20 +53,14 @@ private:
         QString sessionId;
         QString parentSession;
         bool open = true;
-        std::shared_ptr<ScriptWindow> browser;
     };
 
-    void connect();
-    // Drops the browser that went and everything known of it, and connects anew.
-    void reconnect();
-    // Every window of the browser closed at once.
-    void onBrowserGone();
+    void openConnection() override;
+    void dropConnection() override;
     void onEvent(const RemoteConnection::Event& event);
     void onAttached(const RemoteConnection::Event& event);
     void onClosed(const QString& targetId);
     void onContextCreated(const RemoteConnection::Event& event);
-    // Tells the window of a load once what its fill reads first has been fetched: a page busy
-    // loading its frames answers late, and the bar does not wait for it meanwhile.
     void onLoaded(const QString& sessionId, const QString& frameId);
     void onBinding(const RemoteConnection::Event& event);
     void onNetwork(const RemoteConnection::Event& event);
@@ -91,20 +78,10 @@ private:
     // Declared before the browser: the connection's I/O thread uses it until the browser goes.
     std::unique_ptr<CdpDialogGuard> m_dialogs;
     std::unique_ptr<ChromiumProcess> m_browser;
-    QString m_connectFailure;
-    Subscribers<ShellWindowEvents> m_sinks;
     QHash<QString, Target> m_targets;          // by target id
-    QStringList m_pageOrder;                   // page target ids in the order they came
     QHash<QString, QString> m_sessionTargets;  // session id -> target id
     QHash<QString, int> m_contexts;            // session + "\n" + frame id -> context of our world
     QHash<QString, QString> m_contextFrames;   // session + "\n" + context id -> its frame id
     QHash<QString, QString> m_frameUrls;       // frame id -> address of its last navigation
     ScriptDocuments m_documents{*this};        // by session + "\n" + context id
-    struct Progress
-    {
-        int requested = 0;
-        int ended = 0;
-    };
-    QHash<QString, Progress> m_progress; // by page target id
-    qint64 m_nextHandle = 1;
 };

@@ -11,28 +11,28 @@ AppError closedWindow()
 
 qint64 ScriptWindow::HWND() const
 {
-    if (!m_host.isOpen(m_windowId))
+    if (!isOpen())
         throw closedWindow();
     return m_handle;
 }
 
 DocPtr ScriptWindow::document()
 {
-    if (!m_host.isOpen(m_windowId))
+    if (!isOpen())
         throw closedWindow();
     return m_host.pageDocument(m_windowId);
 }
 
 QString ScriptWindow::LocationURL() const
 {
-    if (!m_host.isOpen(m_windowId))
+    if (!isOpen())
         throw closedWindow();
     return m_host.pageUrl(m_windowId);
 }
 
 void ScriptWindow::Refresh()
 {
-    if (!m_host.isOpen(m_windowId))
+    if (!isOpen())
         throw closedWindow();
     m_host.reload(m_windowId);
 }

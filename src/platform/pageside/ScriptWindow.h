@@ -46,11 +46,16 @@ public:
     void documentComplete(const BrowserPtr& pDisp, const QString& url);
     void statusText(const QString& text);
     void progressChange(int progress, int progressMax);
+    // The window belonged to a browser that has gone: a new one may reuse its id.
+    void retire() { m_retired = true; }
 
 private:
+    bool isOpen() const { return !m_retired && m_host.isOpen(m_windowId); }
+
     ScriptWindowHost& m_host;
     QString m_windowId;
     qint64 m_handle;
+    bool m_retired = false;
     Subscribers<BrowserEvents> m_sinks;
     std::optional<std::pair<int, int>> m_progress; // the last progress and its maximum
 };

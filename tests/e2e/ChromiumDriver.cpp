@@ -66,6 +66,8 @@ public:
     {
         m_shell.call(page.windowId(), QStringLiteral("Input.insertText"), {{"text", text}});
     }
+    // Text committed at once, as a paste or an input method does.
+    void paste(const ScriptWindow& page, const QString& text) override { type(page, text); }
     void press(const ScriptWindow& page, Key key) override
     {
         const auto [name, code] = key == Key::Tab ? std::pair{"Tab", 9} : std::pair{"ArrowDown", 40};

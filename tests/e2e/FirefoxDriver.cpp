@@ -1,4 +1,5 @@
 // The test's hands in Firefox: WebDriver BiDi input actions and evaluations.
+#include "AppError.h"
 #include "BidiShell.h"
 #include "FirefoxProcess.h"
 #include "PageDriver.h"
@@ -53,12 +54,34 @@ public:
     }
     void type(const ScriptWindow& page, const QString& text) override
     {
-        QJsonArray steps;
-        for (const QString& character : graphemes(text)) {
-            steps.append(QJsonObject{{"type", "keyDown"}, {"value", character}});
-            steps.append(QJsonObject{{"type", "keyUp"}, {"value", character}});
+        // In calls of a few hundred keys: each must end within the call's time limit.
+        const QStringList characters = graphemes(text);
+        for (qsizetype start = 0; start < characters.size(); start += 500) {
+            QJsonArray steps;
+            for (const QString& character : characters.mid(start, 500)) {
+                steps.append(QJsonObject{{"type", "keyDown"}, {"value", character}});
+                steps.append(QJsonObject{{"type", "keyUp"}, {"value", character}});
+            }
+            perform(page, QJsonObject{{"type", "key"}, {"id", "keyboard"}, {"actions", steps}});
         }
-        perform(page, QJsonObject{{"type", "key"}, {"id", "keyboard"}, {"actions", steps}});
+    }
+    void paste(const ScriptWindow& page, const QString& text) override
+    {
+        // Onto the clipboard as a click would allow, then Ctrl+V into the focused field.
+        const QJsonObject written = m_shell.call(
+            QStringLiteral("script.evaluate"),
+            {{"expression", QStringLiteral("navigator.clipboard.writeText(%1).then(() => 'written')").arg(quoted(text))},
+             {"target", QJsonObject{{"context", page.windowId()}}},
+             {"awaitPromise", true},
+             {"userActivation", true}});
+        if (written.value("result").toObject().value("value").toString() != QLatin1String("written"))
+            throw AppError(ErrorNumber::BrowserCall, QStringLiteral("The clipboard was not written."));
+        const QString control = QStringLiteral("\uE009");
+        perform(page, QJsonObject{{"type", "key"}, {"id", "keyboard"},
+                                  {"actions", QJsonArray{QJsonObject{{"type", "keyDown"}, {"value", control}},
+                                                         QJsonObject{{"type", "keyDown"}, {"value", "v"}},
+                                                         QJsonObject{{"type", "keyUp"}, {"value", "v"}},
+                                                         QJsonObject{{"type", "keyUp"}, {"value", control}}}}});
     }
     void press(const ScriptWindow& page, Key key) override
     {
@@ -78,6 +101,10 @@ public:
     }
 
 private:
+    static QString quoted(const QString& text)
+    {
+        return QString::fromUtf8(QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
+    }
     static QStringList graphemes(const QString& text)
     {
         QStringList characters;

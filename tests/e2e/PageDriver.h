@@ -31,6 +31,8 @@ public:
     virtual QJsonValue evaluateInFrame(const ScriptWindow& page, int index, const QString& expression) = 0;
     virtual void mouse(const ScriptWindow& page, Mouse action, int x, int y) = 0;
     virtual void type(const ScriptWindow& page, const QString& text) = 0;
+    // Into the focused field as the user pastes it, for texts too long to type.
+    virtual void paste(const ScriptWindow& page, const QString& text) = 0;
     virtual void press(const ScriptWindow& page, Key key) = 0;
     virtual void closeTab(const ScriptWindow& page) = 0;
     virtual void acceptDialog(const ScriptWindow& page) = 0;

@@ -17,9 +17,12 @@ const QByteArray MovingFocus = R"(<html><body><form>
 };</script></body></html>)";
 
 // Every millisecond: script clicks, double clicks, value changes with their events, link hovers.
+// The link's clicks are the page's own, as a single-page app routes them (a page jumping to its
+// own anchor thousands of times a second hangs Firefox itself while BiDi follows it).
 const QByteArray Flood =
     R"(<html><body><form><input id=f name=f><input id=g name=g></form><a id=l href="#x">x</a>
-<script>setInterval(() => {
+<script>l.addEventListener('click', (e) => e.preventDefault());
+setInterval(() => {
   for (let i = 0; i < 200; i++) {
     l.click(); f.value = 'flood ' + i; f.dispatchEvent(new Event('input', {bubbles: true}));
     f.dispatchEvent(new Event('change', {bubbles: true}));
@@ -106,14 +109,14 @@ protected:
 
 TEST_P(TestHostilePages, AwkwardNamesAndValuesAreKeptWhereTheFilesCanHoldThem)
 {
-    skipOnFirefox("not yet: the long texts typed key by key outlast the call's time limit in Firefox");
     const QString site = server->url("/awkward.html");
     auto page = open(site);
     const QString longValue(100 * 1024, QLatin1Char('v'));
     typeInto(page, "crlf", "one");
     typeInto(page, "brackets", "x]y=z");
     typeInto(page, "unicode", QStringLiteral("Zoë € 名前"));
-    typeInto(page, "long", longValue);
+    click(page, "#long");
+    driver->paste(*page, longValue);
     typeInto(page, "nul", QStringLiteral("a%1b").arg(QChar(0)));
     typeInto(page, "notes", "line1\nline2 ]=[x]");
     tab(page);
@@ -165,7 +168,6 @@ TEST_P(TestHostilePages, APageScriptsValuesAndFocusMovesStayOutOfAnyIni)
 
 TEST_P(TestHostilePages, AFloodOfPageEventsLeavesTheBarResponsive)
 {
-    skipOnFirefox("not yet: Firefox delivers the flood's channel messages too slowly for the test's time limits");
     const QString site = server->url("/flood.html");
     auto page = open(site);
     waitFor([] { return false; }, 500);
@@ -198,7 +200,6 @@ TEST_P(TestHostilePages, AMutationStormIsFollowedWithoutFloodingTheBar)
 
 TEST_P(TestHostilePages, ThousandsOfShadowRootsAndFramesTwentyDeep)
 {
-    skipOnFirefox("not yet: twenty nested frames take up longer than the test waits in Firefox");
     form->valueStore().SetValue(server->url("/elsewhere"), "crowd", "everyone");
     form->valueStore().SetValue(server->url("/elsewhere"), "depth", "deep");
     auto crowd = open(server->url("/crowd.html"));

@@ -33,7 +33,8 @@ const QByteArray SinglePage = R"(<html><head><title>Sweeps</title></head><body><
 <button id=enter style="padding:30px">Enter now</button></main>
 <script>enter.addEventListener('click', () => {
   history.pushState({}, '', '/spa/entry');
-  app.innerHTML = '<h1>Entry</h1><input name=fname><input type=tel name=phone><input name=code>';
+  app.innerHTML = '<h1>Entry</h1><input name=fname><input type=tel name=phone><input name=code>' +
+    '<a id=rules href="#rules" style="padding:20px">Rules</a><p id=rules>Rules</p>';
 });</script></body></html>)";
 
 // Web components: an open shadow root with the fields, and a closed one.
@@ -53,11 +54,14 @@ customElements.define('sealed-entry', class extends HTMLElement { connectedCallb
 // Dialogs: one as the page completes, one while the user types.
 const QByteArray AlertOnLoad = R"(<html><head><title>Welcome</title></head><body><input name=fname>
 <script>document.addEventListener('readystatechange', () => {
-  if (document.readyState === 'complete') alert('Welcome to the contest!'); });</script></body></html>)";
+  if (document.readyState === 'complete') { dialogUp = true; alert('Welcome to the contest!'); dialogUp = false; } });
+</script></body></html>)";
 const QByteArray AlertWhileTyping = R"(<html><head><title>Check</title></head><body>
 <input name=fname><input name=email><script>let warned = false;
 document.querySelector('[name=email]').addEventListener('input', (e) => {
-  if (e.isTrusted && !warned) { warned = true; setTimeout(() => alert('Use your real e-mail'), 0); } });</script></body></html>)";
+  if (e.isTrusted && !warned) { warned = true;
+    setTimeout(() => { dialogUp = true; alert('Use your real e-mail'); dialogUp = false; }, 0); } });
+</script></body></html>)";
 
 // Hydration: the page's inputs are replaced, over and over, just as the fill runs.
 const QByteArray Hydrating = R"(<html><head><title>Hydrating</title></head><body><form id=f>
@@ -95,14 +99,14 @@ protected:
         return f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, QLatin1String(key))
             .value_or(QStringLiteral("<missing>"));
     }
-    // Whether the page's script can be reached (it cannot while the page shows a dialog).
-    bool answers(const std::shared_ptr<ScriptWindow>& page)
+    // Whether the page shows its dialog: DevTools cannot reach a page behind one, Firefox can,
+    // and the page says so.
+    bool showsDialog(const std::shared_ptr<ScriptWindow>& page)
     {
         try {
-            evaluate(page, "1");
-            return true;
+            return evaluate(page, "window.dialogUp === true").toBool();
         } catch (const AppError&) {
-            return false;
+            return true;
         }
     }
     void acceptDialog(const std::shared_ptr<ScriptWindow>& page)
@@ -207,6 +211,11 @@ TEST_P(TestTodaysPages, ARouteChangeOfASinglePageAppIsFilledUnderItsNewAddress)
     tab(page);
     const QString route = server->url("/spa/entry");
     EXPECT_TRUE(waitFor([&] { return siteValue(route, "code") == QLatin1String("WIN-42"); }));
+    EXPECT_EQ(page->LocationURL(), route);
+    // A jump within the page is where the window is now.
+    click(page, "a#rules");
+    EXPECT_TRUE(waitFor([&] { return page->LocationURL() == route + QStringLiteral("#rules"); }))
+        << page->LocationURL().toStdString();
     expectNoErrorBox();
 }
 
@@ -240,26 +249,30 @@ TEST_P(TestTodaysPages, FieldsInOpenShadowRootsAreRememberedAndFilled)
 
 TEST_P(TestTodaysPages, ADialogNeitherFreezesTheBarNorLosesTheFill)
 {
-    skipOnFirefox("Firefox runs Tolvane's script behind a page's dialog: there is no refused call to wait out");
     form->valueStore().SetValue(server->url("/elsewhere"), "fname", "Ann");
     auto page = openNoWait(server->url("/alert-load.html"));
-    ASSERT_TRUE(waitFor([&] { return !answers(page); }, 10000)) << "the page shows no dialog";
+    ASSERT_TRUE(waitFor([&] { return showsDialog(page); }, 10000)) << "the page shows no dialog";
     // The bar goes on while the dialog is up: its own events run, nothing is reported.
     waitFor([] { return false; }, 500);
     expectNoErrorBox();
     acceptDialog(page);
     EXPECT_TRUE(waitFor([&] { return fieldValue(page, "fname") == QLatin1String("Ann"); }));
 
-    // A dialog the page shows while the user types: what was typed is still remembered.
+    // A dialog the page shows while the user types: what was typed is still remembered (in
+    // Firefox the keys after the first go to the dialog, as they would for the user).
     const QString site = server->url("/alert-typing.html");
     auto typing = open(site);
     click(typing, "[name=email]");
     type(typing, "ann@example.org");
-    ASSERT_TRUE(waitFor([&] { return !answers(typing); }, 5000));
+    ASSERT_TRUE(waitFor([&] { return showsDialog(typing); }, 5000));
     acceptDialog(typing);
-    ASSERT_TRUE(waitFor([&] { return answers(typing); }));
+    ASSERT_TRUE(waitFor([&] { return !showsDialog(typing); }));
+    const QString typed = fieldValue(typing, "email");
+    EXPECT_TRUE(onFirefox() ? !typed.isEmpty() && QStringLiteral("ann@example.org").startsWith(typed)
+                            : typed == QLatin1String("ann@example.org"))
+        << typed.toStdString();
     click(typing, "[name=fname]");
-    EXPECT_TRUE(waitFor([&] { return siteValue(site, "email") == QLatin1String("ann@example.org"); }));
+    EXPECT_TRUE(waitFor([&] { return siteValue(site, "email") == typed; })) << siteValue(site, "email").toStdString();
     expectNoErrorBox();
 }
 

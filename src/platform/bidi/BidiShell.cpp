@@ -83,9 +83,14 @@ void BidiShell::openConnection()
     m_browser = m_connector();
     RemoteConnection& connection = m_browser->connection();
     connection.setEventHandler([this](const RemoteConnection::Event& event) { onEvent(event); });
+    // Not a jump within a page: a page jumping to its own anchor in a loop would flood the
+    // connection; the page script says where such a jump went.
     connection.call(QStringLiteral("session.subscribe"),
-                    {{"events", QJsonArray{"browsingContext", "script", "network.beforeRequestSent",
-                                           "network.responseCompleted", "network.fetchError"}}});
+                    {{"events", QJsonArray{"browsingContext.contextCreated", "browsingContext.contextDestroyed",
+                                           "browsingContext.navigationStarted", "browsingContext.navigationCommitted",
+                                           "browsingContext.historyUpdated", "browsingContext.load", "script",
+                                           "network.beforeRequestSent", "network.responseCompleted",
+                                           "network.fetchError"}}});
     connection.call(QStringLiteral("script.addPreloadScript"),
                     {{"functionDeclaration", pageScriptFunction()}, {"arguments", channelArgument()}, {"sandbox", Sandbox}});
     takeUpOpenContexts();
@@ -223,8 +228,7 @@ void BidiShell::onEvent(const RemoteConnection::Event& event)
             m_contexts[context].url = params.value("url").toString();
             m_contexts[context].scripted = false;
         }
-    } else if (method == QLatin1String("browsingContext.fragmentNavigated") ||
-               method == QLatin1String("browsingContext.historyUpdated")) {
+    } else if (method == QLatin1String("browsingContext.historyUpdated")) {
         if (m_contexts.contains(context))
             m_contexts[context].url = params.value("url").toString();
     } else if (method == QLatin1String("browsingContext.load")) {
@@ -303,8 +307,14 @@ void BidiShell::onMessage(const QJsonObject& params)
     const QString context = source.value("context").toString();
     const QString realm = source.value("realm").toString();
     const QString kind = payload.value("kind").toString();
-    if (m_contexts.value(context).realm == realm)
+    const bool current = m_contexts.value(context).realm == realm;
+    if (current)
         m_contexts[context].scripted = true;
+    if (kind == QLatin1String("address")) {
+        if (current)
+            m_contexts[context].url = payload.value("url").toString();
+        return;
+    }
     if (kind == QLatin1String("status")) {
         if (const auto page = pageOf(context))
             page->statusText(payload.value("text").toString());
@@ -313,7 +323,7 @@ void BidiShell::onMessage(const QJsonObject& params)
     if (kind == QLatin1String("attached")) {
         // The script came into a document that had already loaded when Tolvane came: it has no
         // load of its own to report, unless its frame has gone on to another document since.
-        if (m_contexts.value(context).realm == realm)
+        if (current)
             onLoaded(context, m_contexts.value(context).url);
         return;
     }

@@ -443,6 +443,8 @@ void CdpShell::onBinding(const RemoteConnection::Event& event)
         return;
     const QJsonObject payload = QJsonDocument::fromJson(event.params.value("payload").toString().toUtf8()).object();
     const QString kind = payload.value("kind").toString();
+    if (kind == QLatin1String("address"))
+        return; // the target's own info has it
     if (kind == QLatin1String("status")) {
         if (const auto page = pageOfSession(event.sessionId))
             page->statusText(payload.value("text").toString());

@@ -391,6 +391,10 @@ inline QString source(const QString& send)
     watch();
   }
   const status = (text) => { try { send(JSON.stringify({ seq: ++seq, kind: 'status', text })); } catch (e) {} };
+  // The address after a jump within the page, for browsers that are not asked about each jump.
+  addEventListener('hashchange', (e) => {
+    if (e.isTrusted) try { send(JSON.stringify({ seq: ++seq, kind: 'address', url: location.href })); } catch (x) {}
+  }, true);
   addEventListener('mouseover', (e) => { const a = e.isTrusted && link(e.target); if (a) status(a.href); }, true);
   addEventListener('mouseout', (e) => { if (e.isTrusted && link(e.target)) status(''); }, true);
 }))JS") + QStringLiteral("(%1);\n").arg(send);

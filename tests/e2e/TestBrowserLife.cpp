@@ -110,12 +110,12 @@ TEST_P(TestBrowserLife, AShortcutOpenedAfterTheBrowserDiedStartsItAgainAndItIsFo
 
 TEST_P(TestBrowserLife, ExitClosesTheBrowserCleanlyAndTheNextStartHasTheTabsBack)
 {
-    skipOnFirefox("not yet: Firefox closed over BiDi does not bring its tabs back at the next start");
     open(server->url("/a.html"));
     open(server->url("/b.html"));
     stopBar();
-    if (!onFirefox())
+    if (!onFirefox()) {
         EXPECT_EQ(exitType(), QStringLiteral("Normal")); // no "Restore pages?" at the next start
+    }
 
     startBar();
     EXPECT_TRUE(waitFor([&] {

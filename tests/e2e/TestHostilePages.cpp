@@ -43,7 +43,7 @@ customElements.define('x-field', class extends HTMLElement { connectedCallback()
   this.attachShadow({mode: 'open'}).innerHTML = '<span><input name=crowd></span>'; } });
 crowd.innerHTML = '<x-field></x-field>'.repeat(3000);</script></body></html>)";
 
-// Frames inside frames, twenty deep, each with a field.
+// Frames inside frames, twenty deep unless asked otherwise, each with a field.
 const QByteArray Nested = R"(<html><body><input name=depth><script>
 const depth = Number(new URLSearchParams(location.search).get('d') || 20);
 document.querySelector('input').id = 'd' + depth;
@@ -198,16 +198,18 @@ TEST_P(TestHostilePages, AMutationStormIsFollowedWithoutFloodingTheBar)
     expectNoErrorBox();
 }
 
-TEST_P(TestHostilePages, ThousandsOfShadowRootsAndFramesTwentyDeep)
+TEST_P(TestHostilePages, ThousandsOfShadowRootsAndFramesAsDeepAsTheBrowserNestsThem)
 {
     form->valueStore().SetValue(server->url("/elsewhere"), "crowd", "everyone");
     form->valueStore().SetValue(server->url("/elsewhere"), "depth", "deep");
     auto crowd = open(server->url("/crowd.html"));
     EXPECT_EQ(evaluate(crowd, "[...document.querySelectorAll('x-field')].filter((x) => "
                               "x.shadowRoot.querySelector('input').value === 'everyone').length").toInt(), 3000);
-    auto nested = open(server->url("/nested.html"));
+    // Firefox loads no frame more than nine below the page.
+    const int depth = onFirefox() ? 9 : 20;
+    auto nested = open(server->url(QStringLiteral("/nested.html?d=%1").arg(depth)));
     QString deepest = QStringLiteral("document");
-    for (int depth = 20; depth > 0; --depth)
+    for (int level = depth; level > 0; --level)
         deepest += QStringLiteral(".querySelector('iframe').contentDocument");
     EXPECT_TRUE(waitFor([&] { return evaluate(nested, deepest + ".getElementById('d0').value") == QLatin1String("deep"); }, 10000));
     typeInto(crowd, "first", "still here");

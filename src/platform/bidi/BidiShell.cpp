@@ -93,6 +93,8 @@ void BidiShell::openConnection()
                                            "network.fetchError"}}});
     connection.call(QStringLiteral("script.addPreloadScript"),
                     {{"functionDeclaration", pageScriptFunction()}, {"arguments", channelArgument()}, {"sandbox", Sandbox}});
+    // Opened with the page script in place, so that they are followed from their first document.
+    m_browser->reopenTabsOfLastClose();
     takeUpOpenContexts();
 }
 

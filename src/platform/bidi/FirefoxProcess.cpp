@@ -8,6 +8,7 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -29,6 +30,18 @@ user_pref("toolkit.telemetry.reportingpolicy.firstRun", false);
 user_pref("browser.startup.page", 3);
 user_pref("browser.newtab.preload", false);
 )";
+
+// Where a closing keeps the addresses of the tabs, in the browser's profile.
+QString keptTabsPath(const QString& profileFolder)
+{
+    return profileFolder + QStringLiteral("/Tabs At Close.json");
+}
+
+// Pages worth opening again: not the browser's own empty and start pages.
+bool isWorthReopening(const QString& url)
+{
+    return !url.isEmpty() && !url.startsWith(QLatin1String("about:"));
+}
 } // namespace
 
 FirefoxProcess::~FirefoxProcess()
@@ -54,6 +67,7 @@ std::unique_ptr<FirefoxProcess> FirefoxProcess::start(const QString& executable,
 {
     prepareProfile(profileFolder);
     std::unique_ptr<FirefoxProcess> browser(new FirefoxProcess);
+    browser->m_profileFolder = profileFolder;
     browser->m_process = std::make_unique<QProcess>();
     // The browser's own diagnostics are of no use to the user.
     browser->m_process->setStandardOutputFile(QProcess::nullDevice());
@@ -109,8 +123,80 @@ void FirefoxProcess::connect(const QString& endpoint)
     }
 }
 
+void FirefoxProcess::keepTabsForNextStart()
+{
+    QJsonArray windows; // each a list of its tabs' addresses
+    QStringList windowIds;
+    try {
+        const QJsonArray tabs =
+            m_connection->call(QStringLiteral("browsingContext.getTree"), {{"maxDepth", 0}}).value("contexts").toArray();
+        for (const QJsonValue& tab : tabs) {
+            const QString url = tab.toObject().value("url").toString();
+            if (!isWorthReopening(url))
+                continue;
+            const QString window = tab.toObject().value("clientWindow").toString();
+            if (!windowIds.contains(window)) {
+                windowIds.append(window);
+                windows.append(QJsonArray{});
+            }
+            const qsizetype at = windowIds.indexOf(window);
+            QJsonArray urls = windows.at(at).toArray();
+            urls.append(url);
+            windows.replace(at, urls);
+        }
+    } catch (const AppError&) {
+        return; // a browser that does not answer has nothing to keep
+    }
+    QSaveFile file(keptTabsPath(m_profileFolder));
+    if (!windows.isEmpty() && file.open(QIODevice::WriteOnly)) {
+        file.write(QJsonDocument(windows).toJson());
+        file.commit();
+    }
+}
+
+void FirefoxProcess::reopenTabsOfLastClose()
+{
+    if (m_profileFolder.isEmpty())
+        return;
+    QFile file(keptTabsPath(m_profileFolder));
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    const QJsonArray windows = QJsonDocument::fromJson(file.readAll()).array();
+    file.remove();
+    try {
+        const QJsonArray startPages =
+            m_connection->call(QStringLiteral("browsingContext.getTree"), {{"maxDepth", 0}}).value("contexts").toArray();
+        bool reopened = false;
+        for (const QJsonValue& window : windows) {
+            QString first;
+            for (const QJsonValue& url : window.toArray()) {
+                if (!isWorthReopening(url.toString()))
+                    continue;
+                QJsonObject where{{"type", first.isEmpty() ? "window" : "tab"}};
+                if (!first.isEmpty())
+                    where.insert(QStringLiteral("referenceContext"), first);
+                const QString tab =
+                    m_connection->call(QStringLiteral("browsingContext.create"), where).value("context").toString();
+                m_connection->call(QStringLiteral("browsingContext.navigate"),
+                                   {{"context", tab}, {"url", url.toString()}, {"wait", "none"}});
+                first = first.isEmpty() ? tab : first;
+                reopened = true;
+            }
+        }
+        // The start page the browser opened gives way to the tabs that were there.
+        for (const QJsonValue& tab : startPages) {
+            if (reopened && !isWorthReopening(tab.toObject().value("url").toString()))
+                m_connection->send(QStringLiteral("browsingContext.close"), {{"context", tab.toObject().value("context")}});
+        }
+    } catch (const AppError&) {
+        // What could not be opened again is not kept: the browser is the user's from here.
+    }
+}
+
 void FirefoxProcess::close()
 {
+    if (m_process && m_process->state() != QProcess::NotRunning && m_connection && !m_connection->isClosed())
+        keepTabsForNextStart();
     BrowserEnd::quit(m_process.get(), m_connection, QStringLiteral("browser.close"));
 }
 

@@ -22,9 +22,13 @@ public:
     static std::unique_ptr<FirefoxProcess> attach(const QString& endpoint);
 
     RemoteConnection& connection() { return *m_connection; }
-    // Closes a browser this object started as its own Quit does (its session kept for the next
-    // start); an attached one is left running. Also done on destruction.
+    // Closes a browser this object started; an attached one is left running. Also done on
+    // destruction. Firefox closed over BiDi forgets its tabs: their addresses are kept, by window,
+    // in the profile for the next start.
     void close();
+    // Opens again the tabs kept when this profile's browser was last closed, each window as it was.
+    // Once: the addresses are dropped as they are taken up.
+    void reopenTabsOfLastClose();
     // Ends a browser this object started at once, as a crash would.
     void kill();
     qint64 processId() const;
@@ -36,7 +40,9 @@ public:
 private:
     FirefoxProcess() = default;
     void connect(const QString& endpoint);
+    void keepTabsForNextStart();
 
+    QString m_profileFolder; // of a browser this object started
     std::unique_ptr<QProcess> m_process;
     std::unique_ptr<RemoteConnection> m_connection;
 };

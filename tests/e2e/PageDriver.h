@@ -7,6 +7,7 @@
 
 #include <QJsonValue>
 #include <memory>
+#include <ostream>
 
 class PageDriver
 {
@@ -40,4 +41,8 @@ public:
 
 // A driver for that browser with its own profile folder, or nullptr when it is not installed.
 enum class TestBrowser { Chromium, Firefox };
+inline void PrintTo(TestBrowser browser, std::ostream* out)
+{
+    *out << (browser == TestBrowser::Chromium ? "Chromium" : "Firefox");
+}
 std::unique_ptr<PageDriver> makeDriver(TestBrowser browser, const QString& profileFolder);

@@ -68,6 +68,9 @@ TEST(BrowserLocator, ReadsNameAndVersionFromVersionOutput)
         {"Google Chrome 120.1.6099.71 \n", "Google Chrome", 120, 1},
         {"Microsoft Edge 119.0.2151.97", "Microsoft Edge", 119, 0},
         {"Brave Browser 1.60.118 Chromium: 119.0.6045.199", "Brave Browser", 1, 60},
+        {"Mozilla Firefox 153.0esr\n", "Mozilla Firefox", 153, 0},
+        {"Mozilla Firefox 157.0.2", "Mozilla Firefox", 157, 0},
+        {"Mozilla Firefox 158.0b3", "Mozilla Firefox", 158, 0},
         {"", nullptr, 0, 0},
         {"segmentation fault", nullptr, 0, 0},
     };
@@ -99,6 +102,52 @@ TEST(BrowserLocator, RunsTheBrowserNamedByTheEnvironment)
     DesktopShell missing;
     EXPECT_THROW(missing.DllGetVersion(), AppError);
     qunsetenv("TOLVANE_BROWSER");
+}
+
+// Without TOLVANE_BROWSER: the user's default web browser when Tolvane can follow it, else the
+// first followable one on PATH.
+TEST(BrowserLocator, PrefersTheDefaultBrowserWhenItCanBeFollowed)
+{
+    Desktop desktop;
+    const QByteArray savedPath = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(desktop.path(QStringLiteral("bin"))));
+    const QString chromium = desktop.path(QStringLiteral("bin/chromium"));
+    const QString firefox = desktop.path(QStringLiteral("opt/firefox-esr"));
+    const QString other = desktop.path(QStringLiteral("opt/netsurf"));
+    for (const QString& program : {chromium, firefox, other})
+        writeFile(program, "#!/bin/sh\necho 'Mozilla Firefox 153.0esr'\n", true);
+    writeFile(desktop.path(QStringLiteral("share/applications/firefox-esr.desktop")),
+              "[Desktop Entry]\nExec=" + QFile::encodeName(firefox) + " %u\n");
+    writeFile(desktop.path(QStringLiteral("share/applications/netsurf.desktop")),
+              "[Desktop Entry]\nExec=" + QFile::encodeName(other) + " %u\n");
+    struct Case
+    {
+        const char* defaultEntry; // nullptr: no default browser set
+        QString chosen;
+    } cases[] = {
+        {nullptr, chromium},
+        {"firefox-esr.desktop", firefox},
+        {"netsurf.desktop", chromium}, // not one Tolvane can follow
+        {"gone.desktop", chromium},
+    };
+    for (const Case& c : cases) {
+        const QString list = desktop.path(QStringLiteral("config/mimeapps.list"));
+        QFile::remove(list);
+        if (c.defaultEntry)
+            writeFile(list, QByteArray("[Default Applications]\nx-scheme-handler/http=") + c.defaultEntry + "\n");
+        EXPECT_EQ(BrowserLocator::executable(), c.chosen) << (c.defaultEntry ? c.defaultEntry : "no default");
+    }
+
+    // Firefox's identity for the start-up checks.
+    writeFile(desktop.path(QStringLiteral("config/mimeapps.list")),
+              "[Default Applications]\nx-scheme-handler/http=firefox-esr.desktop\n");
+    DesktopShell shell;
+    const BrowserIdentity identity = shell.browserIdentity();
+    EXPECT_EQ(identity.productName, QStringLiteral("Mozilla Firefox"));
+    EXPECT_EQ(identity.shortName, QStringLiteral("Firefox"));
+    EXPECT_EQ(identity.executableToken, QStringLiteral("firefox-esr"));
+    EXPECT_EQ(shell.DllGetVersion().major, 153);
+    qputenv("PATH", savedPath);
 }
 
 TEST(DefaultApplication, FollowsMimeappsListToTheDesktopEntrysProgram)

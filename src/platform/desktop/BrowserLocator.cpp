@@ -1,5 +1,7 @@
 #include "BrowserLocator.h"
 
+#include "DefaultApplication.h"
+
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
@@ -7,7 +9,22 @@
 
 namespace {
 constexpr int VersionTimeoutMs = 10000;
+
+// The browsers Tolvane can follow, by the names of their programs, in the order they are looked for.
+const char* const Followable[] = {"chromium", "chromium-browser", "google-chrome", "microsoft-edge",
+                                  "brave-browser", "firefox-esr", "firefox"};
+
+// Whether a program is one of them ("google-chrome-stable" is Chrome's).
+bool isFollowable(const QString& program)
+{
+    const QString name = QFileInfo(program).fileName();
+    for (const char* known : Followable) {
+        if (name.startsWith(QLatin1String(known)))
+            return true;
+    }
+    return false;
 }
+} // namespace
 
 QString BrowserLocator::executable()
 {
@@ -16,8 +33,10 @@ QString BrowserLocator::executable()
         const QString found = QStandardPaths::findExecutable(chosen);
         return found.isEmpty() ? chosen : found;
     }
-    for (const char* name :
-         {"chromium", "chromium-browser", "google-chrome", "microsoft-edge", "brave-browser", "firefox-esr", "firefox"}) {
+    const QString preferred = DefaultApplication::forMimeType(QStringLiteral("x-scheme-handler/http"));
+    if (isFollowable(preferred) && QFileInfo(preferred).isExecutable())
+        return preferred;
+    for (const char* name : Followable) {
         const QString found = QStandardPaths::findExecutable(QString::fromLatin1(name));
         if (!found.isEmpty())
             return found;
@@ -40,7 +59,7 @@ std::optional<BrowserLocator::VersionInfo>
 BrowserLocator::parseVersionOutput(const QString& output)
 {
     static const QRegularExpression pattern(
-        QStringLiteral(R"(^\s*(.*?)\s+(\d+)\.(\d+)(?:\.\d+)*(?:\s|$))"));
+        QStringLiteral(R"(^\s*(.*?)\s+(\d+)\.(\d+)(?:\.\d+)*(?:[a-z]+\d*)?(?:\s|$))"));
     const auto match = pattern.match(output);
     if (!match.hasMatch())
         return std::nullopt;

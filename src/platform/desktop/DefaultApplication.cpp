@@ -52,9 +52,13 @@ QString DefaultApplication::forFile(const QString& file)
 {
     // Web pages are named directly: the MIME database may be missing from a minimal system.
     const QString suffix = QFileInfo(file).suffix().toLower();
-    const QString mimeType = (suffix == QLatin1String("html") || suffix == QLatin1String("htm"))
-                                 ? QStringLiteral("text/html")
-                                 : QMimeDatabase().mimeTypeForFile(file).name();
+    return forMimeType((suffix == QLatin1String("html") || suffix == QLatin1String("htm"))
+                           ? QStringLiteral("text/html")
+                           : QMimeDatabase().mimeTypeForFile(file).name());
+}
+
+QString DefaultApplication::forMimeType(const QString& mimeType)
+{
     for (const QString& list : associationFiles()) {
         const IniDocument associations(readText(list));
         const QString ids =

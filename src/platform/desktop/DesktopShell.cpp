@@ -24,6 +24,8 @@
 namespace {
 // The oldest browser whose DevTools protocol offers what the adapter uses.
 const QString MinimumChromiumVersion = QStringLiteral("100.0");
+// The oldest Firefox the BiDi adapter was tried with: older ones lack events it follows.
+const QString MinimumFirefoxVersion = QStringLiteral("153.0");
 
 // The single-instance lock lives where only this user can write: the user's runtime folder
 // (XDG_RUNTIME_DIR), else a folder of the temporary folder named after the user's id. In a shared
@@ -86,18 +88,23 @@ bool DesktopShell::IsAnotherInstanceRunning()
 
 BrowserIdentity DesktopShell::browserIdentity()
 {
+    const QString token = BrowserLocator::executableToken(m_browser);
+    if (BrowserLocator::isFirefox(m_browser)) {
+        const auto version = browserVersion();
+        return {version ? version->productName : QStringLiteral("Mozilla Firefox"), QStringLiteral("Firefox"), token,
+                MinimumFirefoxVersion};
+    }
     QString name = QStringLiteral("Chromium");
     if (const auto version = browserVersion())
         name = version->productName;
-    return {name, name, BrowserLocator::executableToken(m_browser), MinimumChromiumVersion};
+    return {name, name, token, MinimumChromiumVersion};
 }
 
 DllVersion DesktopShell::DllGetVersion()
 {
     const auto version = browserVersion();
     if (!version)
-        throw AppError(ErrorNumber::FileNotFound,
-                       QStringLiteral("No Chromium-family browser could be run."));
+        throw AppError(ErrorNumber::FileNotFound, QStringLiteral("No web browser Tolvane can follow could be run."));
     return {version->major, version->minor};
 }
 

@@ -1,53 +1,44 @@
 #pragma once
 
-// The whole bar following a headless Chromium that it starts itself, the dialogs and desktop
-// answered by test doubles, the data files real: what the browser benchmarks measure.
+// The whole bar following a headless browser that it starts itself (Chromium or Firefox, through
+// the end-to-end tests' drivers), the dialogs and desktop answered by test doubles, the data files
+// real: what the browser benchmarks measure.
 #include "BenchSupport.h"
-#include "ScriptWindow.h"
-#include "CdpShell.h"
-#include "ChromiumProcess.h"
 #include "Fakes.h"
 #include "IniFileStore.h"
+#include "PageDriver.h"
 #include "QtMessagePump.h"
+#include "ScriptWindow.h"
 #include "frmMain.h"
 
 #include <QJsonArray>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <cstdio>
-
-namespace bench {
-// Debian's Chromium, or empty (and said) when it is not installed.
-inline QString chromium()
-{
-    const QString found = QStandardPaths::findExecutable(QStringLiteral("chromium"));
-    if (found.isEmpty())
-        std::printf("chromium is not installed\n");
-    return found;
-}
-} // namespace bench
 
 class BenchBar
 {
 public:
-    explicit BenchBar(const QString& chromium)
-        : m_shell([this, chromium] {
-              return ChromiumProcess::start(chromium, m_profile.path(),
-                                            {QStringLiteral("--headless"), QStringLiteral("--disable-gpu"),
-                                             QStringLiteral("--disable-dev-shm-usage")});
-          })
+    explicit BenchBar(TestBrowser browser) : m_driver(makeDriver(browser, m_profile.path()))
     {
+        if (!m_driver) {
+            std::printf("%s is not installed\n", browser == TestBrowser::Chromium ? "chromium" : "firefox-esr");
+            return;
+        }
         m_desktop.appDataFolder = m_dir.path();
         m_desktop.tempFolder = m_dir.path();
         m_desktop.programFolder = m_dir.path();
-        m_form = std::make_unique<frmMain>(frmMain::Services{m_desktop, m_settings, m_boxes, m_clock, m_ini, m_shell,
-                                                             m_pump, m_metrics, m_editor, m_profilesEditor, m_docking});
+        m_form = std::make_unique<frmMain>(frmMain::Services{m_desktop, m_settings, m_boxes, m_clock, m_ini,
+                                                             m_driver->shell(), m_pump, m_metrics, m_editor,
+                                                             m_profilesEditor, m_docking});
         m_form->Form_Load();
         m_form->window.setVisible(true);
     }
 
+    // Whether the browser is there to measure.
+    bool ready() const { return m_form != nullptr; }
     frmMain& form() { return *m_form; }
-    CdpShell& shell() { return m_shell; }
+    ShellWindowList& shell() { return m_driver->shell(); }
+    PageDriver& driver() { return *m_driver; }
     FakeClock& clock() { return m_clock; }
     bool errorShown() const { return !m_boxes.shown.empty(); }
     QString firstError() const { return m_boxes.shown.empty() ? QString() : m_boxes.shown.front().text; }
@@ -55,10 +46,10 @@ public:
     // Opens the page in a new window; waits until it is complete and then for the bar's fill.
     std::shared_ptr<ScriptWindow> open(const QString& url)
     {
-        m_shell.OpenAddress(url);
+        m_driver->openAddress(url);
         std::shared_ptr<ScriptWindow> page;
         pumpUntil([&] {
-            for (const BrowserPtr& window : m_shell.items()) {
+            for (const BrowserPtr& window : shell().items()) {
                 if (window->LocationURL() == url)
                     page = std::static_pointer_cast<ScriptWindow>(window);
             }
@@ -71,13 +62,7 @@ public:
     // In the page's own world, as the page's script would.
     QJsonValue evaluate(const std::shared_ptr<ScriptWindow>& page, const QString& expression)
     {
-        return m_shell.call(page->windowId(), QStringLiteral("Runtime.evaluate"),
-                            {{"expression", expression}, {"returnByValue", true}})
-            .value("result").toObject().value("value");
-    }
-    void input(const std::shared_ptr<ScriptWindow>& page, const QString& method, const QJsonObject& params)
-    {
-        m_shell.call(page->windowId(), method, params);
+        return m_driver->evaluate(*page, expression);
     }
     void click(const std::shared_ptr<ScriptWindow>& page, const QString& selector)
     {
@@ -85,9 +70,7 @@ public:
                                                              "e.scrollIntoView(); const r = e.getBoundingClientRect(); "
                                                              "return [r.x + r.width / 2, r.y + r.height / 2]; })()")
                                                   .arg(selector)).toArray();
-        for (const char* type : {"mousePressed", "mouseReleased"})
-            input(page, QStringLiteral("Input.dispatchMouseEvent"),
-                  {{"type", type}, {"x", box[0]}, {"y", box[1]}, {"button", "left"}, {"clickCount", 1}});
+        m_driver->mouse(*page, PageDriver::Mouse::Click, box[0].toInt(), box[1].toInt());
     }
 
 private:
@@ -103,6 +86,6 @@ private:
     FakeEditorDisplay m_editor;
     FakeProfilesDisplay m_profilesEditor;
     FakeDocking m_docking;
-    CdpShell m_shell;
+    std::unique_ptr<PageDriver> m_driver;
     std::unique_ptr<frmMain> m_form;
 };

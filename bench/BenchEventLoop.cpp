@@ -48,7 +48,7 @@ void idle(int ms)
 std::shared_ptr<ScriptWindow> openAndIdle(BenchBar& bar, const QString& url, int ms)
 {
     const int before = bar.shell().items().size();
-    bar.shell().OpenAddress(url);
+    bar.driver().openAddress(url);
     pumpUntil([&] { return bar.shell().items().size() > before; }, 10000);
     idle(ms);
     return std::static_pointer_cast<ScriptWindow>(bar.shell().items().last());
@@ -127,12 +127,11 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    const QString chromium = bench::chromium();
-    if (chromium.isEmpty())
-        return 1;
     HttpServer server({{"/big.html", tenFrames()}, {"/frame.html", frameOf200()},
                        {"/dialog.html", DialogPage}, {"/grow.html", GrowingPage}, {"/labels.html", HeavyLabelPage}});
-    BenchBar bar(chromium);
+    BenchBar bar(TestBrowser::Chromium);
+    if (!bar.ready())
+        return 1;
     remember(bar.form(), server.url("/elsewhere"));
     idle(1000); // the browser's start-up is not the page's doing
 
@@ -146,7 +145,7 @@ int main(int argc, char** argv)
         bar.form().IEHolder_NewDoc(1, page->document());
         const double refillMs = static_cast<double>(refill.nsecsElapsed()) / 1e6;
         idle(500);
-        bar.shell().call(page->windowId(), QStringLiteral("Page.handleJavaScriptDialog"), {{"accept", true}});
+        bar.driver().acceptDialog(*page);
         idle(1000);
         const double blocked = watch.stop();
         const bool filled = bar.evaluate(page, "document.querySelector('input').value") == QLatin1String("value 0");

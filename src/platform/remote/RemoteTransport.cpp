@@ -8,6 +8,9 @@
 #include <QWebSocket>
 #include <cerrno>
 #include <csignal>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 PipeTransport::PipeTransport(int readFd, int writeFd)
@@ -78,9 +81,22 @@ WebSocketTransport::WebSocketTransport(const QString& url) : m_socket(new QWebSo
     wait.exec();
     if (m_socket->state() != QAbstractSocket::ConnectedState)
         throw AppError(ErrorNumber::BrowserCall,
-                       QStringLiteral("Cannot reach the browser's DevTools at %1: %2").arg(url, m_socket->errorString()));
+                       QStringLiteral("Cannot reach the browser at %1: %2").arg(url, m_socket->errorString()));
     connect(m_socket, &QWebSocket::disconnected, this,
-            [this] { Q_EMIT closed(QStringLiteral("The browser closed its DevTools connection.")); });
+            [this] { Q_EMIT closed(QStringLiteral("The browser closed its connection.")); });
+#ifdef TCP_QUICKACK
+    // Every answer is acknowledged at once: a browser that holds a small message back until its
+    // last one is acknowledged (Nagle) would otherwise wait out the 40 ms delayed acknowledgement
+    // whenever two answers or events follow each other.
+    if (auto* tcp = m_socket->findChild<QAbstractSocket*>()) {
+        const auto quickAck = [tcp] {
+            int on = 1;
+            ::setsockopt(static_cast<int>(tcp->socketDescriptor()), IPPROTO_TCP, TCP_QUICKACK, &on, sizeof on);
+        };
+        quickAck();
+        connect(tcp, &QIODevice::readyRead, this, quickAck);
+    }
+#endif
 }
 
 void WebSocketTransport::send(const QByteArray& message)

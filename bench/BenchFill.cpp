@@ -1,7 +1,8 @@
-// In headless Chromium, through the real browser adapter, on bench/pages/form100.html (40 text
-// fields, 20 radio buttons, 20 check boxes, 10 lists, 10 text areas): the median of Tolvane's
-// fill, of the one script evaluation that sets every field (the limit), and of capture latency
-// from a user's typing and from a user's focus move to the entry being on disk.
+// In headless Chromium and headless Firefox, each through its real browser adapter, on
+// bench/pages/form100.html (40 text fields, 20 radio buttons, 20 check boxes, 10 lists, 10 text
+// areas): the median of Tolvane's fill, of the one script evaluation that sets every field (the
+// limit), and of capture latency from a user's typing and from a user's focus move to the entry
+// being on disk.
 #include "BenchBar.h"
 #include "HttpServer.h"
 
@@ -32,8 +33,9 @@ bool fileHas(const QString& path, const QByteArray& line)
 class Bench
 {
 public:
-    Bench(const QString& chromium, const QString& url) : m_bar(chromium), m_url(url) {}
+    Bench(TestBrowser browser, const QString& url) : m_bar(browser), m_url(url) {}
 
+    bool ready() const { return m_bar.ready(); }
     frmMain& form() { return m_bar.form(); }
     bool errorShown() const { return m_bar.errorShown(); }
     std::shared_ptr<ScriptWindow> open() { return m_bar.open(m_url); }
@@ -60,9 +62,9 @@ public:
     {
         const QString any = m_bar.form().valueStore().anyFile();
         // The page notes when its own events happened, on the wall clock.
-        m_bar.evaluate(page, QStringLiteral("window.benchEvents = {}; for (const kind of ['input', 'change']) "
+        m_bar.evaluate(page, QStringLiteral("(() => { window.benchEvents = {}; for (const kind of ['input', 'change']) "
                                       "addEventListener(kind, (e) => { benchEvents[kind] = performance.timeOrigin + "
-                                      "e.timeStamp; }, true)"));
+                                      "e.timeStamp; }, true); })()"));
         std::vector<double> typed[2];
         std::vector<double> moved[2];
         const auto timed = [&](const QByteArray& entry, const char* event, std::vector<double>* into,
@@ -83,15 +85,9 @@ public:
             m_bar.click(page, QStringLiteral("[name=%1]").arg(field));
             pumpUntil([] { return false; }, 150);
             m_bar.evaluate(page, QStringLiteral("document.querySelector('[name=%1]').select()").arg(field));
-            timed(entry, "input", typed, [&] {
-                m_bar.input(page, QStringLiteral("Input.insertText"), {{"text", QStringLiteral("typed %1").arg(run)}});
-            });
+            timed(entry, "input", typed, [&] { m_bar.driver().type(*page, QStringLiteral("typed %1").arg(run)); });
             pumpUntil([] { return false; }, 100);
-            timed(entry, "change", moved, [&] {
-                for (const char* type : {"keyDown", "keyUp"})
-                    m_bar.input(page, QStringLiteral("Input.dispatchKeyEvent"),
-                          {{"type", type}, {"key", "Tab"}, {"code", "Tab"}, {"windowsVirtualKeyCode", 9}});
-            });
+            timed(entry, "change", moved, [&] { m_bar.driver().press(*page, PageDriver::Key::Tab); });
             pumpUntil([] { return false; }, 100);
         }
         return {{bench::median(typed[0]), bench::median(typed[1])}, {bench::median(moved[0]), bench::median(moved[1])}};
@@ -101,38 +97,47 @@ private:
     BenchBar m_bar;
     QString m_url;
 };
+
+
+// Prints one browser's figures; false when they could not all be taken.
+bool measure(TestBrowser browser, const char* name, HttpServer& server)
+{
+    Bench bench(browser, server.url("/form100.html"));
+    if (!bench.ready())
+        return false;
+    bench::rememberHundredFields(bench.form().valueStore(), server.url("/form100.html"));
+    const auto page = bench.open();
+    if (!page) {
+        std::printf("%s: the page did not load\n", name);
+        return false;
+    }
+    const DocPtr document = page->document();
+    const double tolvane = bench.tolvaneFill(document);
+    const bool filled = bench.evaluate(page, QStringLiteral("document.forms[0].s9.value")) == QLatin1String("y");
+    std::printf("%s: fill of the 100-field form, Tolvane: median %.1f ms over %d fills (%s)\n", name, tolvane, Runs,
+                filled ? "filled" : "NOT filled");
+
+    const QString everyField = QString::fromUtf8(bench::page("fill-all.js"));
+    const double limit = bench::medianMs(Runs, [&] { bench.evaluate(page, everyField); });
+    std::printf("%s: fill of the 100-field form, one script evaluation (the limit): median %.2f ms over %d runs\n",
+                name, limit, Runs);
+    std::printf("%s: Tolvane's fill is %.1f times the limit\n", name, tolvane / limit);
+
+    const auto [typed, moved] = bench.captureLatency(page);
+    std::printf("%s: capture latency, typing to entry on disk: median %.1f ms from the page's input event, "
+                "%.1f ms from sending the text, over %d entries\n", name, typed.fromEvent, typed.fromCall, Runs);
+    std::printf("%s: capture latency, focus move (Tab) to entry on disk: median %.1f ms from the page's change "
+                "event, %.1f ms from sending the key, over %d entries\n", name, moved.fromEvent, moved.fromCall, Runs);
+    return filled && !bench.errorShown();
+}
 } // namespace
 
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    const QString chromium = bench::chromium();
-    if (chromium.isEmpty())
-        return 1;
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
     HttpServer server({{"/form100.html", bench::page("form100.html")}});
-    Bench bench(chromium, server.url("/form100.html"));
-    bench::rememberHundredFields(bench.form().valueStore(), server.url("/form100.html"));
-    const auto page = bench.open();
-    if (!page) {
-        std::printf("the page did not load\n");
-        return 1;
-    }
-    const DocPtr document = page->document();
-    const double tolvane = bench.tolvaneFill(document);
-    const bool filled = bench.evaluate(page, QStringLiteral("document.forms[0].s9.value")) == QLatin1String("y");
-    std::printf("fill of the 100-field form, Tolvane: median %.1f ms over %d fills (%s)\n", tolvane, Runs,
-                filled ? "filled" : "NOT filled");
-
-    const QString everyField = QString::fromUtf8(bench::page("fill-all.js"));
-    const double limit = bench::medianMs(Runs, [&] { bench.evaluate(page, everyField); });
-    std::printf("fill of the 100-field form, one script evaluation (the limit): median %.2f ms over %d runs\n", limit,
-                Runs);
-    std::printf("Tolvane's fill is %.1f times the limit\n", tolvane / limit);
-
-    const auto [typed, moved] = bench.captureLatency(page);
-    std::printf("capture latency, typing to entry on disk: median %.1f ms from the page's input event, "
-                "%.1f ms from sending the keystroke, over %d entries\n", typed.fromEvent, typed.fromCall, Runs);
-    std::printf("capture latency, focus move (Tab) to entry on disk: median %.1f ms from the page's change event, "
-                "%.1f ms from sending the key, over %d entries\n", moved.fromEvent, moved.fromCall, Runs);
-    return filled && !bench.errorShown() ? 0 : 1;
+    const bool chromium = measure(TestBrowser::Chromium, "Chromium", server);
+    const bool firefox = measure(TestBrowser::Firefox, "Firefox", server);
+    return chromium && firefox ? 0 : 1;
 }

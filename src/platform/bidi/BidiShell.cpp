@@ -70,8 +70,6 @@ void throwIfException(const QJsonObject& result)
 }
 } // namespace
 
-BidiShell::BidiShell(Connector connector) : m_connector(std::move(connector)) {}
-
 BidiShell::~BidiShell()
 {
     if (m_browser)
@@ -140,17 +138,6 @@ void BidiShell::addContext(const QJsonObject& info)
     context.open = true;
     if (context.parent.isEmpty())
         addWindow(id);
-}
-
-bool BidiShell::isConnected() const
-{
-    return m_browser && !m_browser->connection().isClosed();
-}
-
-RemoteConnection& BidiShell::bidi()
-{
-    requireConnection();
-    return m_browser->connection();
 }
 
 QJsonObject BidiShell::call(const QString& method, const QJsonObject& params)

@@ -2,30 +2,26 @@
 
 #include "PageScriptHost.h"
 #include "RemoteConnection.h"
-#include "ScriptWindowList.h"
+#include "FollowedBrowser.h"
+#include "FirefoxProcess.h"
 
 #include <QHash>
 #include <functional>
 #include <memory>
 
-class FirefoxProcess;
-
 // The shell's window list over Firefox, through WebDriver BiDi: one window per top-level browsing
 // context (a tab); documents for every frame (child contexts, other sites' included); the user's
 // actions reported by the script Tolvane runs in a sandbox of every document, through a channel.
-class BidiShell : public ScriptWindowList, public PageScriptHost
+class BidiShell : public FollowedBrowser<FirefoxProcess>, public PageScriptHost
 {
 public:
     // Connects on first use (the start-up subscribes once the data folder is known).
-    using Connector = std::function<std::unique_ptr<FirefoxProcess>()>;
-    explicit BidiShell(Connector connector);
+    using FollowedBrowser::FollowedBrowser;
     ~BidiShell() override;
 
     void AppActivate(const QString& title) override;
     // Opens a page in a new window, starting the browser again when it has gone. Throws AppError.
     void OpenAddress(const QString& address);
-    bool isConnected() const override;
-    FirefoxProcess* process() const { return m_browser.get(); }
     // A call to the browser; throws AppError.
     QJsonObject call(const QString& method, const QJsonObject& params = {});
 
@@ -67,10 +63,8 @@ private:
     void onNetwork(const RemoteConnection::Event& event);
     std::shared_ptr<ScriptWindow> pageOf(QString context) const;
     QJsonObject evaluateParams(const QString& realm, const QString& expression) const;
-    RemoteConnection& bidi();
+    RemoteConnection& bidi() { return connected(); }
 
-    Connector m_connector;
-    std::unique_ptr<FirefoxProcess> m_browser;
     QHash<QString, Context> m_contexts; // by context id
     ScriptDocuments m_documents{*this}; // by realm
 };

@@ -68,7 +68,7 @@ void prepareSession(RemoteConnection& cdp, const QString& session)
 }
 } // namespace
 
-CdpShell::CdpShell(Connector connector) : m_connector(std::move(connector)) {}
+CdpShell::CdpShell(Connector connector) : FollowedBrowser(std::move(connector)) {}
 
 CdpShell::~CdpShell()
 {
@@ -76,6 +76,7 @@ CdpShell::~CdpShell()
         m_browser->connection().setEventHandler(nullptr);
         m_browser->connection().setIoHook(nullptr);
     }
+    m_browser.reset();
 }
 
 void CdpShell::openConnection()
@@ -100,17 +101,6 @@ void CdpShell::openConnection()
     connection.call(QStringLiteral("Target.setDiscoverTargets"), {{"discover", true}});
     connection.call(QStringLiteral("Target.setAutoAttach"),
                     {{"autoAttach", true}, {"waitForDebuggerOnStart", true}, {"flatten", true}});
-}
-
-bool CdpShell::isConnected() const
-{
-    return m_browser && !m_browser->connection().isClosed();
-}
-
-RemoteConnection& CdpShell::cdp()
-{
-    requireConnection();
-    return m_browser->connection();
 }
 
 void CdpShell::AppActivate(const QString& title)

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "ChromiumProcess.h"
+#include "FollowedBrowser.h"
 #include "PageScriptHost.h"
 #include "RemoteConnection.h"
-#include "ScriptWindowList.h"
 
 #include <QHash>
 #include <functional>
@@ -10,16 +11,14 @@
 
 class CdpDialogGuard;
 class ScriptDocument;
-class ChromiumProcess;
 
 // The shell's window list over a Chromium-family browser: one window per page target;
 // documents for every frame, out-of-process ones included; the users' actions reported by the
 // script Tolvane puts in every frame.
-class CdpShell : public ScriptWindowList, public PageScriptHost
+class CdpShell : public FollowedBrowser<ChromiumProcess>, public PageScriptHost
 {
 public:
     // Connects on first use (the start-up subscribes once the data folder is known).
-    using Connector = std::function<std::unique_ptr<ChromiumProcess>()>;
     explicit CdpShell(Connector connector);
     ~CdpShell() override;
 
@@ -27,8 +26,6 @@ public:
     // Opens a page in a new window of the followed browser, starting (or attaching to) it again
     // when it has gone. Throws AppError when it cannot.
     void OpenAddress(const QString& address);
-    bool isConnected() const override;
-    ChromiumProcess* process() const { return m_browser.get(); }
 
     // The page script's realms are the contexts of Tolvane's world: session + "\n" + context id.
     QJsonValue evaluate(const QString& realm, const QString& expression) override;
@@ -72,12 +69,10 @@ private:
     bool isVisibleTab(const QString& targetId);
     // The page a session belongs to, through the parents of out-of-process frames.
     std::shared_ptr<ScriptWindow> pageOfSession(const QString& sessionId) const;
-    RemoteConnection& cdp();
+    RemoteConnection& cdp() { return connected(); }
 
-    Connector m_connector;
-    // Declared before the browser: the connection's I/O thread uses it until the browser goes.
+    // The connection's I/O thread uses it until the browser goes (the destructor ends the browser first).
     std::unique_ptr<CdpDialogGuard> m_dialogs;
-    std::unique_ptr<ChromiumProcess> m_browser;
     QHash<QString, Target> m_targets;          // by target id
     QHash<QString, QString> m_sessionTargets;  // session id -> target id
     QHash<QString, int> m_contexts;            // session + "\n" + frame id -> context of our world

@@ -8,30 +8,20 @@
 #include <QStandardPaths>
 
 namespace {
-class ChromiumDriver : public PageDriver
+class ChromiumDriver : public ShellDriver<CdpShell>
 {
 public:
     ChromiumDriver(const QString& executable, const QString& profile)
-        : m_shell([executable, profile] {
+        : ShellDriver([executable, profile] {
               return ChromiumProcess::start(executable, profile,
                                             {QStringLiteral("--headless"), QStringLiteral("--disable-gpu"),
                                              QStringLiteral("--disable-dev-shm-usage"), QStringLiteral("about:blank")});
           })
     {
     }
-    ShellWindowList& shell() override { return m_shell; }
-    void openAddress(const QString& url) override { m_shell.OpenAddress(url); }
     void openTab(const QString& url, bool background) override
     {
         m_shell.call(QString(), QStringLiteral("Target.createTarget"), {{"url", url}, {"background", background}});
-    }
-    bool isConnected() const override { return m_shell.isConnected(); }
-    void killBrowser() override { m_shell.process()->kill(); }
-    qint64 browserProcessId() const override { return m_shell.process()->processId(); }
-
-    QJsonValue evaluate(const ScriptWindow& page, const QString& expression) override
-    {
-        return evaluateIn(page.windowId(), expression);
     }
     QJsonValue evaluateInFrame(const ScriptWindow& page, int index, const QString& expression) override
     {
@@ -86,15 +76,13 @@ private:
     {
         return QString::fromUtf8(QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
     }
-    QJsonValue evaluateIn(const QString& targetOrSession, const QString& expression)
+    QJsonValue evaluateIn(const QString& targetOrSession, const QString& expression) override
     {
         return m_shell.call(targetOrSession, QStringLiteral("Runtime.evaluate"), {{"expression", expression}, {"returnByValue", true}})
             .value("result")
             .toObject()
             .value("value");
     }
-
-    CdpShell m_shell;
 };
 } // namespace
 

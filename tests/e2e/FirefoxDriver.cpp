@@ -9,15 +9,13 @@
 #include <QStandardPaths>
 
 namespace {
-class FirefoxDriver : public PageDriver
+class FirefoxDriver : public ShellDriver<BidiShell>
 {
 public:
     FirefoxDriver(const QString& executable, const QString& profile)
-        : m_shell([executable, profile] { return FirefoxProcess::start(executable, profile, {QStringLiteral("--headless")}); })
+        : ShellDriver([executable, profile] { return FirefoxProcess::start(executable, profile, {QStringLiteral("--headless")}); })
     {
     }
-    ShellWindowList& shell() override { return m_shell; }
-    void openAddress(const QString& url) override { m_shell.OpenAddress(url); }
     void openTab(const QString& url, bool background) override
     {
         const QString first = std::static_pointer_cast<ScriptWindow>(m_shell.items().first())->windowId();
@@ -26,14 +24,6 @@ public:
                                 .value("context")
                                 .toString();
         m_shell.call(QStringLiteral("browsingContext.navigate"), {{"context", tab}, {"url", url}, {"wait", "none"}});
-    }
-    bool isConnected() const override { return m_shell.isConnected(); }
-    void killBrowser() override { m_shell.process()->kill(); }
-    qint64 browserProcessId() const override { return m_shell.process()->processId(); }
-
-    QJsonValue evaluate(const ScriptWindow& page, const QString& expression) override
-    {
-        return evaluateIn(page.windowId(), expression);
     }
     QJsonValue evaluateInFrame(const ScriptWindow& page, int index, const QString& expression) override
     {
@@ -119,7 +109,7 @@ private:
     {
         m_shell.call(QStringLiteral("input.performActions"), {{"context", page.windowId()}, {"actions", QJsonArray{source}}});
     }
-    QJsonValue evaluateIn(const QString& context, const QString& expression)
+    QJsonValue evaluateIn(const QString& context, const QString& expression) override
     {
         const QJsonObject answer = m_shell.call(
             QStringLiteral("script.evaluate"),
@@ -128,8 +118,6 @@ private:
              {"awaitPromise", false}});
         return QJsonDocument::fromJson(answer.value("result").toObject().value("value").toString().toUtf8()).array().at(0);
     }
-
-    BidiShell m_shell;
 };
 } // namespace
 

@@ -39,6 +39,30 @@ public:
     virtual void acceptDialog(const ScriptWindow& page) = 0;
 };
 
+// What a driver does through the bar's window list over its browser the same way in every
+// browser.
+template <class Shell>
+class ShellDriver : public PageDriver
+{
+public:
+    explicit ShellDriver(typename Shell::Connector connector) : m_shell(std::move(connector)) {}
+    ShellWindowList& shell() override { return m_shell; }
+    void openAddress(const QString& url) override { m_shell.OpenAddress(url); }
+    bool isConnected() const override { return m_shell.isConnected(); }
+    void killBrowser() override { m_shell.process()->kill(); }
+    qint64 browserProcessId() const override { return m_shell.process()->processId(); }
+    QJsonValue evaluate(const ScriptWindow& page, const QString& expression) override
+    {
+        return evaluateIn(page.windowId(), expression);
+    }
+
+protected:
+    // In the page's own world of that tab or frame (as the browser's protocol names it).
+    virtual QJsonValue evaluateIn(const QString& where, const QString& expression) = 0;
+
+    Shell m_shell;
+};
+
 // A driver for that browser with its own profile folder, or nullptr when it is not installed.
 enum class TestBrowser { Chromium, Firefox };
 inline void PrintTo(TestBrowser browser, std::ostream* out)

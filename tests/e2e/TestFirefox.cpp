@@ -1,7 +1,8 @@
 // Firefox ESR as Tolvane starts and speaks to it: the remote connection speaking WebDriver BiDi
 // (numbered calls answered, the browser's errors with their message, events in order, a browser
 // that ends), and the browser's process (a quiet profile of its own, BiDi on a port the browser
-// chooses, closed as its own Quit closes it; browsers that cannot run).
+// chooses, closed as its own Quit closes it; one left running in the profile taken up; browsers
+// that cannot run).
 #include "AppError.h"
 #include "ScriptExecutable.h"
 #include "FirefoxProcess.h"
@@ -13,8 +14,10 @@
 #include <QJsonArray>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <csignal>
 #include <gtest/gtest.h>
 
 namespace {
@@ -96,6 +99,34 @@ TEST(FirefoxProcess, StartsWithItsOwnProfileAnswersAndIsGoneForTheNextStart)
     QFile prefs(profile.path() + QStringLiteral("/user.js"));
     ASSERT_TRUE(prefs.open(QIODevice::ReadOnly));
     EXPECT_TRUE(prefs.readAll().contains(R"(user_pref("browser.startup.page", 3);)"));
+}
+
+// A Tolvane killed leaves its Firefox running (Firefox does not end with its connection): the next
+// start takes that browser up instead of failing beside it, and closes it at the end.
+TEST(FirefoxProcess, ABrowserLeftRunningInTheProfileIsTakenUpAndClosedAtTheEnd)
+{
+    REQUIRE_FIREFOX(firefox);
+    QTemporaryDir profile;
+    FirefoxProcess::prepareProfile(profile.path());
+    QProcess left;
+    left.setProgram(firefox);
+    left.setArguments({QStringLiteral("--headless"), QStringLiteral("--remote-debugging-port=0"), QStringLiteral("--profile"),
+                       profile.path(), QStringLiteral("--no-remote")});
+    left.setStandardOutputFile(QProcess::nullDevice());
+    left.setStandardErrorFile(QProcess::nullDevice());
+    qint64 leftPid = 0;
+    ASSERT_TRUE(left.startDetached(&leftPid));
+    // Whatever happens below, the browser left running does not outlive the test.
+    const auto cleanUp = qScopeGuard([&] { ::kill(static_cast<pid_t>(leftPid), SIGKILL); });
+    ASSERT_TRUE(pumpUntil([&] { return QFile::exists(profile.path() + QStringLiteral("/WebDriverBiDiServer.json")); }, 30000));
+    {
+        auto browser = FirefoxProcess::start(firefox, profile.path(), {QStringLiteral("--headless")});
+        const QJsonArray contexts = browser->connection().call(QStringLiteral("browsingContext.getTree")).value("contexts").toArray();
+        EXPECT_FALSE(contexts.isEmpty());
+        EXPECT_EQ(::kill(static_cast<pid_t>(leftPid), 0), 0) << "no second browser beside it";
+        browser->close();
+    }
+    EXPECT_TRUE(pumpUntil([&] { return ::kill(static_cast<pid_t>(leftPid), 0) != 0; }, 15000));
 }
 
 TEST(FirefoxProcess, ABrowserThatCannotRunSaysWhy)

@@ -12,7 +12,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QFileInfo>
 #include <QSaveFile>
+#include <csignal>
 
 namespace {
 AppError browserError(const QString& text)
@@ -35,6 +37,27 @@ user_pref("browser.newtab.preload", false);
 QString keptTabsPath(const QString& profileFolder)
 {
     return profileFolder + QStringLiteral("/Tabs At Close.json");
+}
+
+// The WebDriver BiDi address a Firefox names in its profile, or empty.
+QString namedEndpoint(const QString& portFile)
+{
+    QFile named(portFile);
+    if (!named.open(QIODevice::ReadOnly))
+        return {};
+    const QJsonObject server = QJsonDocument::fromJson(named.readAll()).object();
+    const int port = server.value(QLatin1String("ws_port")).toInt();
+    if (port <= 0)
+        return {};
+    return QStringLiteral("ws://%1:%2").arg(server.value(QLatin1String("ws_host")).toString(QStringLiteral("127.0.0.1"))).arg(port);
+}
+
+// Whether a live process holds the profile: Firefox's lock names it ("127.0.0.1:+4242").
+bool profileInUse(const QString& profileFolder)
+{
+    const QString holder = QFileInfo(profileFolder + QStringLiteral("/lock")).symLinkTarget();
+    const qint64 pid = QFileInfo(holder).fileName().section(QLatin1Char('+'), -1).toLongLong();
+    return pid > 0 && ::kill(static_cast<pid_t>(pid), 0) == 0;
 }
 
 // Pages worth opening again: not the browser's own empty and start pages.
@@ -66,6 +89,18 @@ std::unique_ptr<FirefoxProcess> FirefoxProcess::start(const QString& executable,
                                                       const QStringList& extraArguments)
 {
     prepareProfile(profileFolder);
+    const QString portFile = profileFolder + QStringLiteral("/WebDriverBiDiServer.json");
+    // The browser a Tolvane that ended without closing it left running with this profile: a new one
+    // could not start beside it, so it is taken up, and closed at the end as if started here.
+    if (const QString endpoint = namedEndpoint(portFile); !endpoint.isEmpty() && profileInUse(profileFolder)) {
+        try {
+            std::unique_ptr<FirefoxProcess> browser = attach(endpoint);
+            browser->m_profileFolder = profileFolder;
+            return browser;
+        } catch (const AppError&) {
+            // Not answering: starting one says why it cannot.
+        }
+    }
     std::unique_ptr<FirefoxProcess> browser(new FirefoxProcess);
     browser->m_profileFolder = profileFolder;
     browser->m_process = std::make_unique<QProcess>();
@@ -74,7 +109,6 @@ std::unique_ptr<FirefoxProcess> FirefoxProcess::start(const QString& executable,
     browser->m_process->setStandardErrorFile(QProcess::nullDevice());
     // Port 0: the browser takes a free one and names it in the profile, so no port in use stops
     // it. A name left by a browser that crashed is no answer.
-    const QString portFile = profileFolder + QStringLiteral("/WebDriverBiDiServer.json");
     QFile::remove(portFile);
     browser->m_process->start(executable, extraArguments + QStringList{QStringLiteral("--remote-debugging-port=0"),
                                                                        QStringLiteral("--profile"), profileFolder,
@@ -89,13 +123,7 @@ std::unique_ptr<FirefoxProcess> FirefoxProcess::start(const QString& executable,
             throw browserError(QStringLiteral("The browser %1 ended as soon as it started (exit code %2).")
                                    .arg(executable)
                                    .arg(browser->m_process->exitCode()));
-        QFile named(portFile);
-        if (!named.open(QIODevice::ReadOnly))
-            continue;
-        const QJsonObject server = QJsonDocument::fromJson(named.readAll()).object();
-        const int port = server.value(QLatin1String("ws_port")).toInt();
-        if (port > 0)
-            endpoint = QStringLiteral("ws://%1:%2").arg(server.value(QLatin1String("ws_host")).toString(QStringLiteral("127.0.0.1"))).arg(port);
+        endpoint = namedEndpoint(portFile);
     }
     if (endpoint.isEmpty())
         throw browserError(QStringLiteral("The browser %1 did not open its WebDriver BiDi port.").arg(executable));
@@ -195,8 +223,18 @@ void FirefoxProcess::reopenTabsOfLastClose()
 
 void FirefoxProcess::close()
 {
-    if (m_process && m_process->state() != QProcess::NotRunning && m_connection && !m_connection->isClosed())
+    const bool running = m_process ? m_process->state() != QProcess::NotRunning : !m_profileFolder.isEmpty();
+    if (running && m_connection && !m_connection->isClosed()) {
         keepTabsForNextStart();
+        // One taken up from an earlier Tolvane has no process here to wait for.
+        if (!m_process) {
+            try {
+                m_connection->call(QStringLiteral("browser.close"));
+            } catch (const AppError&) {
+                // It may close the connection before it answers.
+            }
+        }
+    }
     BrowserEnd::quit(m_process.get(), m_connection, QStringLiteral("browser.close"));
 }
 

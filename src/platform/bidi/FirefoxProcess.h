@@ -15,7 +15,8 @@ class FirefoxProcess
 public:
     ~FirefoxProcess();
 
-    // Throws AppError when the browser cannot be started, ends at once or does not answer.
+    // Throws AppError when the browser cannot be started, ends at once or does not answer. A
+    // Firefox left running with that profile (by a Tolvane that was killed) is taken up instead.
     static std::unique_ptr<FirefoxProcess> start(const QString& executable, const QString& profileFolder,
                                                  const QStringList& extraArguments = {});
     // Throws AppError.
@@ -42,7 +43,7 @@ private:
     void connect(const QString& endpoint);
     void keepTabsForNextStart();
 
-    QString m_profileFolder; // of a browser this object started
+    QString m_profileFolder; // of a browser this object started, or took up in its profile
     std::unique_ptr<QProcess> m_process;
     std::unique_ptr<RemoteConnection> m_connection;
 };

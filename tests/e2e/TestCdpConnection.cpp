@@ -4,10 +4,13 @@
 #include "RemoteConnection.h"
 #include "RemoteTransport.h"
 #include "ChromiumProcess.h"
+#include "PumpUntil.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QJsonDocument>
+#include <QMutex>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -131,6 +134,79 @@ TEST(RemoteConnectionTimeout, ACallWithoutAnswerFailsAfterItsTimeOut)
     }
     EXPECT_GE(timer.elapsed(), 250);
     EXPECT_LT(timer.elapsed(), 3000);
+}
+
+// A browser whose answers the test gives, as late as it likes.
+class HeldTransport : public RemoteTransport
+{
+public:
+    void send(const QByteArray& bytes) override
+    {
+        QMutexLocker lock(&m_mutex);
+        m_sent.append(QJsonDocument::fromJson(bytes).object().value("id").toInteger());
+    }
+    QList<qint64> sent() const
+    {
+        QMutexLocker lock(&m_mutex);
+        return m_sent;
+    }
+    void answer(qint64 id)
+    {
+        QMetaObject::invokeMethod(this, [this, id] {
+            Q_EMIT received(QJsonDocument(QJsonObject{{"id", id}, {"result", QJsonObject{}}}).toJson());
+        });
+    }
+
+private:
+    mutable QMutex m_mutex;
+    QList<qint64> m_sent;
+};
+
+// A page too busy to answer in time holds the bar once, not on every call: calls into that page
+// (a DevTools session, a BiDi realm) fail at once until its late answer comes; other pages and
+// the browser's own calls go on.
+TEST(RemoteConnectionTimeout, APageThatDidNotAnswerIsNotWaitedForAgainUntilItAnswers)
+{
+    struct Case
+    {
+        const char* protocol;
+        QString method;
+        QJsonObject busy;
+        QJsonObject other;
+        QString busySession;
+        QString otherSession;
+    } cases[] = {
+        {"DevTools", "Runtime.evaluate", {}, {}, "page", "frame"},
+        {"BiDi", "script.evaluate", {{"target", QJsonObject{{"realm", "r1"}}}}, {{"target", QJsonObject{{"realm", "r2"}}}}, {}, {}},
+    };
+    for (const Case& c : cases) {
+        HeldTransport* transport = nullptr;
+        RemoteConnection connection([&] { return transport = new HeldTransport; }, 200);
+        const auto outcome = [&](const QString& method, const QJsonObject& params, const QString& session) {
+            try {
+                connection.call(method, params, session);
+                return QStringLiteral("answered");
+            } catch (const AppError& error) {
+                return error.description();
+            }
+        };
+        const QString late = QStringLiteral("The browser did not answer %1 in time.").arg(c.method);
+        EXPECT_EQ(outcome(c.method, c.busy, c.busySession), late) << c.protocol;
+        const qint64 firstCall = transport->sent().last();
+        EXPECT_EQ(outcome(c.method, c.busy, c.busySession), late) << c.protocol;
+        EXPECT_EQ(transport->sent().size(), 1) << c.protocol << ": the busy page was asked again";
+        EXPECT_EQ(outcome(c.method, c.other, c.otherSession), late) << c.protocol;
+        EXPECT_EQ(transport->sent().size(), 2) << c.protocol << ": another page was not asked";
+        EXPECT_EQ(outcome(QStringLiteral("Target.getTargets"), c.busy, c.busySession), QStringLiteral("The browser did not answer Target.getTargets in time."))
+            << c.protocol;
+        EXPECT_EQ(transport->sent().size(), 3) << c.protocol << ": the browser's own call was not made";
+
+        transport->answer(firstCall);
+        ASSERT_TRUE(pumpUntil([&] {
+            outcome(c.method, c.busy, c.busySession);
+            return transport->sent().size() > 3;
+        }, 3000)) << c.protocol << ": the page that answered is still not asked";
+    }
 }
 
 // A page that shows a dialog runs no script: calls into it fail at once, those already waiting

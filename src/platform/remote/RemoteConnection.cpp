@@ -94,6 +94,7 @@ qint64 RemoteConnection::post(const QString& method, const QJsonObject& params, 
         id = m_nextId++;
         Pending pending;
         pending.sessionId = sessionId;
+        pending.scope = scopeOf(params, sessionId);
         pending.inPage = runsInPage(method);
         pending.later = std::move(later);
         m_pending.emplace(id, std::move(pending));
@@ -106,7 +107,16 @@ qint64 RemoteConnection::post(const QString& method, const QJsonObject& params, 
 
 bool RemoteConnection::runsInPage(const QString& method)
 {
-    return method.startsWith(QLatin1String("Runtime.")) || method.startsWith(QLatin1String("DOM."));
+    return method.startsWith(QLatin1String("Runtime.")) || method.startsWith(QLatin1String("DOM.")) ||
+           method.startsWith(QLatin1String("script."));
+}
+
+QString RemoteConnection::scopeOf(const QJsonObject& params, const QString& sessionId)
+{
+    const QJsonObject target = params.value(QLatin1String("target")).toObject();
+    const QString within = target.contains(QLatin1String("realm")) ? target.value(QLatin1String("realm")).toString()
+                                                                   : target.value(QLatin1String("context")).toString();
+    return sessionId + QLatin1Char('\n') + within;
 }
 
 void RemoteConnection::blockSessions(const QStringList& sessions, const QString& reason)
@@ -143,6 +153,10 @@ QJsonObject RemoteConnection::call(const QString& method, const QJsonObject& par
         const auto blocked = m_blocked.constFind(sessionId);
         if (blocked != m_blocked.constEnd() && runsInPage(method))
             throw AppError(ErrorNumber::BrowserCall, *blocked);
+        // A page busy beyond the time-out would hold the bar that long on every call.
+        const auto unanswered = m_unanswered.constFind(scopeOf(params, sessionId));
+        if (unanswered != m_unanswered.constEnd() && runsInPage(method))
+            throw AppError(ErrorNumber::BrowserCall, *unanswered);
     }
     const qint64 id = post(method, params, sessionId);
     QMutexLocker lock(&m_mutex);
@@ -154,14 +168,20 @@ QJsonObject RemoteConnection::call(const QString& method, const QJsonObject& par
         pending = m_pending.find(id);
     }
     Pending answer = pending->second;
+    if (!answer.done && m_closedReason.isEmpty()) {
+        const QString why = QStringLiteral("The browser did not answer %1 in time.").arg(method);
+        if (answer.inPage) {
+            pending->second.abandoned = true;
+            m_unanswered.insert(answer.scope, why);
+        } else {
+            m_pending.erase(pending);
+        }
+        throw AppError(ErrorNumber::BrowserCall, why);
+    }
     m_pending.erase(pending);
     if (answer.done && answer.error.isEmpty())
         return answer.result;
-    QString why = answer.error;
-    if (!answer.done)
-        why = m_closedReason.isEmpty() ? QStringLiteral("The browser did not answer %1 in time.").arg(method)
-                                       : m_closedReason;
-    throw AppError(ErrorNumber::BrowserCall, why);
+    throw AppError(ErrorNumber::BrowserCall, answer.done ? answer.error : m_closedReason);
 }
 
 void RemoteConnection::send(const QString& method, const QJsonObject& params, const QString& sessionId)
@@ -195,6 +215,12 @@ void RemoteConnection::onReceived(const QByteArray& bytes)
     if (message.contains(QStringLiteral("id"))) {
         QMutexLocker lock(&m_mutex);
         const auto pending = m_pending.find(message.value(QStringLiteral("id")).toInteger());
+        if (pending != m_pending.end() && pending->second.abandoned) {
+            // The page answers again: calls into it are made again.
+            m_unanswered.remove(pending->second.scope);
+            m_pending.erase(pending);
+            return;
+        }
         // A call already failed (its page showed a dialog) keeps its failure.
         if (pending == m_pending.end() || pending->second.done)
             return;

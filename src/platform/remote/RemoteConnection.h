@@ -65,7 +65,9 @@ private:
     struct Pending
     {
         QString sessionId;
+        QString scope; // the page or document it runs in, for calls that run in one
         bool inPage = false;
+        bool abandoned = false; // its caller gave up waiting; its answer still says the page lives
         Answer later;
         bool done = false;
         QJsonObject result;
@@ -75,6 +77,8 @@ private:
     // Hands a callLater answer to the user-interface thread; the mutex is held.
     void answerLater(std::map<qint64, Pending>::iterator pending, const QJsonObject& result, const QString& error);
     static bool runsInPage(const QString& method);
+    // The page or document a call runs in: its session, and its target realm or context if it names one.
+    static QString scopeOf(const QJsonObject& params, const QString& sessionId);
     void onReceived(const QByteArray& message);
     void onClosed(const QString& reason);
     void deliverOne();
@@ -90,6 +94,9 @@ private:
     qint64 m_nextId = 1;
     QString m_closedReason;
     QHash<QString, QString> m_blocked; // session -> why its calls fail
+    // Scopes whose last call went unanswered in time -> what to say: the next calls into them fail at
+    // once, until that call's answer comes after all.
+    QHash<QString, QString> m_unanswered;
     int m_timeoutMs;
     std::function<void(const Event&)> m_handler;
     std::function<void(const Event&)> m_ioHook;

@@ -66,11 +66,7 @@ public:
     }
     void click(const std::shared_ptr<ScriptWindow>& page, const QString& selector)
     {
-        const QJsonArray box = evaluate(page, QStringLiteral("(() => { const e = document.querySelector('%1'); "
-                                                             "e.scrollIntoView(); const r = e.getBoundingClientRect(); "
-                                                             "return [r.x + r.width / 2, r.y + r.height / 2]; })()")
-                                                  .arg(selector)).toArray();
-        m_driver->mouse(*page, PageDriver::Mouse::Click, box[0].toInt(), box[1].toInt());
+        m_driver->clickOn(*page, QStringLiteral("document.querySelector('%1')").arg(selector));
     }
 
 private:

@@ -124,16 +124,7 @@ protected:
     }
     // The same on the element a script expression finds (inside a shadow root, say), scrolled
     // into view first as the user would.
-    void clickOn(const std::shared_ptr<ScriptWindow>& page, const QString& element)
-    {
-        const QJsonArray box =
-            evaluate(page, QStringLiteral("(() => { const e = %1; e.scrollIntoView({block: 'nearest'}); "
-                                          "const r = e.getBoundingClientRect(); "
-                                          "return [Math.round(r.x + r.width / 2), Math.round(r.y + r.height / 2)]; })()")
-                               .arg(element))
-                .toArray();
-        driver->mouse(*page, PageDriver::Mouse::Click, box[0].toInt(), box[1].toInt());
-    }
+    void clickOn(const std::shared_ptr<ScriptWindow>& page, const QString& element) { driver->clickOn(*page, element); }
     void type(const std::shared_ptr<ScriptWindow>& page, const QString& text) { driver->type(*page, text); }
     void tab(const std::shared_ptr<ScriptWindow>& page) { driver->press(*page, PageDriver::Key::Tab); }
     // No error box came up; if one did, its text says why.

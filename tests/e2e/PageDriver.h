@@ -5,6 +5,7 @@
 #include "ScriptWindow.h"
 #include "ShellWindowList.h"
 
+#include <QJsonArray>
 #include <QJsonValue>
 #include <memory>
 #include <ostream>
@@ -37,6 +38,19 @@ public:
     virtual void press(const ScriptWindow& page, Key key) = 0;
     virtual void closeTab(const ScriptWindow& page) = 0;
     virtual void acceptDialog(const ScriptWindow& page) = 0;
+
+    // A real mouse click in the middle of the element a script expression finds (inside a shadow
+    // root, say), scrolled into view first as the user would.
+    void clickOn(const ScriptWindow& page, const QString& element)
+    {
+        const QJsonArray box =
+            evaluate(page, QStringLiteral("(() => { const e = %1; e.scrollIntoView({block: 'nearest'}); "
+                                          "const r = e.getBoundingClientRect(); "
+                                          "return [Math.round(r.x + r.width / 2), Math.round(r.y + r.height / 2)]; })()")
+                               .arg(element))
+                .toArray();
+        mouse(page, Mouse::Click, box[0].toInt(), box[1].toInt());
+    }
 };
 
 // What a driver does through the bar's window list over its browser the same way in every

@@ -153,28 +153,28 @@ void FirefoxProcess::connect(const QString& endpoint)
 
 void FirefoxProcess::keepTabsForNextStart()
 {
-    QJsonArray windows; // each a list of its tabs' addresses
-    QStringList windowIds;
+    QStringList windowIds;   // in the order their first tab came
+    QList<QStringList> tabs; // each window's tabs' addresses
     try {
-        const QJsonArray tabs =
+        const QJsonArray contexts =
             m_connection->call(QStringLiteral("browsingContext.getTree"), {{"maxDepth", 0}}).value("contexts").toArray();
-        for (const QJsonValue& tab : tabs) {
-            const QString url = tab.toObject().value("url").toString();
+        for (const QJsonValue& context : contexts) {
+            const QString url = context.toObject().value("url").toString();
+            const QString window = context.toObject().value("clientWindow").toString();
             if (!isWorthReopening(url))
                 continue;
-            const QString window = tab.toObject().value("clientWindow").toString();
             if (!windowIds.contains(window)) {
                 windowIds.append(window);
-                windows.append(QJsonArray{});
+                tabs.append(QStringList());
             }
-            const qsizetype at = windowIds.indexOf(window);
-            QJsonArray urls = windows.at(at).toArray();
-            urls.append(url);
-            windows.replace(at, urls);
+            tabs[windowIds.indexOf(window)].append(url);
         }
     } catch (const AppError&) {
         return; // a browser that does not answer has nothing to keep
     }
+    QJsonArray windows;
+    for (const QStringList& urls : std::as_const(tabs))
+        windows.append(QJsonArray::fromStringList(urls));
     QSaveFile file(keptTabsPath(m_profileFolder));
     if (!windows.isEmpty() && file.open(QIODevice::WriteOnly)) {
         file.write(QJsonDocument(windows).toJson());
@@ -227,13 +227,8 @@ void FirefoxProcess::close()
     if (running && m_connection && !m_connection->isClosed()) {
         keepTabsForNextStart();
         // One taken up from an earlier Tolvane has no process here to wait for.
-        if (!m_process) {
-            try {
-                m_connection->call(QStringLiteral("browser.close"));
-            } catch (const AppError&) {
-                // It may close the connection before it answers.
-            }
-        }
+        if (!m_process)
+            BrowserEnd::askToQuit(*m_connection, QStringLiteral("browser.close"));
     }
     BrowserEnd::quit(m_process.get(), m_connection, QStringLiteral("browser.close"));
 }

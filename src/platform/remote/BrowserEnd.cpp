@@ -8,13 +8,8 @@
 void BrowserEnd::quit(QProcess* process, std::unique_ptr<RemoteConnection>& connection, const QString& quitMethod)
 {
     if (process && process->state() != QProcess::NotRunning) {
-        if (connection && !connection->isClosed()) {
-            try {
-                connection->call(quitMethod);
-            } catch (const AppError&) {
-                // It may close the connection before it answers.
-            }
-        }
+        if (connection)
+            askToQuit(*connection, quitMethod);
         connection.reset(); // a browser whose connection closes quits too
         if (!process->waitForFinished(15000)) {
             process->terminate();
@@ -23,6 +18,17 @@ void BrowserEnd::quit(QProcess* process, std::unique_ptr<RemoteConnection>& conn
         }
     }
     connection.reset();
+}
+
+void BrowserEnd::askToQuit(RemoteConnection& connection, const QString& quitMethod)
+{
+    if (connection.isClosed())
+        return;
+    try {
+        connection.call(quitMethod);
+    } catch (const AppError&) {
+        // It may close the connection before it answers.
+    }
 }
 
 void BrowserEnd::kill(QProcess* process)

@@ -14,6 +14,7 @@ public:
     bool connected = false;
     int connections = 0;
 
+    using ScriptWindowList::activateTitled;
     using ScriptWindowList::addWindow;
     using ScriptWindowList::browserGone;
     using ScriptWindowList::reconnect;
@@ -117,4 +118,43 @@ TEST(ScriptWindowList, WindowsAnnouncedWhileConnectingAreListedAndHandlesAreNeve
     windows.reconnect();
     EXPECT_EQ(tracking->registered, (QList<int>{1, 2, 3})) << "the same tab id in a new browser gets a new handle";
     EXPECT_THROW(old->HWND(), AppError) << "the old browser's window stays closed";
+}
+
+// The window brought forward for a title: an equal title before one that only begins with it,
+// only a tab its window shows, never a closed one; none is an error.
+TEST(ScriptWindowList, ATitleBringsForwardTheFirstShownTabOfThatTitle)
+{
+    ScriptedWindows windows;
+    windows.onConnect = [](ScriptedWindows& w) {
+        for (const char* id : {"closed", "hidden", "prefix", "exact", "later"})
+            w.addWindow(id);
+    };
+    windows.items();
+    windows.windowClosed("closed");
+    const QHash<QString, QString> titles{{"closed", "Win a car"}, {"hidden", "Win a car"}, {"prefix", "Win a car - step 2"},
+                                         {"exact", "Win a car"}, {"later", "Win a car"}};
+    struct Case
+    {
+        const char* title;
+        const char* broughtForward; // nullptr: an error
+    } cases[] = {{"Win a car", "exact"}, {"Win a", "prefix"}, {"Win a car - step 2", "prefix"}, {"Lose", nullptr}, {"", nullptr}};
+    for (const Case& c : cases) {
+        QString forward;
+        const auto activate = [&] {
+            windows.activateTitled(
+                QString::fromUtf8(c.title), [&](const QString& id) { return titles.value(id); },
+                [&](const QString& id) {
+                    if (id == QLatin1String("hidden"))
+                        return false;
+                    forward = id;
+                    return true;
+                });
+        };
+        if (c.broughtForward) {
+            activate();
+            EXPECT_EQ(forward, QString::fromUtf8(c.broughtForward)) << c.title;
+        } else {
+            EXPECT_THROW(activate(), AppError) << c.title;
+        }
+    }
 }

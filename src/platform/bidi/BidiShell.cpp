@@ -147,28 +147,26 @@ QJsonObject BidiShell::call(const QString& method, const QJsonObject& params)
 
 void BidiShell::AppActivate(const QString& title)
 {
-    // A window's title is its visible tab's: a hidden tab is brought forward for no title.
-    for (const bool exact : {true, false}) {
-        for (const QString& id : windowOrder()) {
-            const DocPtr document = isOpen(id) ? documentFor({}, id) : nullptr;
-            if (title.isEmpty() || !document)
-                continue;
-            QJsonArray shown;
-            try {
-                shown = evaluate(std::static_pointer_cast<ScriptDocument>(document)->realm(),
-                                 QStringLiteral("[window.__tolvane.doc('title'), window.__tolvane.doc('visibility')]"))
-                            .toArray();
-            } catch (const AppError&) {
-                continue;
-            }
-            const QString tabTitle = shown.at(0).toString();
-            if ((exact ? tabTitle == title : tabTitle.startsWith(title)) && shown.at(1).toString() == QLatin1String("visible")) {
-                bidi().call(QStringLiteral("browsingContext.activate"), {{"context", id}});
-                return;
-            }
+    // The tabs' titles are their documents' own: the browser keeps none for them.
+    const auto shown = [this](const QString& id, const char* what) {
+        const DocPtr document = documentFor({}, id);
+        try {
+            return document ? evaluate(std::static_pointer_cast<ScriptDocument>(document)->realm(),
+                                       QStringLiteral("window.__tolvane.doc('%1')").arg(QLatin1String(what)))
+                                  .toString()
+                            : QString();
+        } catch (const AppError&) {
+            return QString();
         }
-    }
-    throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+    };
+    activateTitled(
+        title, [&](const QString& id) { return shown(id, "title"); },
+        [&](const QString& id) {
+            if (shown(id, "visibility") != QLatin1String("visible"))
+                return false;
+            bidi().call(QStringLiteral("browsingContext.activate"), {{"context", id}});
+            return true;
+        });
 }
 
 void BidiShell::OpenAddress(const QString& address)

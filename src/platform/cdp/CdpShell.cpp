@@ -105,19 +105,14 @@ void CdpShell::openConnection()
 
 void CdpShell::AppActivate(const QString& title)
 {
-    // A tabbed window's title is its visible tab's: a hidden tab of that title is no window of
-    // that title, and bringing it forward would switch tabs under the user.
-    for (const bool exact : {true, false}) {
-        for (const QString& id : windowOrder()) {
-            const Target& target = m_targets[id];
-            const bool matches = exact ? target.title == title : target.title.startsWith(title);
-            if (!title.isEmpty() && target.open && matches && isVisibleTab(id)) {
-                cdp().call(QStringLiteral("Page.bringToFront"), {}, target.sessionId);
-                return;
-            }
-        }
-    }
-    throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+    activateTitled(
+        title, [this](const QString& id) { return m_targets.value(id).title; },
+        [this](const QString& id) {
+            if (!isVisibleTab(id))
+                return false;
+            cdp().call(QStringLiteral("Page.bringToFront"), {}, m_targets.value(id).sessionId);
+            return true;
+        });
 }
 
 bool CdpShell::isVisibleTab(const QString& targetId)

@@ -113,6 +113,21 @@ void ScriptWindowList::revoked()
         sink->SW_WindowRevoked(0);
 }
 
+void ScriptWindowList::activateTitled(const QString& title, const std::function<QString(const QString&)>& titleOf,
+                                      const std::function<bool(const QString&)>& bringForwardIfShown)
+{
+    for (const bool exact : {true, false}) {
+        for (const QString& id : std::as_const(m_order)) {
+            if (title.isEmpty() || !isOpen(id))
+                continue;
+            const QString tabTitle = titleOf(id);
+            if ((exact ? tabTitle == title : tabTitle.startsWith(title)) && bringForwardIfShown(id))
+                return;
+        }
+    }
+    throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+}
+
 void ScriptWindowList::restartProgress(const QString& windowId)
 {
     m_progress[windowId] = Progress{};

@@ -44,6 +44,13 @@ protected:
     // Every window of the browser closed at once.
     void browserGone();
 
+    // The shell's AppActivate over tabs: a tabbed window's title is its visible tab's, so the first
+    // tab titled `title` (equal, else beginning with it) that its window shows is brought forward.
+    // A hidden tab of that title is no window of that title: bringing it forward would switch tabs
+    // under the user. `bringForwardIfShown` says whether it did. Throws AppError when none is.
+    void activateTitled(const QString& title, const std::function<QString(const QString& windowId)>& titleOf,
+                        const std::function<bool(const QString& windowId)>& bringForwardIfShown);
+
     // A tab started navigating: its requests are counted anew.
     void restartProgress(const QString& windowId);
     void requestSent(const std::shared_ptr<ScriptWindow>& page);

@@ -12,6 +12,8 @@
 
 #include <QFile>
 #include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QScopeGuard>
@@ -101,32 +103,56 @@ TEST(FirefoxProcess, StartsWithItsOwnProfileAnswersAndIsGoneForTheNextStart)
     EXPECT_TRUE(prefs.readAll().contains(R"(user_pref("browser.startup.page", 3);)"));
 }
 
-// A Tolvane killed leaves its Firefox running (Firefox does not end with its connection): the next
-// start takes that browser up instead of failing beside it, and closes it at the end.
-TEST(FirefoxProcess, ABrowserLeftRunningInTheProfileIsTakenUpAndClosedAtTheEnd)
+// A Tolvane killed leaves its Firefox running, with a BiDi session nobody can follow again (Firefox
+// keeps it past the connection and allows one): the next start ends that browser and starts its
+// own. A lock left behind that names another program's process leaves that program alone.
+TEST(FirefoxProcess, ABrowserLeftRunningInTheProfileIsEndedForTheNextStart)
 {
     REQUIRE_FIREFOX(firefox);
     QTemporaryDir profile;
     FirefoxProcess::prepareProfile(profile.path());
-    QProcess left;
-    left.setProgram(firefox);
-    left.setArguments({QStringLiteral("--headless"), QStringLiteral("--remote-debugging-port=0"), QStringLiteral("--profile"),
-                       profile.path(), QStringLiteral("--no-remote")});
-    left.setStandardOutputFile(QProcess::nullDevice());
-    left.setStandardErrorFile(QProcess::nullDevice());
-    qint64 leftPid = 0;
-    ASSERT_TRUE(left.startDetached(&leftPid));
-    // Whatever happens below, the browser left running does not outlive the test.
-    const auto cleanUp = qScopeGuard([&] { ::kill(static_cast<pid_t>(leftPid), SIGKILL); });
-    ASSERT_TRUE(pumpUntil([&] { return QFile::exists(profile.path() + QStringLiteral("/WebDriverBiDiServer.json")); }, 30000));
-    {
-        auto browser = FirefoxProcess::start(firefox, profile.path(), {QStringLiteral("--headless")});
-        const QJsonArray contexts = browser->connection().call(QStringLiteral("browsingContext.getTree")).value("contexts").toArray();
-        EXPECT_FALSE(contexts.isEmpty());
-        EXPECT_EQ(::kill(static_cast<pid_t>(leftPid), 0), 0) << "no second browser beside it";
-        browser->close();
+    const auto detached = [](const QString& program, const QStringList& arguments) {
+        QProcess process;
+        process.setProgram(program);
+        process.setArguments(arguments);
+        process.setStandardOutputFile(QProcess::nullDevice());
+        process.setStandardErrorFile(QProcess::nullDevice());
+        qint64 pid = 0;
+        process.startDetached(&pid);
+        return static_cast<pid_t>(pid);
+    };
+    const pid_t left = detached(firefox, {QStringLiteral("--headless"), QStringLiteral("--remote-debugging-port=0"),
+                                          QStringLiteral("--profile"), profile.path(), QStringLiteral("--no-remote")});
+    const pid_t other = detached(QStringLiteral("sleep"), {QStringLiteral("60")});
+    // Whatever happens below, neither outlives the test.
+    const auto cleanUp = qScopeGuard([&] {
+        ::kill(left, SIGKILL);
+        ::kill(other, SIGKILL);
+    });
+    // The port it names in the profile.
+    const auto endpoint = [&] {
+        QFile named(profile.path() + QStringLiteral("/WebDriverBiDiServer.json"));
+        const int port = named.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(named.readAll()).object().value("ws_port").toInt() : 0;
+        return port > 0 ? QStringLiteral("ws://127.0.0.1:%1").arg(port) : QString();
+    };
+    ASSERT_TRUE(pumpUntil([&] { return !endpoint().isEmpty(); }, 30000));
+    FirefoxProcess::attach(endpoint()); // its Tolvane's session, never ended: the connection just goes
+    EXPECT_THROW(FirefoxProcess::attach(endpoint()), AppError) << "Firefox took a second session";
+
+    auto browser = FirefoxProcess::start(firefox, profile.path(), {QStringLiteral("--headless")});
+    EXPECT_FALSE(browser->connection().call(QStringLiteral("browsingContext.getTree")).value("contexts").toArray().isEmpty());
+    EXPECT_NE(::kill(left, 0), 0) << "the browser left running was not ended";
+    browser->close();
+
+    // A lock that names a process of another program (a crash left it, the number was reused).
+    QFile::remove(profile.path() + QStringLiteral("/lock"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("127.0.0.1:+%1").arg(other), profile.path() + QStringLiteral("/lock")));
+    try {
+        FirefoxProcess::start(firefox, profile.path(), {QStringLiteral("--headless")});
+    } catch (const AppError&) {
+        // Firefox may take the lock for a live one: that is its own affair.
     }
-    EXPECT_TRUE(pumpUntil([&] { return ::kill(static_cast<pid_t>(leftPid), 0) != 0; }, 15000));
+    EXPECT_EQ(::kill(other, 0), 0) << "another program's process was ended";
 }
 
 TEST(FirefoxProcess, ABrowserThatCannotRunSaysWhy)

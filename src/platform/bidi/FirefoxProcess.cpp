@@ -14,6 +14,7 @@
 #include <QProcess>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QThread>
 #include <csignal>
 
 namespace {
@@ -52,12 +53,31 @@ QString namedEndpoint(const QString& portFile)
     return QStringLiteral("ws://%1:%2").arg(server.value(QLatin1String("ws_host")).toString(QStringLiteral("127.0.0.1"))).arg(port);
 }
 
-// Whether a live process holds the profile: Firefox's lock names it ("127.0.0.1:+4242").
-bool profileInUse(const QString& profileFolder)
+// The live Firefox that holds the profile, or 0: its lock names it ("127.0.0.1:+4242"), and its
+// command line names the profile (a lock left by a crash may name a process that is another now).
+pid_t profileHolder(const QString& profileFolder)
 {
-    const QString holder = QFileInfo(profileFolder + QStringLiteral("/lock")).symLinkTarget();
-    const qint64 pid = QFileInfo(holder).fileName().section(QLatin1Char('+'), -1).toLongLong();
-    return pid > 0 && ::kill(static_cast<pid_t>(pid), 0) == 0;
+    const QString lock = QFileInfo(profileFolder + QStringLiteral("/lock")).symLinkTarget();
+    const pid_t pid = static_cast<pid_t>(QFileInfo(lock).fileName().section(QLatin1Char('+'), -1).toLongLong());
+    if (pid <= 0 || ::kill(pid, 0) != 0)
+        return 0;
+    QFile commandLine(QStringLiteral("/proc/%1/cmdline").arg(pid));
+    if (!commandLine.open(QIODevice::ReadOnly) || !commandLine.readAll().contains(QFile::encodeName(profileFolder)))
+        return 0;
+    return pid;
+}
+
+// Ends a process that is not our child: asked first, then killed.
+void endProcess(pid_t pid)
+{
+    for (const int signal : {SIGTERM, SIGKILL}) {
+        ::kill(pid, signal);
+        const QDeadlineTimer deadline(5000);
+        while (::kill(pid, 0) == 0 && !deadline.hasExpired())
+            QThread::msleep(50);
+        if (::kill(pid, 0) != 0)
+            return;
+    }
 }
 
 // Pages worth opening again: not the browser's own empty and start pages.
@@ -90,17 +110,11 @@ std::unique_ptr<FirefoxProcess> FirefoxProcess::start(const QString& executable,
 {
     prepareProfile(profileFolder);
     const QString portFile = profileFolder + QStringLiteral("/WebDriverBiDiServer.json");
-    // The browser a Tolvane that ended without closing it left running with this profile: a new one
-    // could not start beside it, so it is taken up, and closed at the end as if started here.
-    if (const QString endpoint = namedEndpoint(portFile); !endpoint.isEmpty() && profileInUse(profileFolder)) {
-        try {
-            std::unique_ptr<FirefoxProcess> browser = attach(endpoint);
-            browser->m_profileFolder = profileFolder;
-            return browser;
-        } catch (const AppError&) {
-            // Not answering: starting one says why it cannot.
-        }
-    }
+    // The browser a Tolvane that was killed left running with this profile cannot be followed (its
+    // BiDi session outlives the connection, and Firefox has one at a time) and keeps another from
+    // starting: it is ended, and its own crash recovery brings its tabs back in the new one.
+    if (const pid_t holder = profileHolder(profileFolder))
+        endProcess(holder);
     std::unique_ptr<FirefoxProcess> browser(new FirefoxProcess);
     browser->m_profileFolder = profileFolder;
     browser->m_process = std::make_unique<QProcess>();
@@ -223,13 +237,8 @@ void FirefoxProcess::reopenTabsOfLastClose()
 
 void FirefoxProcess::close()
 {
-    const bool running = m_process ? m_process->state() != QProcess::NotRunning : !m_profileFolder.isEmpty();
-    if (running && m_connection && !m_connection->isClosed()) {
+    if (m_process && m_process->state() != QProcess::NotRunning && m_connection && !m_connection->isClosed())
         keepTabsForNextStart();
-        // One taken up from an earlier Tolvane has no process here to wait for.
-        if (!m_process)
-            BrowserEnd::askToQuit(*m_connection, QStringLiteral("browser.close"));
-    }
     BrowserEnd::quit(m_process.get(), m_connection, QStringLiteral("browser.close"));
 }
 

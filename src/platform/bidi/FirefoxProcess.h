@@ -16,7 +16,7 @@ public:
     ~FirefoxProcess();
 
     // Throws AppError when the browser cannot be started, ends at once or does not answer. A
-    // Firefox left running with that profile (by a Tolvane that was killed) is taken up instead.
+    // Firefox left running with that profile (by a Tolvane that was killed) is ended first.
     static std::unique_ptr<FirefoxProcess> start(const QString& executable, const QString& profileFolder,
                                                  const QStringList& extraArguments = {});
     // Throws AppError.
@@ -43,7 +43,7 @@ private:
     void connect(const QString& endpoint);
     void keepTabsForNextStart();
 
-    QString m_profileFolder; // of a browser this object started, or took up in its profile
+    QString m_profileFolder; // of a browser this object started
     std::unique_ptr<QProcess> m_process;
     std::unique_ptr<RemoteConnection> m_connection;
 };

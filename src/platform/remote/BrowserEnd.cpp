@@ -5,6 +5,19 @@
 
 #include <QProcess>
 
+namespace {
+void askToQuit(RemoteConnection& connection, const QString& quitMethod)
+{
+    if (connection.isClosed())
+        return;
+    try {
+        connection.call(quitMethod);
+    } catch (const AppError&) {
+        // It may close the connection before it answers.
+    }
+}
+} // namespace
+
 void BrowserEnd::quit(QProcess* process, std::unique_ptr<RemoteConnection>& connection, const QString& quitMethod)
 {
     if (process && process->state() != QProcess::NotRunning) {
@@ -18,17 +31,6 @@ void BrowserEnd::quit(QProcess* process, std::unique_ptr<RemoteConnection>& conn
         }
     }
     connection.reset();
-}
-
-void BrowserEnd::askToQuit(RemoteConnection& connection, const QString& quitMethod)
-{
-    if (connection.isClosed())
-        return;
-    try {
-        connection.call(quitMethod);
-    } catch (const AppError&) {
-        // It may close the connection before it answers.
-    }
 }
 
 void BrowserEnd::kill(QProcess* process)

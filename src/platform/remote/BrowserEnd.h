@@ -13,8 +13,6 @@ namespace BrowserEnd {
 // its profile written), then, if it lingers, terminated and at last killed. The connection is
 // dropped on the way. Nothing happens to a process that has already ended.
 void quit(QProcess* process, std::unique_ptr<RemoteConnection>& connection, const QString& quitMethod);
-// Only the asking, for a browser whose process is not Tolvane's child.
-void askToQuit(RemoteConnection& connection, const QString& quitMethod);
 // At once, as a crash would.
 void kill(QProcess* process);
 

@@ -16,6 +16,15 @@ struct FieldDescription
     QString ariaLabel;
     QString inputType;    // the page's own input type (email, tel, date, ...), before any mapping
     QList<std::pair<QString, QString>> options; // a list's option values and texts
+    QString section;  // the legend or heading of the part of the form it is in
+    QString language; // the page's language ("en-GB"), as it declares it
+    // Told apart from the document's other fields of its kind that share its name (or have
+    // none): "#" + its id, else "#" + its place among them; empty for a field of its own name.
+    QString twin;
+    // Where the user could not type: read-only, disabled, hidden or off-screen.
+    bool outOfReach = false;
+    // A list whose option the page chose in advance (a country preselected).
+    bool preselected = false;
 };
 
 // An element of a web page, as form capture and fill use it. A property the element does not
@@ -44,6 +53,9 @@ public:
     virtual void setSelectedIndex(int index) = 0;
     // The user has focused or edited this field; a fill of added fields leaves it alone.
     virtual bool userTouched() const { return false; }
+    // Its value is what the user's own key presses, pointer or paste made it, not what a page
+    // script put there; only such a value of a text field or text area is remembered.
+    virtual bool userTyped() const { return true; }
     // Text fields, text areas and lists; other elements describe nothing.
     virtual FieldDescription description() const { return {}; }
 };

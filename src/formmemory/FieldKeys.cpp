@@ -46,3 +46,13 @@ ValueReach ReachOf(const QString& name)
 {
     return name.isEmpty() ? ValueReach::SiteOnly : ValueReach::AnySite;
 }
+
+QString FieldKey(const QString& name, const FieldDescription& described)
+{
+    return name + described.twin;
+}
+
+ValueReach ReachOf(const QString& name, const FieldDescription& described, bool someoneElses)
+{
+    return someoneElses || !described.twin.isEmpty() ? ValueReach::SiteOnly : ReachOf(name);
+}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HtmlElement.h"
 #include "ValueStore.h"
 
 #include <QString>
@@ -22,3 +23,10 @@ bool ReadBoolean(const QString& text);
 // A field without a name gives keys ("_", "", " SelectedIndex") that say nothing about which
 // field it is on another site: its entries are kept for its own site only.
 ValueReach ReachOf(const QString& name);
+
+// The key of a text field, text area or list: its name, and where other fields of its kind in
+// the document share that name (or it has none), what tells it apart from them.
+QString FieldKey(const QString& name, const FieldDescription& described);
+// Such a field's entries are for its own site only when it is told apart that way or is
+// someone else's (a friend's, an answer): the key says nothing about a field on another site.
+ValueReach ReachOf(const QString& name, const FieldDescription& described, bool someoneElses);

@@ -11,23 +11,39 @@ namespace {
 // Page texts are the page's to choose; what a field's caption says fits in far less.
 constexpr qsizetype LongestText = 200;
 
+struct Token
+{
+    const char* key;
+    Meaning meaning;
+};
+
+// The standard autofill tokens, the key of each meaning first; and keys of our own where no
+// token exists.
+constexpr Token Tokens[] = {
+    {"honorific-prefix", Meaning::Honorific}, {"given-name", Meaning::GivenName},
+    {"additional-name", Meaning::AdditionalName}, {"family-name", Meaning::FamilyName},
+    {"name", Meaning::FullName}, {"email", Meaning::Email}, {"tel", Meaning::Phone},
+    {"tel-national", Meaning::Phone}, {"tel-country-code", Meaning::PhoneCountryCode},
+    {"tel-area-code", Meaning::PhoneAreaCode}, {"tel-local", Meaning::PhoneLocal},
+    {"tel-local-prefix", Meaning::PhoneLocalPrefix}, {"tel-local-suffix", Meaning::PhoneLocalSuffix},
+    {"tel-extension", Meaning::PhoneExtension}, {"street-address", Meaning::StreetAddress},
+    {"address-line1", Meaning::AddressLine1}, {"address-line2", Meaning::AddressLine2},
+    {"address-line3", Meaning::AddressLine3}, {"address-level2", Meaning::City},
+    {"address-level1", Meaning::Region}, {"postal-code", Meaning::PostalCode}, {"country", Meaning::Country},
+    {"country-name", Meaning::Country}, {"organization", Meaning::Organization}, {"bday", Meaning::BirthDate},
+    {"bday-day", Meaning::BirthDay}, {"bday-month", Meaning::BirthMonth}, {"bday-year", Meaning::BirthYear},
+};
+// No page declares these: they are only ever our keys.
+constexpr Token OwnKeys[] = {{"x-house-number", Meaning::HouseNumber}, {"x-street-name", Meaning::StreetName}};
+
 const QHash<QString, Meaning>& autofillTokens()
 {
-    static const QHash<QString, Meaning> tokens = {
-        {"honorific-prefix", Meaning::Honorific}, {"given-name", Meaning::GivenName},
-        {"additional-name", Meaning::AdditionalName}, {"family-name", Meaning::FamilyName},
-        {"name", Meaning::FullName}, {"email", Meaning::Email}, {"tel", Meaning::Phone},
-        {"tel-national", Meaning::Phone}, {"tel-country-code", Meaning::PhoneCountryCode},
-        {"tel-area-code", Meaning::PhoneAreaCode}, {"tel-local", Meaning::PhoneLocal},
-        {"tel-local-prefix", Meaning::PhoneLocalPrefix}, {"tel-local-suffix", Meaning::PhoneLocalSuffix},
-        {"street-address", Meaning::StreetAddress}, {"address-line1", Meaning::AddressLine1},
-        {"address-line2", Meaning::AddressLine2}, {"address-line3", Meaning::AddressLine3},
-        {"address-level2", Meaning::City}, {"address-level1", Meaning::Region},
-        {"postal-code", Meaning::PostalCode}, {"country", Meaning::Country},
-        {"country-name", Meaning::Country}, {"organization", Meaning::Organization},
-        {"bday", Meaning::BirthDate}, {"bday-day", Meaning::BirthDay}, {"bday-month", Meaning::BirthMonth},
-        {"bday-year", Meaning::BirthYear},
-    };
+    static const QHash<QString, Meaning> tokens = [] {
+        QHash<QString, Meaning> byName;
+        for (const Token& token : Tokens)
+            byName.insert(QLatin1String(token.key), token.meaning);
+        return byName;
+    }();
     return tokens;
 }
 
@@ -58,20 +74,36 @@ Meaning fromAutocomplete(const QString& declared, bool& decided)
     return Meaning::None;
 }
 
-Meaning fromOptions(const QString& tagName, const QList<std::pair<QString, QString>>& options)
+bool isNumberFrom(const QString& text, int from, int to)
 {
-    if (tagName.compare(QLatin1String("select"), Qt::CaseInsensitive) != 0 || options.isEmpty())
-        return Meaning::None;
+    bool ok = false;
+    const int number = text.trimmed().toInt(&ok);
+    return ok && number >= from && number <= to;
+}
+
+// Lists of places and titles by what their options say (the codes of states and countries
+// overlap: "CA", "DE", "IN"); in a birth date, the day, month and year lists by their ranges.
+Meaning fromOptions(const QList<std::pair<QString, QString>>& options, bool birth)
+{
     int regions = 0;
     int countries = 0;
     int honorifics = 0;
-    // By what the options say: the codes of states and countries overlap ("CA", "DE", "IN").
+    int days = 0;
+    int years = 0;
     for (const auto& [value, text] : options) {
         const QString& shown = text.trimmed().isEmpty() ? value : text;
         regions += PlaceNames::isRegion(shown);
         countries += PlaceNames::isCountry(shown);
         honorifics += MeaningRules::isHonorific(shown);
+        days += isNumberFrom(shown, 1, 31);
+        years += isNumberFrom(shown, 1900, 2100);
     }
+    if (birth && years >= 20)
+        return Meaning::BirthYear;
+    if (birth && days >= 28)
+        return Meaning::BirthDay;
+    if (birth && (days == 12 || options.size() >= 12))
+        return Meaning::BirthMonth;
     if (countries >= 20)
         return Meaning::Country;
     if (regions >= 10)
@@ -84,51 +116,65 @@ Meaning fromOptions(const QString& tagName, const QList<std::pair<QString, QStri
 
 QString MeaningKey(Meaning meaning)
 {
-    for (auto token = autofillTokens().constBegin(); token != autofillTokens().constEnd(); ++token) {
-        // Two tokens name a whole phone number and two a country; the first of each is the key.
-        if (*token == meaning && token.key() != QLatin1String("tel-national") && token.key() != QLatin1String("country-name"))
-            return token.key();
+    for (const Token& token : Tokens) {
+        if (token.meaning == meaning)
+            return QLatin1String(token.key);
+    }
+    for (const Token& token : OwnKeys) {
+        if (token.meaning == meaning)
+            return QLatin1String(token.key);
     }
     return {};
 }
 
-Meaning RecogniseField(const QString& tagName, const QString& name, const FieldDescription& field)
+Recognition RecogniseField(const QString& tagName, const QString& name, const FieldDescription& field)
 {
+    const bool isList = tagName.compare(QLatin1String("select"), Qt::CaseInsensitive) == 0;
+    const bool isArea = tagName.compare(QLatin1String("textarea"), Qt::CaseInsensitive) == 0;
+    const MeaningRules::Texts texts = MeaningRules::textsOf(
+        name.left(LongestText), field.id.left(LongestText),
+        {field.label.left(LongestText), field.ariaLabel.left(LongestText), field.placeholder.left(LongestText)},
+        field.section.left(LongestText));
+    // Whatever token the page puts on a friend's box, it is the friend's.
+    if (MeaningRules::forSomeoneElse(texts)) {
+        Recognition elses;
+        elses.someoneElses = true;
+        return elses;
+    }
     bool decided = false;
     const Meaning declared = fromAutocomplete(field.autocomplete.left(LongestText), decided);
-    const bool isArea = tagName.compare(QLatin1String("textarea"), Qt::CaseInsensitive) == 0;
     if (decided)
-        return declared;
+        return {declared, declared != Meaning::None};
     const QString type = field.inputType.toLower();
     if (type == QLatin1String("search") || type == QLatin1String("password"))
-        return Meaning::None;
+        return {};
 
-    const MeaningRules::Texts texts = MeaningRules::textsOf(name.left(LongestText), field.id.left(LongestText),
-                                                            {field.label.left(LongestText),
-                                                             field.ariaLabel.left(LongestText),
-                                                             field.placeholder.left(LongestText)});
-    if (MeaningRules::saysOther(texts))
-        return Meaning::None;
-    Meaning meaning = MeaningRules::fromTexts(texts, tagName.compare(QLatin1String("select"), Qt::CaseInsensitive) == 0);
-    if (meaning == Meaning::None)
-        meaning = fromOptions(tagName, field.options);
-    if (meaning == Meaning::None && type == QLatin1String("email"))
-        meaning = Meaning::Email;
-    if (meaning == Meaning::None && type == QLatin1String("tel"))
-        meaning = Meaning::Phone;
+    const std::optional<Recognition> read = MeaningRules::fromTexts(texts, isList);
+    if (!read)
+        return {};
+    Recognition found = *read;
+    const bool birth = found.meaning == Meaning::BirthDate;
+    if (isList && (found.meaning == Meaning::None || birth) && !field.options.isEmpty()) {
+        if (const Meaning listed = fromOptions(field.options, birth); listed != Meaning::None)
+            found = {listed, true};
+    }
+    if (found.meaning == Meaning::None && !found.bareName && type == QLatin1String("email"))
+        found = {Meaning::Email, true};
+    if (found.meaning == Meaning::None && !found.bareName && type == QLatin1String("tel"))
+        found = {Meaning::Phone, true};
     // A text area asked for an address wants the whole of it.
-    if (isArea && meaning == Meaning::AddressLine1)
-        meaning = Meaning::StreetAddress;
-    return meaning;
+    if (isArea && found.meaning == Meaning::AddressLine1)
+        found.meaning = Meaning::StreetAddress;
+    return found;
 }
 
-Meaning MeaningOf(const HtmlElement& element, FieldDescription& described)
+Recognition MeaningOf(const HtmlElement& element, FieldDescription& described)
 {
     try {
         described = element.description();
         return RecogniseField(element.tagName(), element.name(), described);
     } catch (const AppError&) {
         described = {};
-        return Meaning::None;
+        return {};
     }
 }

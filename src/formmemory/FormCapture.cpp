@@ -3,8 +3,8 @@
 #include "AppError.h"
 #include "ErrorReport.h"
 #include "FieldKeys.h"
-#include "FieldMeaning.h"
 #include "MeaningValues.h"
+#include "ValueChecks.h"
 #include "ValueStore.h"
 
 void FormCapture::IEHolder_DocChanged(int /*Index*/, const DocPtr& document, const ElementPtr& element)
@@ -17,11 +17,8 @@ void FormCapture::IEHolder_DocChanged(int /*Index*/, const DocPtr& document, con
             captureInput(*document, *element);
         else if (tag == QLatin1String("select"))
             captureList(*document, *element);
-        else if (tag == QLatin1String("textarea")) {
-            const QString text = element->innerText();
-            m_services.values.SetValue(document->URLUnencoded(), element->name(), text, ReachOf(element->name()));
-            rememberMeaning(*element, [&text](const FieldDescription&) { return text; });
-        }
+        else if (tag == QLatin1String("textarea") && element->userTyped())
+            captureText(*document, *element, element->innerText(), false);
     } catch (const AppError& error) {
         m_services.errors.ReportError(error, QStringLiteral("IEHolder_DocChanged"));
     }
@@ -29,49 +26,67 @@ void FormCapture::IEHolder_DocChanged(int /*Index*/, const DocPtr& document, con
 
 void FormCapture::captureInput(const HtmlDocument& document, HtmlElement& input)
 {
-    QString key;
-    QString value;
-    const QString name = input.name();
     switch (KindOfInput(input.type())) {
     case FieldKind::TextField:
-        key = name;
-        value = input.value();
+        // What a page script put into a field is not the user's.
+        if (input.userTyped())
+            captureText(document, input, input.value(), true);
         break;
-    case FieldKind::Choice:
-        key = ChoiceKey(input);
-        value = BooleanText(input.checked());
+    case FieldKind::Choice: {
+        const QString key = ChoiceKey(input);
+        const QString value = BooleanText(input.checked());
+        m_services.host.ShowStatus(key + QStringLiteral(" = ") + value);
+        m_services.values.SetValue(document.URLUnencoded(), key, value, ReachOf(input.name()));
         break;
-    default:
-        return;
     }
-    if (key.isEmpty())
-        return;
-    m_services.host.ShowStatus(key + QStringLiteral(" = ") + value);
-    m_services.values.SetValue(document.URLUnencoded(), key, value, ReachOf(name));
-    if (KindOfInput(input.type()) == FieldKind::TextField)
-        rememberMeaning(input, [&value](const FieldDescription&) { return value; });
+    default:
+        break;
+    }
 }
 
-void FormCapture::rememberMeaning(const HtmlElement& field,
-                                  const std::function<QString(const FieldDescription&)>& valueOf)
+void FormCapture::captureText(const HtmlDocument& document, HtmlElement& field, const QString& value, bool showStatus)
 {
     FieldDescription described;
-    const Meaning meaning = MeaningOf(field, described);
-    if (meaning != Meaning::None)
-        m_services.values.SetMeaningValue(MeaningKey(meaning), valueOf(described));
+    const Recognition recognised = MeaningOf(field, described);
+    const QString name = field.name();
+    const QString key = FieldKey(name, described);
+    // A text field without a name, told apart by nothing, is not kept (a text area is).
+    if (showStatus && key.isEmpty())
+        return;
+    if (showStatus)
+        m_services.host.ShowStatus(key + QStringLiteral(" = ") + value);
+    m_services.values.SetValue(document.URLUnencoded(), key, value, ReachOf(name, described, recognised.someoneElses),
+                               MeaningKey(recognised.meaning));
+    rememberMeaning(recognised, value, described);
+}
+
+void FormCapture::rememberMeaning(const Recognition& recognised, const QString& value, const FieldDescription& described)
+{
+    if (recognised.someoneElses || recognised.meaning == Meaning::None || !(recognised.sure || recognised.bareName))
+        return;
+    const QString remembered = ValueToRemember(recognised.meaning, value, described);
+    if (remembered.isEmpty())
+        return;
+    const QString key = MeaningKey(recognised.meaning);
+    // A bare "Name" may be a given name beside a family-name box this capture cannot see: it
+    // only fills a gap, never replaces what memory holds.
+    if (recognised.bareName && !m_services.values.MeaningValue(key).trimmed().isEmpty())
+        return;
+    m_services.values.SetMeaningValue(key, remembered);
 }
 
 void FormCapture::captureList(const HtmlDocument& document, HtmlElement& list)
 {
+    FieldDescription described;
+    const Recognition recognised = MeaningOf(list, described);
     const QString name = list.name();
-    m_services.host.ShowStatus(name + QStringLiteral(" = ") + list.value());
-    m_services.values.SetValue(document.URLUnencoded(), name, list.value(), ReachOf(name));
+    const QString key = FieldKey(name, described);
+    const ValueReach reach = ReachOf(name, described, recognised.someoneElses);
+    m_services.host.ShowStatus(key + QStringLiteral(" = ") + list.value());
+    m_services.values.SetValue(document.URLUnencoded(), key, list.value(), reach, MeaningKey(recognised.meaning));
     const int index = list.selectedIndex();
     if (index >= 1)
-        m_services.values.SetValue(document.URLUnencoded(), SelectedIndexKey(name),
-                                   QString::number(index), ReachOf(name));
+        m_services.values.SetValue(document.URLUnencoded(), SelectedIndexKey(key), QString::number(index), reach);
     // The chosen option's text says more on another site than its value ("Illinois", not "14").
-    rememberMeaning(list, [&](const FieldDescription& described) {
-        return ChosenOptionText(described.options, index, list.value());
-    });
+    rememberMeaning(recognised, ChosenOptionText(described.options, index, list.value()), described);
 }

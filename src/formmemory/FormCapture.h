@@ -1,11 +1,11 @@
 #pragma once
 
+#include "FieldMeaning.h"
 #include "FormMemoryServices.h"
 #include "HtmlDocument.h"
 
-#include <functional>
-
-// Remembers what the user put into a field, under the page's address and the field's key.
+// Remembers what the user put into a field, under the page's address and the field's key, and
+// by the field's meaning where that is sure and the value is one of that meaning.
 class FormCapture
 {
 public:
@@ -15,10 +15,9 @@ public:
 
 private:
     void captureInput(const HtmlDocument& document, HtmlElement& input);
+    void captureText(const HtmlDocument& document, HtmlElement& field, const QString& value, bool showStatus);
     void captureList(const HtmlDocument& document, HtmlElement& list);
-    // A field whose meaning is recognised is remembered by that meaning too, for every site;
-    // `valueOf` tells what to remember from what the page says of the field.
-    void rememberMeaning(const HtmlElement& field, const std::function<QString(const FieldDescription&)>& valueOf);
+    void rememberMeaning(const Recognition& recognised, const QString& value, const FieldDescription& described);
 
     FormMemoryServices m_services;
 };

@@ -7,6 +7,7 @@
 #include "FieldMeaning.h"
 #include "MeaningValues.h"
 #include "MessagePump.h"
+#include "PageNames.h"
 #include "SiteFiles.h"
 #include "ValueStore.h"
 
@@ -85,12 +86,39 @@ bool FormFill::isRepeat(const HtmlDocument& document) const
            m_services.clock.monotonicMs() - *m_lastFillTimeMs < RepeatWindowMs;
 }
 
+FormFill::Field::Field(const HtmlElement& element) : element(element), name(element.name())
+{
+    try {
+        described = element.description();
+    } catch (const AppError&) {
+        described = {};
+    }
+    key = FieldKey(name, described);
+}
+
+const Recognition& FormFill::Field::recognised()
+{
+    if (!recognition)
+        recognition = RecogniseField(element.tagName(), name, described);
+    return *recognition;
+}
+
+bool FormFill::Field::takes(const QString& recordedMeaning)
+{
+    const Recognition& found = recognised();
+    if (found.someoneElses)
+        return false;
+    return recordedMeaning.isEmpty() || found.meaning == Meaning::None || recordedMeaning == MeaningKey(found.meaning);
+}
+
 void FormFill::fillInputs(const HtmlDocument& document, const QList<ElementPtr>& inputs, Changed& changed)
 {
+    PageNames page(inputs);
     for (const ElementPtr& input : inputs) {
         switch (KindOfInput(input->type())) {
         case FieldKind::TextField: {
-            const QString remembered = rememberedFor(document, *input, input->value());
+            Field field(*input);
+            const QString remembered = rememberedFor(document, field, input->value(), page);
             if (input->value() != remembered) {
                 if (!changed.first)
                     changed.first = input;
@@ -116,10 +144,11 @@ void FormFill::fillInputs(const HtmlDocument& document, const QList<ElementPtr>&
 
 void FormFill::fillTextAreas(const HtmlDocument& document, const QList<ElementPtr>& areas)
 {
+    PageNames page({});
     for (const ElementPtr& area : areas) {
-        const QString name = area->name();
-        m_services.host.ShowStatus(QStringLiteral("retrieving ") + name);
-        area->setInnerText(rememberedFor(document, *area, area->innerText()));
+        Field field(*area);
+        m_services.host.ShowStatus(QStringLiteral("retrieving ") + field.name);
+        area->setInnerText(rememberedFor(document, field, area->innerText(), page));
         m_services.pump.DoEvents();
     }
 }
@@ -127,18 +156,20 @@ void FormFill::fillTextAreas(const HtmlDocument& document, const QList<ElementPt
 void FormFill::fillLists(const HtmlDocument& document, const QList<ElementPtr>& lists)
 {
     for (const ElementPtr& list : lists) {
-        const QString name = list->name();
-        m_services.host.ShowStatus(QStringLiteral("retrieving ") + name);
-        if (fillListByMeaning(document, *list)) {
+        Field field(*list);
+        m_services.host.ShowStatus(QStringLiteral("retrieving ") + field.name);
+        if (fillListByMeaning(document, *list, field)) {
             m_services.pump.DoEvents();
             continue;
         }
-        list->setValue(m_services.values.GetValue(document.URLUnencoded(), name, list->value(),
-                                                  ReachOf(name)));
+        const ValueReach reach = ReachOf(field.name, field.described, false);
+        const auto takes = [&field](const QString& meaning) { return field.takes(meaning); };
+        const QString own = list->value();
+        list->setValue(m_services.values.ValueOr(
+            document.URLUnencoded(), field.key, reach, [&own] { return UnescapeLineBreaks(own); }, takes));
         if (list->value().isEmpty()) {
             const QString index = m_services.values.GetValue(
-                document.URLUnencoded(), SelectedIndexKey(name),
-                QString::number(list->selectedIndex()), ReachOf(name));
+                document.URLUnencoded(), SelectedIndexKey(field.key), QString::number(list->selectedIndex()), reach);
             list->setSelectedIndex(WholeNumber(index));
         }
         m_services.pump.DoEvents();
@@ -150,31 +181,41 @@ MeaningValues FormFill::rememberedByMeaning()
     return MeaningValues([this](const QString& key) { return m_services.values.MeaningValue(key); });
 }
 
-QString FormFill::rememberedFor(const HtmlDocument& document, const HtmlElement& field, const QString& own)
+QString FormFill::rememberedFor(const HtmlDocument& document, Field& field, const QString& own, PageNames& page)
 {
-    const QString name = field.name();
-    return m_services.values.ValueOr(document.URLUnencoded(), name, ReachOf(name), [&] {
-        FieldDescription described;
-        const Meaning meaning = MeaningOf(field, described);
-        const QString meant = rememberedByMeaning().valueFor(meaning, described.inputType);
-        return meant.isEmpty() ? UnescapeLineBreaks(own) : meant;
-    });
+    const ValueReach reach = ReachOf(field.name, field.described, false);
+    const auto takes = [&field](const QString& meaning) { return field.takes(meaning); };
+    return m_services.values.ValueOr(document.URLUnencoded(), field.key, reach, [&] {
+        // Only where the user would type: never over what the page put there, nor into a field
+        // the user cannot reach.
+        const QString unescaped = UnescapeLineBreaks(own);
+        if (field.described.outOfReach || !unescaped.trimmed().isEmpty())
+            return unescaped;
+        const Meaning meaning = page.meaningOf(field.recognised(), field.element);
+        const bool multiLine = field.element.tagName().compare(QLatin1String("textarea"), Qt::CaseInsensitive) == 0;
+        const QString meant = rememberedByMeaning().valueFor(meaning, field.described, multiLine);
+        return meant.isEmpty() ? unescaped : meant;
+    }, takes);
 }
 
-bool FormFill::fillListByMeaning(const HtmlDocument& document, HtmlElement& list)
+bool FormFill::fillListByMeaning(const HtmlDocument& document, HtmlElement& list, Field& field)
 {
-    // Only where nothing is remembered for the list itself, by name or by position.
-    const QString site = document.URLUnencoded();
-    const QString name = list.name();
-    const auto nothing = [] { return QString(); };
-    if (!m_services.values.ValueOr(site, name, ReachOf(name), nothing).isEmpty() ||
-        !m_services.values.ValueOr(site, SelectedIndexKey(name), ReachOf(name), nothing).isEmpty())
+    // Only where nothing is remembered for the list itself, by name or by position, and where
+    // the page has not chosen for the user.
+    if (field.described.outOfReach || field.described.preselected)
         return false;
-    FieldDescription described;
-    const Meaning meaning = MeaningOf(list, described);
+    const QString site = document.URLUnencoded();
+    const ValueReach reach = ReachOf(field.name, field.described, false);
+    const auto takes = [&field](const QString& meaning) { return field.takes(meaning); };
+    const auto nothing = [] { return QString(); };
+    if (!m_services.values.ValueOr(site, field.key, reach, nothing, takes).isEmpty() ||
+        !m_services.values.ValueOr(site, SelectedIndexKey(field.key), reach, nothing).isEmpty())
+        return false;
+    PageNames alone({});
+    const Meaning meaning = alone.meaningOf(field.recognised(), list);
     if (meaning == Meaning::None)
         return false;
-    const int option = MatchingOption(meaning, rememberedByMeaning().valueFor(meaning), described.options);
+    const int option = MatchingOption(meaning, rememberedByMeaning().valueFor(meaning), field.described.options);
     if (option < 0)
         return false;
     list.setSelectedIndex(option);

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "FieldMeaning.h"
 #include "FormMemoryServices.h"
 #include "HtmlDocument.h"
 #include "MeaningValues.h"
 
 #include <optional>
+
+class PageNames;
 
 // Fills a page that is ready with the remembered values: inputs, then text areas, then lists,
 // letting pending events run after every field. Fields the page adds later are filled the same
@@ -25,18 +28,33 @@ private:
         ElementPtr first;
         ElementPtr last;
     };
+    // A text field, text area or list as the fill looks it up: its key, where its entries count,
+    // and what it means (recognised only when a look-up needs it).
+    struct Field
+    {
+        Field(const HtmlElement& element);
+        const Recognition& recognised();
+        // Whether an entry for any site typed under `recordedMeaning` may fill this field.
+        bool takes(const QString& recordedMeaning);
+
+        const HtmlElement& element;
+        QString name;
+        FieldDescription described;
+        QString key;
+        std::optional<Recognition> recognition;
+    };
     bool isRepeat(const HtmlDocument& document) const;
     void fillInputs(const HtmlDocument& document, const QList<ElementPtr>& inputs, Changed& changed);
     void fillTextAreas(const HtmlDocument& document, const QList<ElementPtr>& areas);
     void fillLists(const HtmlDocument& document, const QList<ElementPtr>& lists);
     void jumpTo(const Changed& changed);
     MeaningValues rememberedByMeaning();
-    // What is remembered for the field by name; where nothing is, what its meaning remembers;
-    // else its own value (`own`).
-    QString rememberedFor(const HtmlDocument& document, const HtmlElement& field, const QString& own);
+    // What is remembered for the field by its key; where nothing is, what its meaning remembers
+    // if the user would want it there; else its own value (`own`).
+    QString rememberedFor(const HtmlDocument& document, Field& field, const QString& own, PageNames& page);
     // Picks the option the list's meaning remembers; false when the list is left to the
     // description's own steps (something is remembered for it, or nothing by meaning fits).
-    bool fillListByMeaning(const HtmlDocument& document, HtmlElement& list);
+    bool fillListByMeaning(const HtmlDocument& document, HtmlElement& list, Field& field);
 
     FormMemoryServices m_services;
     QString m_lastFillURL;

@@ -1,71 +1,15 @@
 #include "MeaningRules.h"
 
-#include <QRegularExpression>
+#include "MeaningWords.h"
 
 #include <algorithm>
 
-#include <vector>
+using namespace MeaningWords;
 
 namespace {
-QRegularExpression words(const char* alternatives)
+bool matches(const QRegularExpression& pattern, const QString& text)
 {
-    return QRegularExpression(QStringLiteral("(?:^| )(?:%1)(?= |$)").arg(QLatin1String(alternatives)),
-                              QRegularExpression::UseUnicodePropertiesOption);
-}
-
-// Fields of other kinds, or for another person: a friend's e-mail, a search box, a promotion
-// code, a card, a password, a captcha, a message, "how did you hear", a user name, ...
-const QRegularExpression& otherWords()
-{
-    static const QRegularExpression other = words(
-        "friends?|friend s|referr\\w*|refer|referee|invite\\w*|recipients?|receiver|amie?s?|freund\\w*|amig[oa]s?|"
-        "amic[oa]|amici|vriend\\w*|colleagues?|search\\w*|query|keywords?|such\\w*|recherche\\w*|buscar|busqueda|"
-        "cerca|zoek\\w*|pesquisa\\w*|promo\\w*|coupons?|vouchers?|discount\\w*|gift ?cards?|gift certificates?|"
-        "redeem\\w*|rabatt\\w*|gutschein\\w*|cupon\\w*|codigo promocional|buono|sconto|korting\\w*|bon de reduction|"
-        "reduction|card numbers?|card no|cardnumber|cc ?num\\w*|credit card|debit card|cvv\\w*|cvc\\w*|csc|"
-        "security code|card code|kartennummer|numero de (?:carte|tarjeta)|numero della carta|kaartnummer|"
-        "expir\\w*|exp date|iban|bic|swift|account numbers?|routing|sort code|name on (?:the )?card|on card|"
-        "card ?holder|pass ?words?|passwd|pwd|passwort|kennwort|mot de passe|contrasena|wachtwoord|senha|"
-        "captcha|recaptcha|security check|verification code|verify code|otp|one time|gift (?:message|note|wrap)|"
-        "messages?|comments?|notes?|remarks?|how did you|hear about|heard about|where did you|referral|source|"
-        "user ?name|user ?id|login|log in|nick ?name|screen ?name|display ?name|handle|benutzername|pseudo|"
-        "nom d utilisateur|usuario|alias|fax|emergency|spouse|partner|mother|father|parents?|guardian|maiden|"
-        "child|children|kids?|baby|pet|school|teacher|doctor|job title|position|occupation|profession|beruf|"
-        "estado civil|marital|place of birth|birth ?place|city of birth|country of birth|lieu de naissance|"
-        "geburtsort|lugar de nacimiento|luogo di nascita|geboorteplaats|nationality|citizenship|alternat\\w*|"
-        "secondary|backup|subject|url|website|web site|homepage|twitter|instagram|facebook|age|quantity|qty|amount");
-    return other;
-}
-
-// The same, for identifiers run together ("txtPromoCode", "ccnum").
-const QRegularExpression& otherCompact()
-{
-    static const QRegularExpression other(QStringLiteral(
-        "captcha|coupon|promo|voucher|giftcard|password|passwd|ccnum|cardnum|cardnumber|cvv|cvc|friend|referr|"
-        "search|username|login"));
-    return other;
-}
-
-struct Rule
-{
-    Meaning meaning;
-    QRegularExpression pattern;
-};
-
-const QRegularExpression& birthWords()
-{
-    static const QRegularExpression birth =
-        words("birth\\w*|birthday|bday|dob|born|date of birth|naissance|geburt\\w*|nacimiento|nascita|"
-              "geboorte\\w*|nascimento|data de nasc\\w*");
-    return birth;
-}
-
-const QRegularExpression& phoneWords()
-{
-    static const QRegularExpression phone =
-        words("phone\\w*|telephone|tel|mobile|mobil|cell|cellphone|handy|telefon\\w*|telefono|telefone|telefoon|"
-              "portable|movil|cellulare|gsm|contact number|rufnummer|fone|celular");
-    return phone;
+    return pattern.match(text).hasMatch();
 }
 
 // Parts of a date or a phone number. A source naming several parts only shows a format
@@ -79,7 +23,7 @@ Meaning onePart(const QStringList& sources, const std::vector<Rule>& parts, cons
     for (const QString& source : sources) {
         Meaning inSource = Meaning::None;
         int named = 0;
-        const bool saysWhole = whole.match(source).hasMatch();
+        const bool saysWhole = matches(whole, source);
         for (const Rule& part : parts) {
             const auto match = part.pattern.match(source);
             if (match.hasMatch() && (saysWhole || !letter.match(match.captured().trimmed()).hasMatch())) {
@@ -94,81 +38,6 @@ Meaning onePart(const QStringList& sources, const std::vector<Rule>& parts, cons
         found = inSource;
     }
     return found == Meaning::None ? wholeMeaning : found;
-}
-
-const std::vector<Rule>& birthParts()
-{
-    static const std::vector<Rule> parts = {
-        {Meaning::BirthDay, words("day|dd|d|jour|tag|dia|giorno|dag")},
-        {Meaning::BirthMonth, words("month|mm|m|mo|mois|monat|mes|mese|maand")},
-        {Meaning::BirthYear, words("year|yyyy|yy|y|yr|annee|jahr|ano|anno|jaar")},
-    };
-    return parts;
-}
-
-const std::vector<Rule>& phoneParts()
-{
-    static const std::vector<Rule> parts = {
-        {Meaning::PhoneCountryCode, words("country ?code|dial(?:ing)? code|calling code|indicatif(?: pays)?|"
-                                          "landesvorwahl|prefijo internacional|prefisso internazionale|cc")},
-        {Meaning::PhoneAreaCode, words("area ?code|area|vorwahl|ddd|indicatif regional|prefijo|prefisso")},
-        {Meaning::PhoneLocalPrefix, words("prefix|exchange")},
-        {Meaning::PhoneLocalSuffix, words("suffix|line ?number|line|last (?:4|four)")},
-        {Meaning::PhoneLocal, words("local|subscriber")},
-    };
-    return parts;
-}
-
-// In order: the first rule a source matches names the field.
-const std::vector<Rule>& rules()
-{
-    static const std::vector<Rule> ordered = {
-        {Meaning::Email, words("e ?mails?|e ?mail address|email ?address|e mail adres\\w*|courriel|correo(?: electronico)?|"
-                               "posta elettronica|mail")},
-        {Meaning::Organization, words("company(?: name)?|organi[sz]ations?|organisme|business(?: name)?|firm|employer|firma|"
-                                      "unternehmen|societe|entreprise|empresa|azienda|societa|bedrijf\\w*|organisatie")},
-        {Meaning::AddressLine3, words("(?:street )?address ?(?:line )?3|addr ?3|line 3")},
-        {Meaning::AddressLine2, words("(?:street )?address ?(?:line )?2|addr ?2|line 2|apt|apartment|suite|unit|flat|floor|"
-                                      "building|complement(?: d adresse)?|complemento|adresszusatz|piso|interno|toevoeging")},
-        {Meaning::AddressLine1, words("(?:street )?address ?(?:line )?1?|addr ?1?|line 1|street(?: address)?|adresse|"
-                                     "anschrift|strasse|direccion|calle|indirizzo|adres|straat\\w*|endereco|rua|morada|"
-                                     "domicilio|postal address|mailing address")},
-        {Meaning::PostalCode, words("zip(?: ?code)?|postal(?: code)?|post ?code|plz|postleitzahl|code postal|cp|"
-                                    "codigo postal|cap|cep|postnummer")},
-        {Meaning::City, words("city|town|suburb|locality|ville|commune|stadt|ort|wohnort|ciudad|localidad|poblacion|"
-                              "citta|comune|localita|plaats|woonplaats|cidade|municipio")},
-        {Meaning::Country, words("country(?: code)?|pays|land|pais|paese|nazione")},
-        {Meaning::Region, words("state|province|county|region|bundesland|provincia|provincie|estado|regione|"
-                                "departement|territory|prefecture|canton|kanton")},
-        {Meaning::FullName, words("full ?name|your name|first and last name|name and surname|nom complet|"
-                                  "nom et prenom|prenom et nom|nombre completo|nombre y apellidos|nome completo|"
-                                  "vollstandiger name|vor und nachname|volledige naam")},
-        {Meaning::Honorific, words("salutation|honorific|name prefix|anrede|civilite|civility|tratamiento|aanhef")},
-        {Meaning::GivenName, words("first ?name|given ?name|fore ?name|prenom|vorname|nombre|nome|voornaam|"
-                                   "primeiro nome|fname")},
-        {Meaning::AdditionalName, words("middle ?name|middle initial|middle|second name|segundo nombre|"
-                                        "zweiter vorname|mi")},
-        {Meaning::FamilyName, words("last ?name|surname|family ?name|nom de famille|nom|nachname|familienname|"
-                                    "apellidos?|cognome|achternaam|sobrenome|apelido|lname")},
-        {Meaning::FullName, words("name|naam")},
-    };
-    return ordered;
-}
-
-// Identifiers run together: the words must sit inside them.
-const std::vector<Rule>& compactRules()
-{
-    static const std::vector<Rule> ordered = {
-        {Meaning::Email, QRegularExpression(QStringLiteral("email"))},
-        {Meaning::FullName, QRegularExpression(QStringLiteral("fullname|yourname"))},
-        {Meaning::GivenName, QRegularExpression(QStringLiteral("fname|firstname|givenname|forename|vorname|prenom"))},
-        {Meaning::AdditionalName, QRegularExpression(QStringLiteral("middlename|middleinitial"))},
-        {Meaning::FamilyName, QRegularExpression(QStringLiteral("lname|lastname|surname|familyname|nachname"))},
-        {Meaning::AddressLine2, QRegularExpression(QStringLiteral("addr(?:ess)?(?:line)?2"))},
-        {Meaning::AddressLine1, QRegularExpression(QStringLiteral("addr(?:ess)?(?:line)?1|streetaddress"))},
-        {Meaning::PostalCode, QRegularExpression(QStringLiteral("zipcode|postcode|postalcode"))},
-    };
-    return ordered;
 }
 
 QString identifierWords(const QString& identifier)
@@ -189,6 +58,83 @@ QString identifierWords(const QString& identifier)
         spaced += c;
     }
     return MeaningRules::plainWords(spaced);
+}
+
+// What one text says: the meaning its first matching rule names, whether it names something of
+// another kind, and whether all it says is a bare "Name".
+struct Reading
+{
+    Meaning meaning = Meaning::None;
+    bool other = false;
+    bool weakOther = false;
+    bool bare = false;
+};
+
+Reading read(const QString& source, bool isList)
+{
+    Reading reading;
+    if (source == QLatin1String("q") || source == QLatin1String("s") || matches(otherKind(), source)) {
+        reading.other = true;
+        return reading;
+    }
+    reading.weakOther = matches(weakOther(), source);
+    if (matches(birthWords(), source))
+        reading.meaning = Meaning::BirthDate;
+    else if (matches(phoneWords(), source))
+        reading.meaning = Meaning::Phone;
+    else if (matches(words("area ?code|areacode|vorwahl"), source))
+        reading.meaning = Meaning::PhoneAreaCode;
+    for (auto rule = rules().cbegin(); reading.meaning == Meaning::None && rule != rules().cend(); ++rule) {
+        if (matches(rule->pattern, source) && (rule->meaning != Meaning::Honorific || isList))
+            reading.meaning = rule->meaning;
+    }
+    if (reading.meaning == Meaning::None && matches(bareName(), source))
+        reading.bare = !reading.weakOther;
+    return reading;
+}
+
+// A bare name refined by another of the field's texts ("First" under "Name").
+Meaning namePart(const QStringList& sources)
+{
+    for (const QString& source : sources) {
+        for (const Rule& part : nameParts()) {
+            if (matches(part.pattern, source))
+                return part.meaning;
+        }
+    }
+    return Meaning::None;
+}
+
+// A birth date or phone number named somewhere: which part of it the texts name.
+Meaning refinedPart(Meaning meaning, const QStringList& sources)
+{
+    if (meaning == Meaning::BirthDate)
+        return onePart(sources, birthParts(), birthWords(), Meaning::BirthDate);
+    if (meaning != Meaning::Phone)
+        return meaning;
+    QStringList plain;
+    for (const QString& source : sources)
+        plain << QString(source).remove(phoneFormNote()).simplified();
+    return onePart(plain, phoneParts(), phoneWords(), Meaning::Phone);
+}
+
+// Meanings two texts of one field may both name: a whole and its parts, lines of one address.
+bool compatible(Meaning a, Meaning b)
+{
+    const auto family = [](Meaning m) {
+        switch (m) {
+        case Meaning::BirthDate: case Meaning::BirthDay: case Meaning::BirthMonth: case Meaning::BirthYear:
+            return 1;
+        case Meaning::Phone: case Meaning::PhoneAreaCode: case Meaning::PhoneCountryCode: case Meaning::PhoneLocal:
+        case Meaning::PhoneLocalPrefix: case Meaning::PhoneLocalSuffix: case Meaning::PhoneExtension:
+            return 2;
+        case Meaning::AddressLine1: case Meaning::StreetAddress: case Meaning::HouseNumber: case Meaning::StreetName:
+            return 3;
+        default:
+            return 10 + static_cast<int>(m);
+        }
+    };
+    return family(a) == family(b);
 }
 } // namespace
 
@@ -217,7 +163,8 @@ QString MeaningRules::plainWords(const QString& text)
     return plain;
 }
 
-MeaningRules::Texts MeaningRules::textsOf(const QString& name, const QString& id, const QStringList& humanTexts)
+MeaningRules::Texts MeaningRules::textsOf(const QString& name, const QString& id, const QStringList& humanTexts,
+                                          const QString& section)
 {
     Texts texts;
     for (const QString& text : humanTexts) {
@@ -231,58 +178,82 @@ MeaningRules::Texts MeaningRules::textsOf(const QString& name, const QString& id
             texts.identifiers << plain;
         texts.compact += QString(plain).remove(QLatin1Char(' ')) + QLatin1Char(' ');
     }
+    texts.section = plainWords(section);
     return texts;
 }
 
-bool MeaningRules::saysOther(const Texts& texts)
-{
-    for (const QString& source : texts.all()) {
-        // A lone "q" or "s" is the search box of many sites.
-        if (source == QLatin1String("q") || source == QLatin1String("s") || otherWords().match(source).hasMatch())
-            return true;
-    }
-    return otherCompact().match(texts.compact).hasMatch();
-}
-
-Meaning MeaningRules::fromTexts(const Texts& texts, bool isList)
+bool MeaningRules::forSomeoneElse(const Texts& texts)
 {
     const QStringList sources = texts.all();
-    const auto mentions = [&](const QRegularExpression& pattern) {
-        return std::any_of(sources.begin(), sources.end(),
-                           [&](const QString& source) { return pattern.match(source).hasMatch(); });
+    const auto any = [&](const QStringList& in, const QRegularExpression& pattern) {
+        return std::any_of(in.begin(), in.end(), [&](const QString& source) { return matches(pattern, source); });
     };
-    if (mentions(birthWords()) || texts.compact.contains(QLatin1String("birth")) || texts.compact.contains(QLatin1String("dob")))
-        return onePart(sources, birthParts(), birthWords(), Meaning::BirthDate);
-    if (mentions(phoneWords()) || texts.compact.contains(QLatin1String("phone")))
-        return onePart(sources, phoneParts(), phoneWords(), Meaning::Phone);
-    static const QRegularExpression areaCode = words("area ?code|areacode|vorwahl");
-    if (mentions(areaCode))
-        return Meaning::PhoneAreaCode;
-    const auto firstRule = [isList](const QString& source) {
-        for (const Rule& rule : rules()) {
-            if (rule.pattern.match(source).hasMatch() && (rule.meaning != Meaning::Honorific || isList))
-                return rule.meaning;
+    return any(sources, someoneElse()) || any(texts.human, question()) ||
+           matches(someoneElsesSection(), texts.section) || texts.compact.contains(QLatin1String("friend")) ||
+           texts.compact.contains(QLatin1String("referr"));
+}
+
+std::optional<Recognition> MeaningRules::fromTexts(const Texts& texts, bool isList)
+{
+    const QStringList sources = texts.all();
+    Recognition found;
+    int decidedBy = -1;
+    bool bare = false;
+    enum Step { Go, Decided, Vetoed, Stop };
+    const auto step = [&](int index) {
+        const Reading reading = read(sources[index], isList);
+        if (reading.other || (reading.weakOther && !bare && reading.meaning == Meaning::None))
+            return Vetoed;
+        if (reading.meaning != Meaning::None) {
+            found.meaning = reading.meaning;
+            decidedBy = index;
+            return Decided;
         }
-        return Meaning::None;
+        bare = bare || reading.bare;
+        return Go;
     };
-    for (const QString& source : texts.human) {
-        if (const Meaning meaning = firstRule(source); meaning != Meaning::None)
-            return meaning;
-    }
+    Step outcome = Go;
+    for (int index = 0; index < texts.human.size() && outcome == Go; ++index)
+        outcome = step(index);
+    // A bare "Name" the user reads is only refined by the rest (a "first" or "last" anywhere).
+    if (bare && outcome == Go)
+        outcome = Stop;
     // Identifiers run together before their words: "txtFName" reads "txt f name".
-    for (const Rule& rule : compactRules()) {
-        if (rule.pattern.match(texts.compact).hasMatch())
-            return rule.meaning;
+    for (auto rule = compactRules().cbegin(); outcome == Go && rule != compactRules().cend(); ++rule) {
+        if (matches(rule->pattern, texts.compact)) {
+            found.meaning = rule->meaning;
+            outcome = Decided;
+        }
     }
-    for (const QString& source : texts.identifiers) {
-        if (const Meaning meaning = firstRule(source); meaning != Meaning::None)
-            return meaning;
+    for (int index = static_cast<int>(texts.human.size()); index < sources.size() && outcome == Go; ++index)
+        outcome = step(index);
+    if (outcome == Vetoed)
+        return std::nullopt;
+    if (outcome == Stop || (outcome == Go && bare)) {
+        // "Name" with "First" beside it is a given name; alone it is what the page makes of it.
+        found.meaning = namePart(sources);
+        if (found.meaning != Meaning::None)
+            return Recognition{found.meaning, true};
+        const bool french = std::any_of(sources.begin(), sources.end(), [](const QString& s) {
+            return s == QLatin1String("nom") || s == QLatin1String("votre nom");
+        });
+        return Recognition{french ? Meaning::None : Meaning::FullName, false, true};
     }
-    // A list of titles under a bare "Title".
-    static const QRegularExpression title = words("title|titel|titre|titulo|titolo");
-    if (isList && mentions(title))
-        return Meaning::Honorific;
-    return Meaning::None;
+    if (outcome == Go) {
+        static const QRegularExpression title = words("title|titel|titre|titulo|titolo");
+        if (isList && std::any_of(sources.begin(), sources.end(), [](const QString& s) { return matches(title, s); }))
+            return Recognition{Meaning::Honorific, true};
+        return Recognition{};
+    }
+    found.meaning = refinedPart(found.meaning, sources);
+    // Another text the user reads naming something else leaves the field unsure.
+    found.sure = true;
+    for (int index = 0; index < texts.human.size(); ++index) {
+        const Reading other = read(texts.human[index], isList);
+        if (index != decidedBy && other.meaning != Meaning::None && !compatible(other.meaning, found.meaning))
+            found.sure = false;
+    }
+    return found;
 }
 
 bool MeaningRules::isHonorific(const QString& text)

@@ -3,30 +3,34 @@
 #include "FieldMeaning.h"
 
 #include <QStringList>
+#include <optional>
 
 // The word rules behind RecogniseField, in English, French, German, Spanish, Italian, Dutch and
-// Portuguese.
+// Portuguese, with the forms of the UK, Canada and Australia.
 namespace MeaningRules {
 
-// A field's texts made comparable: lower case, accents dropped, one blank between words, each
-// wrapped in blanks. Identifiers are cut at case changes, digits and punctuation
-// ("billing_firstName2" reads " billing first name 2 "), and also kept run together
-// ("billingfirstname2") for names such as "txtFName".
+// A field's texts made comparable: lower case, accents dropped, one blank between words.
+// Identifiers are cut at case changes, digits and punctuation ("billing_firstName2" reads
+// "billing first name 2"), and also kept run together ("billingfirstname2") for names such as
+// "txtFName".
 struct Texts
 {
-    QStringList human;       // label, ARIA label, placeholder: what the user reads
+    QStringList human;       // label, ARIA label, placeholder: what the user reads, nearest first
     QStringList identifiers; // name and id
     QString compact;         // name and id run together
+    QString section;         // the legend or heading of the field's part of the form
     QStringList all() const { return human + identifiers; }
 };
 
-Texts textsOf(const QString& name, const QString& id, const QStringList& humanTexts);
+Texts textsOf(const QString& name, const QString& id, const QStringList& humanTexts, const QString& section = {});
 
-// The field is for something none of the meanings covers (and that must not be filled with them).
-bool saysOther(const Texts& texts);
+// A friend's, a recipient's, another person's field, or a contest's question to answer.
+bool forSomeoneElse(const Texts& texts);
 
-// The first meaning a source names, sources in order. Honorifics only where a list offers them.
-Meaning fromTexts(const Texts& texts, bool isList);
+// What the texts say, source by source, the nearest first; nothing at all where a text names a
+// field of another kind (no input type may make it one of ours). Honorifics only where a list
+// offers them.
+std::optional<Recognition> fromTexts(const Texts& texts, bool isList);
 
 // "Mr", "Mrs", "Frau", "Mme", ...
 bool isHonorific(const QString& text);

@@ -1,6 +1,8 @@
 #include "MeaningValues.h"
 
+#include "DateFormats.h"
 #include "MeaningRules.h"
+#include "ValueChecks.h"
 #include "PlaceNames.h"
 
 #include <QRegularExpression>
@@ -84,12 +86,38 @@ QStringList isoDateParts(const QString& date)
 }
 } // namespace
 
-QString MeaningValues::valueFor(Meaning meaning, const QString& inputType) const
+QString MeaningValues::valueFor(Meaning meaning, const FieldDescription& field, bool multiLine) const
 {
     if (meaning == Meaning::None)
         return {};
+    if (meaning == Meaning::BirthDate) {
+        QString date = stored(Meaning::BirthDate);
+        if (date.trimmed().isEmpty())
+            date = madeFor(Meaning::BirthDate);
+        return DateIn(date, DateFormatOf(field));
+    }
     const QString own = stored(meaning);
-    return own.trimmed().isEmpty() ? madeFor(meaning, inputType) : own;
+    const QString value = own.trimmed().isEmpty() ? madeFor(meaning) : own;
+    if (multiLine || !value.contains(QLatin1Char('\n')))
+        return value;
+    QStringList lines = value.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (QString& line : lines)
+        line = line.trimmed();
+    return lines.join(QStringLiteral(", "));
+}
+
+QStringList MeaningValues::streetParts() const
+{
+    static const QRegularExpression numberFirst(QStringLiteral("^\\s*(\\d+[a-zA-Z]?)[,\\s]+(\\D.*?)\\s*$"));
+    static const QRegularExpression numberLast(QStringLiteral("^\\s*(\\D.*?)[,\\s]+(\\d+[a-zA-Z]?)\\s*$"));
+    QString line = stored(Meaning::AddressLine1);
+    if (line.trimmed().isEmpty())
+        line = stored(Meaning::StreetAddress).section(QLatin1Char('\n'), 0, 0);
+    if (const auto first = numberFirst.match(line); first.hasMatch())
+        return {first.captured(1), first.captured(2)};
+    if (const auto last = numberLast.match(line); last.hasMatch())
+        return {last.captured(2), last.captured(1)};
+    return {};
 }
 
 QString MeaningValues::nationalDigits() const
@@ -104,7 +132,7 @@ QString MeaningValues::nationalDigits() const
     return digits.size() == 10 ? digits : QString();
 }
 
-QString MeaningValues::madeFor(Meaning meaning, const QString& inputType) const
+QString MeaningValues::madeFor(Meaning meaning) const
 {
     const QStringList full = nameWords(stored(Meaning::FullName));
     const QStringList address = stored(Meaning::StreetAddress).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
@@ -156,11 +184,14 @@ QString MeaningValues::madeFor(Meaning meaning, const QString& inputType) const
         const QString year = digitsOf(stored(Meaning::BirthYear));
         const int month = monthNumber(stored(Meaning::BirthMonth));
         const int day = digitsOf(stored(Meaning::BirthDay)).toInt();
-        // Only a date field has a form every site shares.
-        if (inputType.compare(QLatin1String("date"), Qt::CaseInsensitive) != 0 || year.size() != 4 || month == 0 || day == 0)
+        if (year.size() != 4 || month == 0 || day == 0)
             return {};
         return QStringLiteral("%1-%2-%3").arg(year).arg(month, 2, 10, QLatin1Char('0')).arg(day, 2, 10, QLatin1Char('0'));
     }
+    case Meaning::HouseNumber:
+        return streetParts().value(0);
+    case Meaning::StreetName:
+        return streetParts().value(1);
     case Meaning::BirthYear:
         return birth.value(0);
     case Meaning::BirthMonth:
@@ -189,8 +220,10 @@ int MatchingOption(Meaning meaning, const QString& value, const QList<std::pair<
 
 QString ChosenOptionText(const QList<std::pair<QString, QString>>& options, int selectedIndex, const QString& value)
 {
-    if (selectedIndex < 0 || selectedIndex >= options.size() || isNumber(value))
-        return value;
+    if (selectedIndex < 0 || selectedIndex >= options.size())
+        return {};
     const QString text = options[selectedIndex].second.simplified();
+    if (IsPlaceholderChoice(value, text))
+        return {};
     return text.isEmpty() ? value : text;
 }

@@ -15,12 +15,15 @@ public:
     // `remembered` gives the value kept under a meaning's key, empty when none.
     explicit MeaningValues(std::function<QString(const QString&)> remembered) : m_remembered(std::move(remembered)) {}
 
-    // Empty when nothing is known. `inputType` is the page's own type of the field ("date").
-    QString valueFor(Meaning meaning, const QString& inputType = {}) const;
+    // Empty when nothing is known; in the form the field asks for (a birth date as it writes
+    // dates, a street address on one line where the field has one).
+    QString valueFor(Meaning meaning, const FieldDescription& field = {}, bool multiLine = true) const;
 
 private:
     QString stored(Meaning meaning) const { return m_remembered(MeaningKey(meaning)); }
-    QString madeFor(Meaning meaning, const QString& inputType) const;
+    QString madeFor(Meaning meaning) const;
+    // The first line's house number and street apart: "12 Main St", "Hauptstrasse 5".
+    QStringList streetParts() const;
     // The ten digits of a national number (North American form), or empty.
     QString nationalDigits() const;
 
@@ -32,5 +35,6 @@ private:
 // country by code or name. -1 when none does.
 int MatchingOption(Meaning meaning, const QString& value, const QList<std::pair<QString, QString>>& options);
 
-// What a list's chosen option is remembered as: its value where that is a number, else its text.
+// What a list's chosen option is remembered as: its text ("Illinois", not "14"), its value where
+// it shows none; empty for a placeholder ("Select an option…").
 QString ChosenOptionText(const QList<std::pair<QString, QString>>& options, int selectedIndex, const QString& value);

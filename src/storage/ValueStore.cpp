@@ -11,6 +11,8 @@ namespace {
 const QString AnySection = QStringLiteral("Any");
 // Page-chosen names are keys of [Any]; this section's keys are the program's own.
 const QString MeaningSection = QStringLiteral("Meaning");
+// The meaning of the field each [Any] entry was typed in, by the entry's name.
+const QString FieldMeaningSection = QStringLiteral("Field Meanings");
 const QString CrEscape = QStringLiteral("<VBCR>");
 const QString LfEscape = QStringLiteral("<VBLF>");
 } // namespace
@@ -44,13 +46,18 @@ QString ValueStore::GetValue(const QString& site, const QString& key, const QStr
 }
 
 QString ValueStore::ValueOr(const QString& site, const QString& key, ValueReach reach,
-                            const std::function<QString()>& missing)
+                            const std::function<QString()>& missing,
+                            const std::function<bool(const QString&)>& takesMeaning)
 {
     QString value;
     try {
         value = m_ini.ReadINI(site, key, QString(), m_sites.SiteFilePath(site));
-        if (value.isEmpty() && reach == ValueReach::AnySite)
+        if (value.isEmpty() && reach == ValueReach::AnySite) {
             value = m_ini.ReadINI(AnySection, key, QString(), anyFile());
+            if (!value.isEmpty() && takesMeaning &&
+                !takesMeaning(m_ini.ReadINI(FieldMeaningSection, key, QString(), anyFile())))
+                value.clear();
+        }
     } catch (const AppError& error) {
         m_errors.ReportError(error, QStringLiteral("GetValue"));
         return {};
@@ -81,13 +88,17 @@ void ValueStore::SetMeaningValue(const QString& meaning, const QString& value)
 }
 
 void ValueStore::SetValue(const QString& site, const QString& key, const QString& value,
-                          ValueReach reach)
+                          ValueReach reach, const std::optional<QString>& meaning)
 {
     try {
         const QString escaped = EscapeLineBreaks(value);
         m_ini.WriteINI(site, key, escaped, m_sites.SiteFilePath(site));
-        if (reach == ValueReach::AnySite && !TrimSpaces(escaped).isEmpty())
+        if (reach == ValueReach::AnySite && !TrimSpaces(escaped).isEmpty()) {
             m_ini.WriteINI(AnySection, key, escaped, anyFile());
+            if (meaning)
+                m_ini.WriteINI(FieldMeaningSection, key,
+                               meaning->isEmpty() ? QString::fromLatin1(NoMeaningKey) : *meaning, anyFile());
+        }
     } catch (const AppError& error) {
         m_errors.ReportError(error, QStringLiteral("SetValue"));
     }

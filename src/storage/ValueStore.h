@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class DataLocation;
 class ErrorReport;
@@ -23,12 +24,18 @@ public:
     // The site's value, else the profile's value for any site, else the default; unescaped.
     QString GetValue(const QString& site, const QString& key, const QString& defaultValue,
                      ValueReach reach = ValueReach::AnySite);
+    // `meaning`, where given, is the meaning key of the field the value was typed in ("" for a
+    // field of no meaning): the entry for any site remembers it, so that another site's field
+    // of another meaning under the same name is not filled with it.
     void SetValue(const QString& site, const QString& key, const QString& value,
-                  ValueReach reach = ValueReach::AnySite);
+                  ValueReach reach = ValueReach::AnySite, const std::optional<QString>& meaning = std::nullopt);
     // As GetValue, where what counts when neither entry holds a value is left to `missing`
-    // (asked only then; its text is taken as it is).
+    // (asked only then; its text is taken as it is). The entry for any site counts only where
+    // `takesMeaning` accepts the meaning it was typed under ("" where none was remembered, as
+    // in files of older releases).
     QString ValueOr(const QString& site, const QString& key, ValueReach reach,
-                    const std::function<QString()>& missing);
+                    const std::function<QString()>& missing,
+                    const std::function<bool(const QString&)>& takesMeaning = {});
 
     // Values remembered by what a field means ("given-name", "postal-code"), for any site, in a
     // section of Any.ini that no name a page chooses can reach. Only values that are not blank
@@ -46,5 +53,7 @@ private:
 };
 
 QString EscapeLineBreaks(QString value);
+// The meaning key an entry for any site records for a field of no meaning.
+inline const char* const NoMeaningKey = "none";
 // Both escapes are matched without regard to letter case.
 QString UnescapeLineBreaks(QString value);

@@ -1,4 +1,5 @@
 // The test's hands in Chromium: DevTools input events and evaluations.
+#include "AppError.h"
 #include "CdpShell.h"
 #include "ChromiumProcess.h"
 #include "PageDriver.h"
@@ -54,10 +55,33 @@ public:
     }
     void type(const ScriptWindow& page, const QString& text) override
     {
-        m_shell.call(page.windowId(), QStringLiteral("Input.insertText"), {{"text", text}});
+        // A key press for each character, as a keyboard makes it.
+        for (const QString& character : graphemes(text)) {
+            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
+                         {{"type", "keyDown"}, {"key", character}, {"text", character}, {"unmodifiedText", character}});
+            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"), {{"type", "keyUp"}, {"key", character}});
+        }
     }
-    // Text committed at once, as a paste or an input method does.
-    void paste(const ScriptWindow& page, const QString& text) override { type(page, text); }
+    void paste(const ScriptWindow& page, const QString& text) override
+    {
+        // Onto the clipboard, then Ctrl+V into the focused field.
+        m_shell.call(QString(), QStringLiteral("Browser.grantPermissions"),
+                     {{"permissions", QJsonArray{"clipboardReadWrite", "clipboardSanitizedWrite"}}});
+        const QJsonObject written = m_shell.call(
+            page.windowId(), QStringLiteral("Runtime.evaluate"),
+            {{"expression", QStringLiteral("navigator.clipboard.writeText(%1).then(() => 'written')").arg(quoted(text))},
+             {"awaitPromise", true},
+             {"userGesture", true},
+             {"returnByValue", true}});
+        if (written.value("result").toObject().value("value").toString() != QLatin1String("written"))
+            throw AppError(ErrorNumber::BrowserCall, QStringLiteral("The clipboard was not written."));
+        for (const char* type : {"keyDown", "keyUp"}) {
+            QJsonObject key{{"type", type}, {"key", "v"}, {"code", "KeyV"}, {"modifiers", 2}, {"windowsVirtualKeyCode", 86}};
+            if (QLatin1String(type) == QLatin1String("keyDown"))
+                key.insert("commands", QJsonArray{"paste"});
+            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"), key);
+        }
+    }
     void press(const ScriptWindow& page, Key key) override
     {
         const auto [name, code] = key == Key::Tab ? std::pair{"Tab", 9} : std::pair{"ArrowDown", 40};

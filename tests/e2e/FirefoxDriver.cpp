@@ -95,16 +95,6 @@ private:
     {
         return QString::fromUtf8(QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
     }
-    static QStringList graphemes(const QString& text)
-    {
-        QStringList characters;
-        for (qsizetype i = 0; i < text.size(); ++i) {
-            const bool pair = text.at(i).isHighSurrogate() && i + 1 < text.size();
-            characters.append(text.mid(i, pair ? 2 : 1));
-            i += pair ? 1 : 0;
-        }
-        return characters;
-    }
     void perform(const ScriptWindow& page, const QJsonObject& source)
     {
         m_shell.call(QStringLiteral("input.performActions"), {{"context", page.windowId()}, {"actions", QJsonArray{source}}});

@@ -77,6 +77,18 @@ protected:
     Shell m_shell;
 };
 
+// A text as the keys that type it: one character each, a surrogate pair together.
+inline QStringList graphemes(const QString& text)
+{
+    QStringList characters;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const bool pair = text.at(i).isHighSurrogate() && i + 1 < text.size();
+        characters.append(text.mid(i, pair ? 2 : 1));
+        i += pair ? 1 : 0;
+    }
+    return characters;
+}
+
 // A driver for that browser with its own profile folder, or nullptr when it is not installed.
 enum class TestBrowser { Chromium, Firefox };
 inline void PrintTo(TestBrowser browser, std::ostream* out)

@@ -127,7 +127,9 @@ TEST(MeaningValues, RelatedMeaningsMakeWhatASiteAsksFor)
     };
     for (const Case& c : cases) {
         const MeaningValues values([&c](const QString& key) { return c.remembered.value(key); });
-        EXPECT_EQ(values.valueFor(c.asked, c.inputType), c.expected) << c.name;
+        FieldDescription field;
+        field.inputType = c.inputType;
+        EXPECT_EQ(values.valueFor(c.asked, field), c.expected) << c.name;
     }
 }
 
@@ -154,6 +156,7 @@ TEST(MeaningValues, OptionsArePickedByCodeNameOrNumber)
     for (const Case& c : cases)
         EXPECT_EQ(MatchingOption(c.meaning, QString::fromUtf8(c.remembered), c.options), c.expected) << c.remembered;
     EXPECT_EQ(ChosenOptionText(states, 1, "IL"), QStringLiteral("Illinois"));
-    EXPECT_EQ(ChosenOptionText(months, 2, "5"), QStringLiteral("5"));
+    EXPECT_EQ(ChosenOptionText(months, 2, "5"), QStringLiteral("May"));
+    EXPECT_EQ(ChosenOptionText(states, 0, ""), QString()); // a placeholder is no choice
 }
 } // namespace

@@ -51,13 +51,16 @@ inline QString source(const QString& send)
   // Shadow roots are watched for added fields too, once the document is watched at all.
   let watcher = null;
   const watchedRoots = new WeakSet();
+  const headingTags = new Set(['h1', 'h2', 'h3', 'h4', 'h5', 'h6', 'legend']);
   const fieldsByName = () => {
-    const found = { input: [], textarea: [], select: [], label: [] };
+    const found = { input: [], textarea: [], select: [], label: [], heading: new Map() };
+    let heading = null;
     const visit = (root) => {
       const walker = document.createTreeWalker(root, NodeFilter.SHOW_ELEMENT);
       for (let el = walker.nextNode(); el; el = walker.nextNode()) {
         const list = found[el.localName];
-        if (list) list.push(el);
+        if (list) { list.push(el); if (heading) found.heading.set(el, heading); }
+        if (headingTags.has(el.localName)) heading = el;
         if (el.shadowRoot) {
           if (watcher && !watchedRoots.has(el.shadowRoot)) {
             watchedRoots.add(el.shadowRoot);
@@ -91,6 +94,7 @@ inline QString source(const QString& send)
       case 'checked': return el.checked === undefined ? null : el.checked;
       case 'selectedIndex': return el.selectedIndex === undefined ? null : el.selectedIndex;
       case 'hint': return hintOf(el);
+      case 'typed': return !isTyping(el) || typed.has(el);
     }
     throw new Error('Unknown element property ' + what);
   };
@@ -127,7 +131,57 @@ inline QString source(const QString& send)
     }
     return texts;
   };
-  const hintOf = (el, labels) => {
+  // The page's fields as last walked, until its elements change: a report's hint needs the
+  // other fields (twins, headings) without walking a large page at every key.
+  let walked = null;
+  new MutationObserver(() => { walked = null; }).observe(document, { childList: true, subtree: true, attributes: true, attributeFilter: ['name', 'id'] });
+  const fieldsNow = () => walked || (walked = fieldsByName());
+  // Fields of one kind that share a name, or have none, are told apart: by their id where no
+  // other of them has it, else by their place among them.
+  const twinKind = (el) => (el.tagName === 'INPUT' ? (typeOf(el) === 'text' ? 'text' : '') : el.localName);
+  const twinsOf = (found) => {
+    const groups = new Map();
+    for (const tag of fieldNames) for (const el of found[tag]) {
+      const kind = twinKind(el);
+      if (!kind) continue;
+      const key = kind + '\n' + (el.getAttribute('name') || '');
+      if (!groups.has(key)) groups.set(key, []);
+      groups.get(key).push(el);
+    }
+    const twins = new Map();
+    for (const [key, group] of groups) {
+      if (group.length < 2 && !key.endsWith('\n')) continue;
+      const ids = new Map();
+      for (const el of group) if (el.id) ids.set(el.id, (ids.get(el.id) || 0) + 1);
+      group.forEach((el, i) => twins.set(el, '#' + (el.id && ids.get(el.id) === 1 ? clip(el.id, 100) : String(i + 1))));
+    }
+    return twins;
+  };
+  const twinOf = (el) => {
+    const name = el.getAttribute('name');
+    if (name && el.getRootNode() === document) {
+      try { if (document.getElementsByName(name).length < 2) return ''; } catch (e) {}
+    }
+    return twinsOf(fieldsNow()).get(el) || '';
+  };
+  // The part of the form a field is in: its fieldset's legend, else the nearest heading before
+  // it within its form.
+  const sectionOf = (el, headings) => {
+    const legend = el.closest && el.closest('fieldset') && el.closest('fieldset').querySelector('legend');
+    if (legend) return clip(legend.textContent, 80);
+    const heading = headings.get(el);
+    const form = el.form || (el.closest && el.closest('form'));
+    return heading && (!form || form.contains(heading)) ? clip(heading.textContent, 80) : '';
+  };
+  // Where the user could not type: read-only, disabled, hidden, or placed off the page.
+  const outOfReach = (el) => {
+    if (el.readOnly || el.disabled || el.type === 'hidden') return true;
+    const shown = el.checkVisibility ? el.checkVisibility({ visibilityProperty: true, checkVisibilityCSS: true }) : el.getClientRects().length > 0;
+    if (!shown) return true;
+    const box = el.getBoundingClientRect();
+    return box.right + scrollX <= 0 || box.bottom + scrollY <= 0 || box.width < 2 || box.height < 2;
+  };
+  const hintOf = (el, labels, twins, headings) => {
     if (el.tagName === 'INPUT' && !textFieldTypes.has(el.type) && classicTypes.has(el.type)) return null;
     if (!fieldNames.includes(el.localName)) return null;
     let label = '';
@@ -144,7 +198,15 @@ inline QString source(const QString& send)
     const by = el.getAttribute('aria-labelledby');
     if (by) for (const id of clip(by, 300).split(' ').slice(0, 4)) { const ref = id && document.getElementById(id); if (ref) aria = clip(aria + ' ' + clip(ref.textContent)); }
     give('aria', aria);
-    if (el.tagName === 'SELECT') hint.options = Array.from(el.options).slice(0, 400).map((o) => [clip(o.value, 100), clip(o.textContent, 100)]);
+    give('twin', twins ? twins.get(el) : twinOf(el));
+    give('section', sectionOf(el, headings || fieldsNow().heading));
+    give('lang', clip(document.documentElement.lang, 20));
+    if (outOfReach(el)) hint.off = true;
+    if (el.tagName === 'SELECT') {
+      hint.options = Array.from(el.options).slice(0, 400).map((o) => [clip(o.value, 100), clip(o.textContent, 100)]);
+      // A choice the page made in advance (a country preselected), not the browser's first option.
+      if (el.selectedIndex > 0 || Array.from(el.options).some((o) => o.defaultSelected && o.value)) hint.chosen = true;
+    }
     return hint;
   };
   // What a fill or a capture reads of a field (a plain element's text is left out: it costs a layout).
@@ -158,18 +220,39 @@ inline QString source(const QString& send)
   // handled (a page script's focus() is trusted too), and a field's state as the user left it:
   // arriving, typing or choosing; not what a page script set in it afterwards.
   let userPress = false;
+  let pressEdits = 0;
   const press = (e) => {
-    if (!e.isTrusted || userPress) return;
+    if (!e.isTrusted) return;
+    pressEdits = 0;
+    if (userPress) return;
     userPress = true;
     setTimeout(() => { userPress = false; }, 0);
   };
-  for (const type of ['keydown', 'mousedown', 'pointerdown', 'touchstart']) addEventListener(type, press, true);
+  // A trusted paste, drop or input method is the user's: no page script can raise one.
+  for (const type of ['keydown', 'mousedown', 'pointerdown', 'touchstart', 'paste', 'drop', 'compositionstart']) addEventListener(type, press, true);
+  // Text typed by the user: an edit while one of the user's presses is handled, one edit and
+  // one character a press (a page's execCommand('insertText') raises trusted input events too,
+  // even inside the user's key handling), a paste, a drop, an input method or the browser's own
+  // autofill. A field a page script wrote into that way is not the user's until the user
+  // empties it; nor is one Tolvane filled until the user types in it.
+  const isTyping = (el) => el.tagName === 'TEXTAREA' || (el.tagName === 'INPUT' && typeOf(el) === 'text');
+  const typed = new WeakSet();
+  const planted = new WeakSet();
+  const userEdit = (e) => {
+    if (!(e instanceof InputEvent)) return true;
+    const kind = e.inputType || '';
+    if (kind === 'insertReplacementText' || kind.includes('Composition')) return true;
+    if (!userPress) return false;
+    if (kind === 'insertFromPaste' || kind === 'insertFromDrop') return true;
+    return ++pressEdits === 1 && (!kind.startsWith('insert') || Array.from(e.data || '').length <= 1);
+  };
   const vouched = new WeakMap();
   const vouch = (el) => { try { if (el && el.isConnected && el !== document.body) vouched.set(el, fieldOf(el)); } catch (e) {} };
   const stateOf = (el) => {
     const state = fieldOf(el);
     const own = vouched.get(el);
     if (own) for (const what of ['value', 'checked', 'selectedIndex', 'innerText']) if (what in own) state[what] = own[what];
+    state.typed = !isTyping(el) || typed.has(el);
     return state;
   };
   // The page's own fields (there when it completed) and those already reported as added; and
@@ -178,7 +261,9 @@ inline QString source(const QString& send)
   const claimed = new WeakSet();
   const filled = new WeakSet();
   // Elements with what a fill reads of them, and their radio groups.
-  const listOf = (elements, extra, labels) => {
+  const listOf = (elements, extra, labels, found) => {
+    const all = found || fieldsNow();
+    const twins = twinsOf(all);
     const groups = new Map();
     const groupOf = (el, id) => {
       const name = el.getAttribute('name');
@@ -192,7 +277,7 @@ inline QString source(const QString& send)
     return elements.map((el) => {
       const id = idOf(el);
       const properties = fieldOf(el);
-      properties.hint = hintOf(el, labels);
+      properties.hint = hintOf(el, labels, twins, all.heading);
       if (extra) extra(el, properties);
       const options = el.tagName === 'SELECT' ? Array.from(el.options, (o) => o.value) : [];
       return { id, properties, options, group: groupOf(el, id) };
@@ -202,7 +287,7 @@ inline QString source(const QString& send)
     const found = fieldsByName();
     const labels = labelTexts(found.label);
     const lists = {};
-    for (const name of fieldNames) lists[name] = listOf(found[name], null, labels);
+    for (const name of fieldNames) lists[name] = listOf(found[name], null, labels, found);
     return lists;
   };
   // The cookie is asked of the browser process each time: only focus handlers read it.
@@ -322,6 +407,7 @@ inline QString source(const QString& send)
     if (what === 'scrollIntoView') { el.scrollIntoView(); return Quiet; }
     // What Tolvane writes stands as the field's state until the user changes it.
     vouched.delete(el);
+    typed.delete(el);
     filled.add(el);
     if (what === 'innerText' && !isText(el)) { el.innerText = value; return Quiet; }
     if (what === 'innerText') what = 'value';
@@ -355,7 +441,19 @@ inline QString source(const QString& send)
   const listened = new WeakSet();
   const edited = (e) => {
     if (!e.isTrusted) return;
-    vouch(targetOf(e));
+    const el = targetOf(e);
+    if (el && isTyping(el)) {
+      if (e.type === 'input') {
+        if (!userEdit(e)) { planted.add(el); typed.delete(el); return; }
+        if (planted.has(el) && String(el.value).length > 1) return;
+        planted.delete(el);
+        typed.add(el);
+      } else if (!typed.has(el)) {
+        // The change a page's own insertion raises when the field loses the focus.
+        return;
+      }
+    }
+    vouch(el);
     report('propertychange');
   };
   const listenInside = (e) => {

@@ -316,6 +316,11 @@ bool ScriptElement::userTouched() const
     return listed && listed->field(m_index).properties.value(QLatin1String("touched")).toBool();
 }
 
+bool ScriptElement::userTyped() const
+{
+    return get("typed").toBool();
+}
+
 FieldDescription ScriptElement::description() const
 {
     const QJsonObject hint = get("hint").toObject();
@@ -328,6 +333,11 @@ FieldDescription ScriptElement::description() const
     field.inputType = hint.value(QLatin1String("type")).toString();
     for (const QJsonValue& option : hint.value(QLatin1String("options")).toArray())
         field.options.append({option[0].toString(), option[1].toString()});
+    field.twin = hint.value(QLatin1String("twin")).toString();
+    field.section = hint.value(QLatin1String("section")).toString();
+    field.language = hint.value(QLatin1String("lang")).toString();
+    field.outOfReach = hint.value(QLatin1String("off")).toBool();
+    field.preselected = hint.value(QLatin1String("chosen")).toBool();
     return field;
 }
 

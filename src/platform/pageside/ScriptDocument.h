@@ -122,6 +122,7 @@ public:
     int selectedIndex() const override { return required(get("selectedIndex")).toInt(); }
     void setSelectedIndex(int index) override { set("selectedIndex", index); }
     bool userTouched() const override;
+    bool userTyped() const override;
     FieldDescription description() const override;
 
 private:

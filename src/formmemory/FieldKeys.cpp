@@ -47,12 +47,8 @@ ValueReach ReachOf(const QString& name)
     return name.isEmpty() ? ValueReach::SiteOnly : ValueReach::AnySite;
 }
 
-QString FieldKey(const QString& name, const FieldDescription& described)
+FieldEntry EntryOf(const QString& name, const FieldDescription& described, bool someoneElses)
 {
-    return name + described.twin;
-}
-
-ValueReach ReachOf(const QString& name, const FieldDescription& described, bool someoneElses)
-{
-    return someoneElses || !described.twin.isEmpty() ? ValueReach::SiteOnly : ReachOf(name);
+    const ValueReach reach = someoneElses ? ValueReach::SiteOnly : ReachOf(name);
+    return {name + described.twin, reach == ValueReach::AnySite ? name : QString(), reach};
 }

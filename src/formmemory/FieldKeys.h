@@ -24,9 +24,14 @@ bool ReadBoolean(const QString& text);
 // field it is on another site: its entries are kept for its own site only.
 ValueReach ReachOf(const QString& name);
 
-// The key of a text field, text area or list: its name, and where other fields of its kind in
-// the document share that name (or it has none), what tells it apart from them.
-QString FieldKey(const QString& name, const FieldDescription& described);
-// Such a field's entries are for its own site only when it is told apart that way or is
-// someone else's (a friend's, an answer): the key says nothing about a field on another site.
-ValueReach ReachOf(const QString& name, const FieldDescription& described, bool someoneElses);
+// Where a text field, text area or list is remembered. On its site: by its name, and where
+// other fields of its kind in the document share that name (or it has none), by what tells it
+// apart from them. For any site: by its name alone; not at all when it has none or is someone
+// else's (a friend's, an answer), which says nothing about a field on another site.
+struct FieldEntry
+{
+    QString key;
+    QString anyKey;
+    ValueReach reach;
+};
+FieldEntry EntryOf(const QString& name, const FieldDescription& described, bool someoneElses);

@@ -48,15 +48,14 @@ void FormCapture::captureText(const HtmlDocument& document, HtmlElement& field, 
 {
     FieldDescription described;
     const Recognition recognised = MeaningOf(field, described);
-    const QString name = field.name();
-    const QString key = FieldKey(name, described);
+    const FieldEntry entry = EntryOf(field.name(), described, recognised.someoneElses);
     // A text field without a name, told apart by nothing, is not kept (a text area is).
-    if (showStatus && key.isEmpty())
+    if (showStatus && entry.key.isEmpty())
         return;
     if (showStatus)
-        m_services.host.ShowStatus(key + QStringLiteral(" = ") + value);
-    m_services.values.SetValue(document.URLUnencoded(), key, value, ReachOf(name, described, recognised.someoneElses),
-                               MeaningKey(recognised.meaning));
+        m_services.host.ShowStatus(entry.key + QStringLiteral(" = ") + value);
+    m_services.values.SetValue(document.URLUnencoded(), entry.key, value, entry.reach, MeaningKey(recognised.meaning),
+                               entry.anyKey);
     rememberMeaning(recognised, value, described);
 }
 
@@ -79,14 +78,14 @@ void FormCapture::captureList(const HtmlDocument& document, HtmlElement& list)
 {
     FieldDescription described;
     const Recognition recognised = MeaningOf(list, described);
-    const QString name = list.name();
-    const QString key = FieldKey(name, described);
-    const ValueReach reach = ReachOf(name, described, recognised.someoneElses);
-    m_services.host.ShowStatus(key + QStringLiteral(" = ") + list.value());
-    m_services.values.SetValue(document.URLUnencoded(), key, list.value(), reach, MeaningKey(recognised.meaning));
+    const FieldEntry entry = EntryOf(list.name(), described, recognised.someoneElses);
+    m_services.host.ShowStatus(entry.key + QStringLiteral(" = ") + list.value());
+    m_services.values.SetValue(document.URLUnencoded(), entry.key, list.value(), entry.reach,
+                               MeaningKey(recognised.meaning), entry.anyKey);
     const int index = list.selectedIndex();
     if (index >= 1)
-        m_services.values.SetValue(document.URLUnencoded(), SelectedIndexKey(key), QString::number(index), reach);
+        m_services.values.SetValue(document.URLUnencoded(), SelectedIndexKey(entry.key), QString::number(index),
+                                   entry.reach, std::nullopt, SelectedIndexKey(entry.anyKey));
     // The chosen option's text says more on another site than its value ("Illinois", not "14").
     rememberMeaning(recognised, ChosenOptionText(described.options, index, list.value()), described);
 }

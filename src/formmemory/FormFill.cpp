@@ -93,7 +93,8 @@ FormFill::Field::Field(const HtmlElement& element) : element(element), name(elem
     } catch (const AppError&) {
         described = {};
     }
-    key = FieldKey(name, described);
+    // Where it is someone else's the look-ups for any site refuse it (`takes`).
+    entry = EntryOf(name, described, false);
 }
 
 const Recognition& FormFill::Field::recognised()
@@ -162,14 +163,17 @@ void FormFill::fillLists(const HtmlDocument& document, const QList<ElementPtr>& 
             m_services.pump.DoEvents();
             continue;
         }
-        const ValueReach reach = ReachOf(field.name, field.described, false);
+        const FieldEntry& entry = field.entry;
         const auto takes = [&field](const QString& meaning) { return field.takes(meaning); };
         const QString own = list->value();
         list->setValue(m_services.values.ValueOr(
-            document.URLUnencoded(), field.key, reach, [&own] { return UnescapeLineBreaks(own); }, takes));
+            document.URLUnencoded(), entry.key, entry.reach, [&own] { return UnescapeLineBreaks(own); }, takes,
+            entry.anyKey));
         if (list->value().isEmpty()) {
-            const QString index = m_services.values.GetValue(
-                document.URLUnencoded(), SelectedIndexKey(field.key), QString::number(list->selectedIndex()), reach);
+            const QString ownIndex = QString::number(list->selectedIndex());
+            const QString index = m_services.values.ValueOr(
+                document.URLUnencoded(), SelectedIndexKey(entry.key), entry.reach, [&ownIndex] { return ownIndex; },
+                takes, SelectedIndexKey(entry.anyKey));
             list->setSelectedIndex(WholeNumber(index));
         }
         m_services.pump.DoEvents();
@@ -183,9 +187,8 @@ MeaningValues FormFill::rememberedByMeaning()
 
 QString FormFill::rememberedFor(const HtmlDocument& document, Field& field, const QString& own, PageNames& page)
 {
-    const ValueReach reach = ReachOf(field.name, field.described, false);
     const auto takes = [&field](const QString& meaning) { return field.takes(meaning); };
-    return m_services.values.ValueOr(document.URLUnencoded(), field.key, reach, [&] {
+    return m_services.values.ValueOr(document.URLUnencoded(), field.entry.key, field.entry.reach, [&] {
         // Only where the user would type: never over what the page put there, nor into a field
         // the user cannot reach.
         const QString unescaped = UnescapeLineBreaks(own);
@@ -195,7 +198,7 @@ QString FormFill::rememberedFor(const HtmlDocument& document, Field& field, cons
         const bool multiLine = field.element.tagName().compare(QLatin1String("textarea"), Qt::CaseInsensitive) == 0;
         const QString meant = rememberedByMeaning().valueFor(meaning, field.described, multiLine);
         return meant.isEmpty() ? unescaped : meant;
-    }, takes);
+    }, takes, field.entry.anyKey);
 }
 
 bool FormFill::fillListByMeaning(const HtmlDocument& document, HtmlElement& list, Field& field)
@@ -205,11 +208,12 @@ bool FormFill::fillListByMeaning(const HtmlDocument& document, HtmlElement& list
     if (field.described.outOfReach || field.described.preselected)
         return false;
     const QString site = document.URLUnencoded();
-    const ValueReach reach = ReachOf(field.name, field.described, false);
+    const FieldEntry& entry = field.entry;
     const auto takes = [&field](const QString& meaning) { return field.takes(meaning); };
     const auto nothing = [] { return QString(); };
-    if (!m_services.values.ValueOr(site, field.key, reach, nothing, takes).isEmpty() ||
-        !m_services.values.ValueOr(site, SelectedIndexKey(field.key), reach, nothing).isEmpty())
+    if (!m_services.values.ValueOr(site, entry.key, entry.reach, nothing, takes, entry.anyKey).isEmpty() ||
+        !m_services.values.ValueOr(site, SelectedIndexKey(entry.key), entry.reach, nothing, takes,
+                                   SelectedIndexKey(entry.anyKey)).isEmpty())
         return false;
     PageNames alone({});
     const Meaning meaning = alone.meaningOf(field.recognised(), list);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FieldKeys.h"
 #include "FieldMeaning.h"
 #include "FormMemoryServices.h"
 #include "HtmlDocument.h"
@@ -40,7 +41,7 @@ private:
         const HtmlElement& element;
         QString name;
         FieldDescription described;
-        QString key;
+        FieldEntry entry;
         std::optional<Recognition> recognition;
     };
     bool isRepeat(const HtmlDocument& document) const;

@@ -47,15 +47,16 @@ QString ValueStore::GetValue(const QString& site, const QString& key, const QStr
 
 QString ValueStore::ValueOr(const QString& site, const QString& key, ValueReach reach,
                             const std::function<QString()>& missing,
-                            const std::function<bool(const QString&)>& takesMeaning)
+                            const std::function<bool(const QString&)>& takesMeaning, const QString& anyKey)
 {
     QString value;
     try {
         value = m_ini.ReadINI(site, key, QString(), m_sites.SiteFilePath(site));
+        const QString& nameForAny = anyKey.isEmpty() ? key : anyKey;
         if (value.isEmpty() && reach == ValueReach::AnySite) {
-            value = m_ini.ReadINI(AnySection, key, QString(), anyFile());
+            value = m_ini.ReadINI(AnySection, nameForAny, QString(), anyFile());
             if (!value.isEmpty() && takesMeaning &&
-                !takesMeaning(m_ini.ReadINI(FieldMeaningSection, key, QString(), anyFile())))
+                !takesMeaning(m_ini.ReadINI(FieldMeaningSection, nameForAny, QString(), anyFile())))
                 value.clear();
         }
     } catch (const AppError& error) {
@@ -88,15 +89,16 @@ void ValueStore::SetMeaningValue(const QString& meaning, const QString& value)
 }
 
 void ValueStore::SetValue(const QString& site, const QString& key, const QString& value,
-                          ValueReach reach, const std::optional<QString>& meaning)
+                          ValueReach reach, const std::optional<QString>& meaning, const QString& anyKey)
 {
     try {
         const QString escaped = EscapeLineBreaks(value);
         m_ini.WriteINI(site, key, escaped, m_sites.SiteFilePath(site));
+        const QString& nameForAny = anyKey.isEmpty() ? key : anyKey;
         if (reach == ValueReach::AnySite && !TrimSpaces(escaped).isEmpty()) {
-            m_ini.WriteINI(AnySection, key, escaped, anyFile());
+            m_ini.WriteINI(AnySection, nameForAny, escaped, anyFile());
             if (meaning)
-                m_ini.WriteINI(FieldMeaningSection, key,
+                m_ini.WriteINI(FieldMeaningSection, nameForAny,
                                meaning->isEmpty() ? QString::fromLatin1(NoMeaningKey) : *meaning, anyFile());
         }
     } catch (const AppError& error) {

@@ -27,15 +27,18 @@ public:
     // `meaning`, where given, is the meaning key of the field the value was typed in ("" for a
     // field of no meaning): the entry for any site remembers it, so that another site's field
     // of another meaning under the same name is not filled with it.
+    // `anyKey`, where not empty, is the key of the entry for any site when it differs from the
+    // site's (a field told apart on its page is the same name on other sites).
     void SetValue(const QString& site, const QString& key, const QString& value,
-                  ValueReach reach = ValueReach::AnySite, const std::optional<QString>& meaning = std::nullopt);
+                  ValueReach reach = ValueReach::AnySite, const std::optional<QString>& meaning = std::nullopt,
+                  const QString& anyKey = {});
     // As GetValue, where what counts when neither entry holds a value is left to `missing`
     // (asked only then; its text is taken as it is). The entry for any site counts only where
     // `takesMeaning` accepts the meaning it was typed under ("" where none was remembered, as
     // in files of older releases).
     QString ValueOr(const QString& site, const QString& key, ValueReach reach,
                     const std::function<QString()>& missing,
-                    const std::function<bool(const QString&)>& takesMeaning = {});
+                    const std::function<bool(const QString&)>& takesMeaning = {}, const QString& anyKey = {});
 
     // Values remembered by what a field means ("given-name", "postal-code"), for any site, in a
     // section of Any.ini that no name a page chooses can reach. Only values that are not blank

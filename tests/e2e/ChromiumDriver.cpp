@@ -57,9 +57,13 @@ public:
     {
         // A key press for each character, as a keyboard makes it.
         for (const QString& character : graphemes(text)) {
+            const bool enter = character == QLatin1String("\n");
+            const QString key = enter ? QStringLiteral("Enter") : character;
+            const QString typed = enter ? QStringLiteral("\r") : character;
             m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
-                         {{"type", "keyDown"}, {"key", character}, {"text", character}, {"unmodifiedText", character}});
-            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"), {{"type", "keyUp"}, {"key", character}});
+                         {{"type", "keyDown"}, {"key", key}, {"text", typed}, {"unmodifiedText", typed},
+                          {"windowsVirtualKeyCode", enter ? 13 : 0}});
+            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"), {{"type", "keyUp"}, {"key", key}});
         }
     }
     void paste(const ScriptWindow& page, const QString& text) override

@@ -230,8 +230,8 @@ inline QString source(const QString& send)
   };
   // A trusted paste, drop or input method is the user's: no page script can raise one.
   for (const type of ['keydown', 'mousedown', 'pointerdown', 'touchstart', 'paste', 'drop', 'compositionstart']) addEventListener(type, press, true);
-  // Text typed by the user: an edit while one of the user's presses is handled, one edit and
-  // one character a press (a page's execCommand('insertText') raises trusted input events too,
+  // Text typed by the user: an edit while one of the user's presses is handled, at most one
+  // character a press (a page's execCommand('insertText') raises trusted input events too,
   // even inside the user's key handling), a paste, a drop, an input method or the browser's own
   // autofill. A field a page script wrote into that way is not the user's until the user
   // empties it; nor is one Tolvane filled until the user types in it.
@@ -244,7 +244,8 @@ inline QString source(const QString& send)
     if (kind === 'insertReplacementText' || kind.includes('Composition')) return true;
     if (!userPress) return false;
     if (kind === 'insertFromPaste' || kind === 'insertFromDrop') return true;
-    return ++pressEdits === 1 && (!kind.startsWith('insert') || Array.from(e.data || '').length <= 1);
+    // Firefox types a character beyond the first plane as two edits of one key.
+    return ++pressEdits <= 2 && (!kind.startsWith('insert') || Array.from(e.data || '').length <= 1);
   };
   const vouched = new WeakMap();
   const vouch = (el) => { try { if (el && el.isConnected && el !== document.body) vouched.set(el, fieldOf(el)); } catch (e) {} };

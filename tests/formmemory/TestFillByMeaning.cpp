@@ -160,3 +160,65 @@ TEST(MeaningValues, OptionsArePickedByCodeNameOrNumber)
     EXPECT_EQ(ChosenOptionText(states, 0, ""), QString()); // a placeholder is no choice
 }
 } // namespace
+
+namespace {
+// What memory must never learn, and where a remembered value must never go.
+TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldNot)
+{
+    f.form.valueStore().SetMeaningValue(QStringLiteral("address-level1"), QStringLiteral("Illinois"));
+    f.form.valueStore().SetMeaningValue(QStringLiteral("email"), QStringLiteral("ann@example.org"));
+    f.form.valueStore().SetMeaningValue(QStringLiteral("name"), QStringLiteral("Ann Lee"));
+    auto shop = formPage(Shop);
+    auto state = described(shop, ModelElement::select("st", {{"", "Select an option…"}, {"14", "Illinois"}, {"33", ""}}), "State");
+    auto mail = described(shop, ModelElement::input("text", "mail"), "E-mail");
+    auto street = described(shop, ModelElement::input("text", "street"), "Street address");
+    auto bareName = described(shop, ModelElement::input("text", "name"), "Name");
+    auto friendMail = described(shop, ModelElement::input("text", "email"), "Friend's e-mail", "email");
+    load(shop);
+    const struct
+    {
+        std::function<void()> act;
+        const char* key;
+        const char* kept;
+    } typed[] = {
+        {[&] { shop->choose(state, 0); }, "address-level1", "Illinois"},      // a placeholder
+        {[&] { shop->choose(state, 2); }, "address-level1", "Illinois"},      // a code with no text
+        {[&] { shop->type(mail, "not an address"); }, "email", "ann@example.org"},
+        {[&] { shop->type(street, "Illinois"); }, "address-line1", "<missing>"}, // the state in a street box
+        {[&] { shop->type(bareName, "Zoe Q"); }, "name", "Ann Lee"},          // a bare name fills gaps only
+        {[&] { shop->type(friendMail, "bob@example.org"); }, "email", "ann@example.org"},
+    };
+    for (const auto& row : typed) {
+        row.act();
+        EXPECT_EQ(byMeaning(row.key), QString::fromUtf8(row.kept)) << row.key;
+    }
+    EXPECT_EQ(stored("zAny.ini", "Any", "email"), QStringLiteral("<missing>"));
+    EXPECT_EQ(stored("zSHOP.EXAMPLE!CHECKOUT.ini", Shop, "email"), QStringLiteral("bob@example.org"));
+
+    // On another site: a field of another meaning under a remembered name, a friend's box named
+    // as the user's was, a read-only field, one the page filled, a bare "Name" beside a first name.
+    f.form.valueStore().SetValue(Shop, QStringLiteral("street"), QStringLiteral("1 Main St"), ValueReach::AnySite,
+                                 QStringLiteral("address-line1"));
+    f.form.valueStore().SetValue(Shop, QStringLiteral("mail"), QStringLiteral("ann@example.org"), ValueReach::AnySite,
+                                 QStringLiteral("email"));
+    auto draw = formPage(Draw);
+    auto streetState = described(draw, ModelElement::input("text", "street"), "State");
+    auto friendBox = described(draw, ModelElement::input("text", "mail"), "Your friend's e-mail");
+    FieldDescription locked;
+    locked.label = QStringLiteral("Email");
+    locked.outOfReach = true;
+    auto readOnly = ModelElement::input("text", "e1");
+    readOnly->describe(locked);
+    draw->add(readOnly);
+    auto signedIn = described(draw, ModelElement::input("text", "e2", "me@site.example"), "Email");
+    auto first = described(draw, ModelElement::input("text", "fn"), "First name");
+    auto nameBox = described(draw, ModelElement::input("text", "nm"), "Name");
+    load(draw);
+    EXPECT_EQ(streetState->value(), QStringLiteral("Illinois")); // the state, not the street
+    EXPECT_EQ(friendBox->value(), QString());
+    EXPECT_EQ(readOnly->value(), QString());
+    EXPECT_EQ(signedIn->value(), QStringLiteral("me@site.example"));
+    EXPECT_EQ(first->value(), QStringLiteral("Ann"));
+    EXPECT_EQ(nameBox->value(), QStringLiteral("Lee"));
+}
+} // namespace

@@ -45,7 +45,7 @@ int main()
     timer.start();
     for (int round = 0; round < Rounds; ++round) {
         for (size_t i = 0; i < described.size(); ++i)
-            recognised += RecogniseField(QLatin1String(Form[i].tag), QString::fromLatin1(Form[i].name), described[i]) != Meaning::None;
+            recognised += RecogniseField(QLatin1String(Form[i].tag), QString::fromLatin1(Form[i].name), described[i]).meaning != Meaning::None;
     }
     const double perField = static_cast<double>(timer.nsecsElapsed()) / 1e3 / (Rounds * described.size());
     std::printf("field meaning: %.1f us per field (%zu fields of a checkout and contest form, %d of them with a "

@@ -11,7 +11,8 @@ using Order = DateFormat::Order;
 char partOf(const QString& group)
 {
     const QChar first = group[0];
-    if (first == QLatin1Char('y') || first == QLatin1Char('a') || (first == QLatin1Char('j') && group.size() >= 3))
+    if (first == QLatin1Char('y') || first == QLatin1Char('a') ||
+        (first == QLatin1Char('j') && group.size() >= 3))
         return 'y';
     if (first == QLatin1Char('m'))
         return 'm';
@@ -25,7 +26,8 @@ DateFormat fromWritten(const QString& text)
     const auto match = written.match(text.toLower());
     if (!match.hasMatch())
         return {};
-    const QString parts = QString(QLatin1Char(partOf(match.captured(1)))) + QLatin1Char(partOf(match.captured(3))) +
+    const QString parts = QString(QLatin1Char(partOf(match.captured(1)))) +
+                          QLatin1Char(partOf(match.captured(3))) +
                           QLatin1Char(partOf(match.captured(4)));
     const QChar separator = match.captured(2).at(0);
     if (parts == QLatin1String("dmy"))
@@ -72,7 +74,8 @@ DateFormat DateFormatOf(const FieldDescription& field)
 
 QString IsoDateFrom(const QString& typed, const DateFormat& format)
 {
-    static const QRegularExpression numbers(QStringLiteral("^\\s*(\\d{1,4})\\s*[./ -]\\s*(\\d{1,2})\\s*[./ -]\\s*(\\d{1,4})\\s*$"));
+    static const QRegularExpression numbers(
+        QStringLiteral("^\\s*(\\d{1,4})\\s*[./ -]\\s*(\\d{1,2})\\s*[./ -]\\s*(\\d{1,4})\\s*$"));
     const auto match = numbers.match(typed);
     if (!match.hasMatch())
         return {};
@@ -86,7 +89,9 @@ QString IsoDateFrom(const QString& typed, const DateFormat& format)
         Order order = format.order;
         // Where the field says nothing, only a day over 12 tells the order.
         if (order != Order::DayMonthYear && order != Order::MonthDayYear)
-            order = a > 12 && b <= 12 ? Order::DayMonthYear : b > 12 && a <= 12 ? Order::MonthDayYear : Order::Unknown;
+            order = a > 12 && b <= 12   ? Order::DayMonthYear
+                    : b > 12 && a <= 12 ? Order::MonthDayYear
+                                        : Order::Unknown;
         if (order == Order::DayMonthYear)
             date = QDate(c, b, a);
         else if (order == Order::MonthDayYear)

@@ -9,7 +9,13 @@
 // page's language; unknown where none of them says (an English page of no country).
 struct DateFormat
 {
-    enum class Order { Unknown, DayMonthYear, MonthDayYear, YearMonthDay };
+    enum class Order
+    {
+        Unknown,
+        DayMonthYear,
+        MonthDayYear,
+        YearMonthDay
+    };
     Order order = Order::Unknown;
     QChar separator = QLatin1Char('/');
     bool known() const { return order != Order::Unknown; }

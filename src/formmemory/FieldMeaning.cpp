@@ -20,21 +20,38 @@ struct Token
 // The standard autofill tokens, the key of each meaning first; and keys of our own where no
 // token exists.
 constexpr Token Tokens[] = {
-    {"honorific-prefix", Meaning::Honorific}, {"given-name", Meaning::GivenName},
-    {"additional-name", Meaning::AdditionalName}, {"family-name", Meaning::FamilyName},
-    {"name", Meaning::FullName}, {"email", Meaning::Email}, {"tel", Meaning::Phone},
-    {"tel-national", Meaning::Phone}, {"tel-country-code", Meaning::PhoneCountryCode},
-    {"tel-area-code", Meaning::PhoneAreaCode}, {"tel-local", Meaning::PhoneLocal},
-    {"tel-local-prefix", Meaning::PhoneLocalPrefix}, {"tel-local-suffix", Meaning::PhoneLocalSuffix},
-    {"tel-extension", Meaning::PhoneExtension}, {"street-address", Meaning::StreetAddress},
-    {"address-line1", Meaning::AddressLine1}, {"address-line2", Meaning::AddressLine2},
-    {"address-line3", Meaning::AddressLine3}, {"address-level2", Meaning::City},
-    {"address-level1", Meaning::Region}, {"postal-code", Meaning::PostalCode}, {"country", Meaning::Country},
-    {"country-name", Meaning::Country}, {"organization", Meaning::Organization}, {"bday", Meaning::BirthDate},
-    {"bday-day", Meaning::BirthDay}, {"bday-month", Meaning::BirthMonth}, {"bday-year", Meaning::BirthYear},
+    {"honorific-prefix", Meaning::Honorific},
+    {"given-name", Meaning::GivenName},
+    {"additional-name", Meaning::AdditionalName},
+    {"family-name", Meaning::FamilyName},
+    {"name", Meaning::FullName},
+    {"email", Meaning::Email},
+    {"tel", Meaning::Phone},
+    {"tel-national", Meaning::Phone},
+    {"tel-country-code", Meaning::PhoneCountryCode},
+    {"tel-area-code", Meaning::PhoneAreaCode},
+    {"tel-local", Meaning::PhoneLocal},
+    {"tel-local-prefix", Meaning::PhoneLocalPrefix},
+    {"tel-local-suffix", Meaning::PhoneLocalSuffix},
+    {"tel-extension", Meaning::PhoneExtension},
+    {"street-address", Meaning::StreetAddress},
+    {"address-line1", Meaning::AddressLine1},
+    {"address-line2", Meaning::AddressLine2},
+    {"address-line3", Meaning::AddressLine3},
+    {"address-level2", Meaning::City},
+    {"address-level1", Meaning::Region},
+    {"postal-code", Meaning::PostalCode},
+    {"country", Meaning::Country},
+    {"country-name", Meaning::Country},
+    {"organization", Meaning::Organization},
+    {"bday", Meaning::BirthDate},
+    {"bday-day", Meaning::BirthDay},
+    {"bday-month", Meaning::BirthMonth},
+    {"bday-year", Meaning::BirthYear},
 };
 // No page declares these: they are only ever our keys.
-constexpr Token OwnKeys[] = {{"x-house-number", Meaning::HouseNumber}, {"x-street-name", Meaning::StreetName}};
+constexpr Token OwnKeys[] = {{"x-house-number", Meaning::HouseNumber},
+                             {"x-street-name", Meaning::StreetName}};
 
 const QHash<QString, Meaning>& autofillTokens()
 {
@@ -50,8 +67,9 @@ const QHash<QString, Meaning>& autofillTokens()
 // Tokens that declare a field none of ours: the page has said what it is.
 bool declaresOther(const QString& token)
 {
-    static const QStringList others = {"new-password", "current-password", "one-time-code", "username",
-                                       "organization-title", "nickname", "transaction-amount", "webauthn"};
+    static const QStringList others = {
+        "new-password",       "current-password", "one-time-code",      "username",
+        "organization-title", "nickname",         "transaction-amount", "webauthn"};
     return token.startsWith(QLatin1String("cc-")) || others.contains(token);
 }
 
@@ -62,7 +80,8 @@ Meaning fromAutocomplete(const QString& declared, bool& decided)
     const QStringList tokens = declared.toLower().split(QLatin1Char(' '), Qt::SkipEmptyParts);
     // Section, shipping/billing and home/work/mobile come first; the field's token is last.
     for (auto token = tokens.crbegin(); token != tokens.crend(); ++token) {
-        if (const auto found = autofillTokens().constFind(*token); found != autofillTokens().constEnd()) {
+        if (const auto found = autofillTokens().constFind(*token);
+            found != autofillTokens().constEnd()) {
             decided = true;
             return *found;
         }
@@ -127,14 +146,16 @@ QString MeaningKey(Meaning meaning)
     return {};
 }
 
-Recognition RecogniseField(const QString& tagName, const QString& name, const FieldDescription& field)
+Recognition RecogniseField(const QString& tagName, const QString& name,
+                           const FieldDescription& field)
 {
     const bool isList = tagName.compare(QLatin1String("select"), Qt::CaseInsensitive) == 0;
     const bool isArea = tagName.compare(QLatin1String("textarea"), Qt::CaseInsensitive) == 0;
-    const MeaningRules::Texts texts = MeaningRules::textsOf(
-        name.left(LongestText), field.id.left(LongestText),
-        {field.label.left(LongestText), field.ariaLabel.left(LongestText), field.placeholder.left(LongestText)},
-        field.section.left(LongestText));
+    const MeaningRules::Texts texts =
+        MeaningRules::textsOf(name.left(LongestText), field.id.left(LongestText),
+                              {field.label.left(LongestText), field.ariaLabel.left(LongestText),
+                               field.placeholder.left(LongestText)},
+                              field.section.left(LongestText));
     // Whatever token the page puts on a friend's box, it is the friend's.
     if (MeaningRules::forSomeoneElse(texts)) {
         Recognition elses;

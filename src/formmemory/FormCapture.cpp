@@ -7,7 +7,8 @@
 #include "ValueChecks.h"
 #include "ValueStore.h"
 
-void FormCapture::IEHolder_DocChanged(int /*Index*/, const DocPtr& document, const ElementPtr& element)
+void FormCapture::IEHolder_DocChanged(int /*Index*/, const DocPtr& document,
+                                      const ElementPtr& element)
 {
     if (m_services.host.isPaused())
         return;
@@ -44,7 +45,8 @@ void FormCapture::captureInput(const HtmlDocument& document, HtmlElement& input)
     }
 }
 
-void FormCapture::captureText(const HtmlDocument& document, HtmlElement& field, const QString& value, bool showStatus)
+void FormCapture::captureText(const HtmlDocument& document, HtmlElement& field,
+                              const QString& value, bool showStatus)
 {
     FieldDescription described;
     const Recognition recognised = MeaningOf(field, described);
@@ -54,14 +56,16 @@ void FormCapture::captureText(const HtmlDocument& document, HtmlElement& field, 
         return;
     if (showStatus)
         m_services.host.ShowStatus(entry.key + QStringLiteral(" = ") + value);
-    m_services.values.SetValue(document.URLUnencoded(), entry.key, value, entry.reach, MeaningKey(recognised.meaning),
-                               entry.anyKey);
+    m_services.values.SetValue(document.URLUnencoded(), entry.key, value, entry.reach,
+                               MeaningKey(recognised.meaning), entry.anyKey);
     rememberMeaning(recognised, value, described);
 }
 
-void FormCapture::rememberMeaning(const Recognition& recognised, const QString& value, const FieldDescription& described)
+void FormCapture::rememberMeaning(const Recognition& recognised, const QString& value,
+                                  const FieldDescription& described)
 {
-    if (recognised.someoneElses || recognised.meaning == Meaning::None || !(recognised.sure || recognised.bareName))
+    if (recognised.someoneElses || recognised.meaning == Meaning::None ||
+        !(recognised.sure || recognised.bareName))
         return;
     const QString remembered = ValueToRemember(recognised.meaning, value, described);
     if (remembered.isEmpty())
@@ -84,8 +88,10 @@ void FormCapture::captureList(const HtmlDocument& document, HtmlElement& list)
                                MeaningKey(recognised.meaning), entry.anyKey);
     const int index = list.selectedIndex();
     if (index >= 1)
-        m_services.values.SetValue(document.URLUnencoded(), SelectedIndexKey(entry.key), QString::number(index),
-                                   entry.reach, std::nullopt, SelectedIndexKey(entry.anyKey));
+        m_services.values.SetValue(document.URLUnencoded(), SelectedIndexKey(entry.key),
+                                   QString::number(index), entry.reach, std::nullopt,
+                                   SelectedIndexKey(entry.anyKey));
     // The chosen option's text says more on another site than its value ("Illinois", not "14").
-    rememberMeaning(recognised, ChosenOptionText(described.options, index, list.value()), described);
+    rememberMeaning(recognised, ChosenOptionText(described.options, index, list.value()),
+                    described);
 }

@@ -15,8 +15,8 @@ bool matches(const QRegularExpression& pattern, const QString& text)
 // Parts of a date or a phone number. A source naming several parts only shows a format
 // ("dd/mm/yyyy"), so only sources naming one part count; a part named by a letter alone ("d")
 // only where the same source says what it is a part of ("dob d").
-Meaning onePart(const QStringList& sources, const std::vector<Rule>& parts, const QRegularExpression& whole,
-                Meaning wholeMeaning)
+Meaning onePart(const QStringList& sources, const std::vector<Rule>& parts,
+                const QRegularExpression& whole, Meaning wholeMeaning)
 {
     static const QRegularExpression letter(QStringLiteral("^[a-z]$"));
     Meaning found = Meaning::None;
@@ -26,7 +26,8 @@ Meaning onePart(const QStringList& sources, const std::vector<Rule>& parts, cons
         const bool saysWhole = matches(whole, source);
         for (const Rule& part : parts) {
             const auto match = part.pattern.match(source);
-            if (match.hasMatch() && (saysWhole || !letter.match(match.captured().trimmed()).hasMatch())) {
+            if (match.hasMatch() &&
+                (saysWhole || !letter.match(match.captured().trimmed()).hasMatch())) {
                 inSource = part.meaning;
                 ++named;
             }
@@ -50,9 +51,10 @@ QString identifierWords(const QString& identifier)
         const QChar after = i + 1 < identifier.size() ? identifier[i + 1] : QChar();
         // "firstName" and "SFirstName" are cut before the capital that starts a word, and digits
         // are cut from letters.
-        const bool wordStart = c.isUpper() && (before.isLower() || (before.isUpper() && after.isLower()));
-        const bool digitEdge = !before.isNull() && c.isDigit() != before.isDigit() && before.isLetterOrNumber() &&
-                               c.isLetterOrNumber();
+        const bool wordStart =
+            c.isUpper() && (before.isLower() || (before.isUpper() && after.isLower()));
+        const bool digitEdge = !before.isNull() && c.isDigit() != before.isDigit() &&
+                               before.isLetterOrNumber() && c.isLetterOrNumber();
         if (wordStart || digitEdge)
             spaced += QLatin1Char(' ');
         spaced += c;
@@ -73,7 +75,8 @@ struct Reading
 Reading read(const QString& source, bool isList)
 {
     Reading reading;
-    if (source == QLatin1String("q") || source == QLatin1String("s") || matches(otherKind(), source)) {
+    if (source == QLatin1String("q") || source == QLatin1String("s") ||
+        matches(otherKind(), source)) {
         reading.other = true;
         return reading;
     }
@@ -84,7 +87,8 @@ Reading read(const QString& source, bool isList)
         reading.meaning = Meaning::Phone;
     else if (matches(words("area ?code|areacode|vorwahl"), source))
         reading.meaning = Meaning::PhoneAreaCode;
-    for (auto rule = rules().cbegin(); reading.meaning == Meaning::None && rule != rules().cend(); ++rule) {
+    for (auto rule = rules().cbegin(); reading.meaning == Meaning::None && rule != rules().cend();
+         ++rule) {
         if (matches(rule->pattern, source) && (rule->meaning != Meaning::Honorific || isList))
             reading.meaning = rule->meaning;
     }
@@ -123,12 +127,23 @@ bool compatible(Meaning a, Meaning b)
 {
     const auto family = [](Meaning m) {
         switch (m) {
-        case Meaning::BirthDate: case Meaning::BirthDay: case Meaning::BirthMonth: case Meaning::BirthYear:
+        case Meaning::BirthDate:
+        case Meaning::BirthDay:
+        case Meaning::BirthMonth:
+        case Meaning::BirthYear:
             return 1;
-        case Meaning::Phone: case Meaning::PhoneAreaCode: case Meaning::PhoneCountryCode: case Meaning::PhoneLocal:
-        case Meaning::PhoneLocalPrefix: case Meaning::PhoneLocalSuffix: case Meaning::PhoneExtension:
+        case Meaning::Phone:
+        case Meaning::PhoneAreaCode:
+        case Meaning::PhoneCountryCode:
+        case Meaning::PhoneLocal:
+        case Meaning::PhoneLocalPrefix:
+        case Meaning::PhoneLocalSuffix:
+        case Meaning::PhoneExtension:
             return 2;
-        case Meaning::AddressLine1: case Meaning::StreetAddress: case Meaning::HouseNumber: case Meaning::StreetName:
+        case Meaning::AddressLine1:
+        case Meaning::StreetAddress:
+        case Meaning::HouseNumber:
+        case Meaning::StreetName:
             return 3;
         default:
             return 10 + static_cast<int>(m);
@@ -163,8 +178,8 @@ QString MeaningRules::plainWords(const QString& text)
     return plain;
 }
 
-MeaningRules::Texts MeaningRules::textsOf(const QString& name, const QString& id, const QStringList& humanTexts,
-                                          const QString& section)
+MeaningRules::Texts MeaningRules::textsOf(const QString& name, const QString& id,
+                                          const QStringList& humanTexts, const QString& section)
 {
     Texts texts;
     for (const QString& text : humanTexts) {
@@ -186,10 +201,12 @@ bool MeaningRules::forSomeoneElse(const Texts& texts)
 {
     const QStringList sources = texts.all();
     const auto any = [&](const QStringList& in, const QRegularExpression& pattern) {
-        return std::any_of(in.begin(), in.end(), [&](const QString& source) { return matches(pattern, source); });
+        return std::any_of(in.begin(), in.end(),
+                           [&](const QString& source) { return matches(pattern, source); });
     };
     return any(sources, someoneElse()) || any(texts.human, question()) ||
-           matches(someoneElsesSection(), texts.section) || texts.compact.contains(QLatin1String("friend")) ||
+           matches(someoneElsesSection(), texts.section) ||
+           texts.compact.contains(QLatin1String("friend")) ||
            texts.compact.contains(QLatin1String("referr"));
 }
 
@@ -199,7 +216,13 @@ std::optional<Recognition> MeaningRules::fromTexts(const Texts& texts, bool isLi
     Recognition found;
     int decidedBy = -1;
     bool bare = false;
-    enum Step { Go, Decided, Vetoed, Stop };
+    enum Step
+    {
+        Go,
+        Decided,
+        Vetoed,
+        Stop
+    };
     const auto step = [&](int index) {
         const Reading reading = read(sources[index], isList);
         if (reading.other || (reading.weakOther && !bare && reading.meaning == Meaning::None))
@@ -219,13 +242,15 @@ std::optional<Recognition> MeaningRules::fromTexts(const Texts& texts, bool isLi
     if (bare && outcome == Go)
         outcome = Stop;
     // Identifiers run together before their words: "txtFName" reads "txt f name".
-    for (auto rule = compactRules().cbegin(); outcome == Go && rule != compactRules().cend(); ++rule) {
+    for (auto rule = compactRules().cbegin(); outcome == Go && rule != compactRules().cend();
+         ++rule) {
         if (matches(rule->pattern, texts.compact)) {
             found.meaning = rule->meaning;
             outcome = Decided;
         }
     }
-    for (int index = static_cast<int>(texts.human.size()); index < sources.size() && outcome == Go; ++index)
+    for (int index = static_cast<int>(texts.human.size()); index < sources.size() && outcome == Go;
+         ++index)
         outcome = step(index);
     if (outcome == Vetoed)
         return std::nullopt;
@@ -241,7 +266,8 @@ std::optional<Recognition> MeaningRules::fromTexts(const Texts& texts, bool isLi
     }
     if (outcome == Go) {
         static const QRegularExpression title = words("title|titel|titre|titulo|titolo");
-        if (isList && std::any_of(sources.begin(), sources.end(), [](const QString& s) { return matches(title, s); }))
+        if (isList && std::any_of(sources.begin(), sources.end(),
+                                  [](const QString& s) { return matches(title, s); }))
             return Recognition{Meaning::Honorific, true};
         return Recognition{};
     }
@@ -250,7 +276,8 @@ std::optional<Recognition> MeaningRules::fromTexts(const Texts& texts, bool isLi
     found.sure = true;
     for (int index = 0; index < texts.human.size(); ++index) {
         const Reading other = read(texts.human[index], isList);
-        if (index != decidedBy && other.meaning != Meaning::None && !compatible(other.meaning, found.meaning))
+        if (index != decidedBy && other.meaning != Meaning::None &&
+            !compatible(other.meaning, found.meaning))
             found.sure = false;
     }
     return found;
@@ -259,7 +286,8 @@ std::optional<Recognition> MeaningRules::fromTexts(const Texts& texts, bool isLi
 bool MeaningRules::isHonorific(const QString& text)
 {
     static const QRegularExpression honorific =
-        words("mr|mrs|ms|miss|mx|dr|prof|sir|herr|frau|m|mme|mlle|sr|sra|srta|sig|sigra|dhr|mevr|mevrouw|meneer");
+        words("mr|mrs|ms|miss|mx|dr|prof|sir|herr|frau|m|mme|mlle|sr|sra|srta|sig|sigra|dhr|mevr|"
+              "mevrouw|meneer");
     const QString plain = plainWords(text);
     return plain.size() <= 8 && honorific.match(plain).hasMatch();
 }

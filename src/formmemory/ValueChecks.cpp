@@ -15,14 +15,16 @@ constexpr qsizetype LongestValue = 400;
 
 bool fits(const char* pattern, const QString& value)
 {
-    return QRegularExpression(QString::fromUtf8(pattern), QRegularExpression::UseUnicodePropertiesOption)
+    return QRegularExpression(QString::fromUtf8(pattern),
+                              QRegularExpression::UseUnicodePropertiesOption)
         .match(value)
         .hasMatch();
 }
 
 int digits(const QString& value)
 {
-    return static_cast<int>(std::count_if(value.begin(), value.end(), [](QChar c) { return c.isDigit(); }));
+    return static_cast<int>(
+        std::count_if(value.begin(), value.end(), [](QChar c) { return c.isDigit(); }));
 }
 
 bool hasLetters(const QString& value)
@@ -39,12 +41,14 @@ int wordCount(const QString& value)
 bool isPersonName(const QString& value, int leastWords, int mostWords)
 {
     const int count = wordCount(value);
-    return count >= leastWords && count <= mostWords && fits("^[\\p{L}\\p{M} .'\u2019-]+$", value) && hasLetters(value);
+    return count >= leastWords && count <= mostWords &&
+           fits("^[\\p{L}\\p{M} .'\u2019-]+$", value) && hasLetters(value);
 }
 
 bool isPlaceText(const QString& value)
 {
-    return hasLetters(value) && !value.contains(QLatin1Char('@')) && digits(value) * 2 < value.size();
+    return hasLetters(value) && !value.contains(QLatin1Char('@')) &&
+           digits(value) * 2 < value.size();
 }
 
 bool isNumberIn(const QString& value, int from, int to)
@@ -56,15 +60,17 @@ bool isNumberIn(const QString& value, int from, int to)
 
 bool isMonth(const QString& value)
 {
-    static const QStringList months = {"january", "february", "march", "april", "may", "june", "july", "august",
-                                       "september", "october", "november", "december", "janvier", "fevrier", "mars",
-                                       "avril", "mai", "juin", "juillet", "aout", "septembre", "octobre", "novembre",
-                                       "decembre", "januar", "februar", "marz", "juni", "juli", "oktober", "dezember",
-                                       "enero", "febrero", "marzo", "abril", "mayo", "junio", "julio", "agosto",
-                                       "septiembre", "octubre", "noviembre", "diciembre", "gennaio", "febbraio",
-                                       "maggio", "giugno", "luglio", "settembre", "ottobre", "dicembre", "januari",
-                                       "februari", "maart", "mei", "augustus", "janeiro", "fevereiro", "marco", "maio",
-                                       "junho", "julho", "setembro", "outubro", "novembro", "dezembro"};
+    static const QStringList months = {
+        "january",   "february",  "march",    "april",    "may",        "june",    "july",
+        "august",    "september", "october",  "november", "december",   "janvier", "fevrier",
+        "mars",      "avril",     "mai",      "juin",     "juillet",    "aout",    "septembre",
+        "octobre",   "novembre",  "decembre", "januar",   "februar",    "marz",    "juni",
+        "juli",      "oktober",   "dezember", "enero",    "febrero",    "marzo",   "abril",
+        "mayo",      "junio",     "julio",    "agosto",   "septiembre", "octubre", "noviembre",
+        "diciembre", "gennaio",   "febbraio", "maggio",   "giugno",     "luglio",  "settembre",
+        "ottobre",   "dicembre",  "januari",  "februari", "maart",      "mei",     "augustus",
+        "janeiro",   "fevereiro", "marco",    "maio",     "junho",      "julho",   "setembro",
+        "outubro",   "novembro",  "dezembro"};
     const QString plain = MeaningRules::plainWords(value);
     const auto abbreviates = [&plain](const QString& month) { return month.startsWith(plain); };
     return isNumberIn(plain, 1, 12) || months.contains(plain) ||
@@ -104,11 +110,12 @@ bool plausible(Meaning meaning, const QString& value)
     case Meaning::StreetAddress:
     case Meaning::AddressLine1:
         // The state or the country in a street box is not the street.
-        return hasLetters(value) && !value.contains(QLatin1Char('@')) && !PlaceNames::isRegion(value) &&
-               !PlaceNames::isCountry(value);
+        return hasLetters(value) && !value.contains(QLatin1Char('@')) &&
+               !PlaceNames::isRegion(value) && !PlaceNames::isCountry(value);
     case Meaning::AddressLine2:
     case Meaning::AddressLine3:
-        return !value.contains(QLatin1Char('@')) && !PlaceNames::isRegion(value) && !value.contains(QLatin1Char('\n'));
+        return !value.contains(QLatin1Char('@')) && !PlaceNames::isRegion(value) &&
+               !value.contains(QLatin1Char('\n'));
     case Meaning::StreetName:
         return isPlaceText(value) && !PlaceNames::isRegion(value);
     case Meaning::HouseNumber:
@@ -147,9 +154,11 @@ QString ValueToRemember(Meaning meaning, const QString& value, const FieldDescri
 
 bool IsPlaceholderChoice(const QString& value, const QString& text)
 {
-    static const QRegularExpression asks(QStringLiteral(
-        "^(?:please )?(?:select|choose|pick)|^(?:bitte )?(?:wahlen|auswahlen)|^(?:veuillez )?(?:choisir|selectionner)|"
-        "^(?:seleccion\\w*|elija|elige|escoja|selezion\\w*|scegli|kies|selecteer|maak een keuze|selecion\\w*|escolh\\w*)|"
-        "^$"));
+    static const QRegularExpression asks(
+        QStringLiteral("^(?:please )?(?:select|choose|pick)|^(?:bitte "
+                       ")?(?:wahlen|auswahlen)|^(?:veuillez )?(?:choisir|selectionner)|"
+                       "^(?:seleccion\\w*|elija|elige|escoja|selezion\\w*|scegli|kies|selecteer|"
+                       "maak een keuze|selecion\\w*|escolh\\w*)|"
+                       "^$"));
     return value.trimmed().isEmpty() || asks.match(MeaningRules::plainWords(text)).hasMatch();
 }

@@ -13,18 +13,23 @@ QByteArray numberedOptions(int from, int to)
     return options;
 }
 
-const QByteArray Months = "<option>January</option><option>February</option><option>March</option><option>April</option>"
-                          "<option>May</option><option>June</option><option>July</option><option>August</option>"
-                          "<option>September</option><option>October</option><option>November</option><option>December</option>";
+const QByteArray Months =
+    "<option>January</option><option>February</option><option>March</option><option>April</option>"
+    "<option>May</option><option>June</option><option>July</option><option>August</option>"
+    "<option>September</option><option>October</option><option>November</option><option>December</"
+    "option>";
 
-const QByteArray EntryA = R"(<!doctype html><html lang="en-US"><head><meta charset="utf-8"><title>Win a canoe</title></head><body>
+const QByteArray EntryA =
+    R"(<!doctype html><html lang="en-US"><head><meta charset="utf-8"><title>Win a canoe</title></head><body>
 <form><h2>Your details</h2>
 <p><label for="fn">First name</label><input id="fn" name="first_name" autocomplete="given-name"></p>
 <p><label for="ln">Last name</label><input id="ln" name="last_name"></p>
 <p><label for="em">Email</label><input id="em" name="email" type="email"></p>
-<p><label for="dd">Date of birth</label><select id="dd" name="dob_day"><option value="">Day</option>)" + numberedOptions(1, 31) +
+<p><label for="dd">Date of birth</label><select id="dd" name="dob_day"><option value="">Day</option>)" +
+    numberedOptions(1, 31) +
     R"(</select><select name="dob_month"><option value="">Month</option>)" + Months +
-    R"(</select><select name="dob_year"><option value="">Year</option>)" + numberedOptions(2008, 1920) + R"(</select></p>
+    R"(</select><select name="dob_year"><option value="">Year</option>)" +
+    numberedOptions(2008, 1920) + R"(</select></p>
 <p><label for="st">State</label><select id="st" name="state"><option value="">Select an option…</option>
   <option value="14">Illinois</option><option value="33">New York</option><option value="44">Texas</option></select></p>
 <fieldset><legend>Refer a friend for a bonus entry</legend>
@@ -34,20 +39,25 @@ const QByteArray EntryA = R"(<!doctype html><html lang="en-US"><head><meta chars
 </form></body></html>)";
 
 // Another site that names everything otherwise; its friend's box is even called "email".
-const QByteArray EntryB = R"(<!doctype html><html lang="en-GB"><head><meta charset="utf-8"><title>Win a trip</title></head><body>
+const QByteArray EntryB =
+    R"(<!doctype html><html lang="en-GB"><head><meta charset="utf-8"><title>Win a trip</title></head><body>
 <form><h3>About you</h3>
 <label>Given name <input name="given"></label><label>Surname <input name="family"></label>
 <label>E-mail address <input name="mail"></label>
 <label>Date of birth <input name="birth" placeholder="dd/mm/yyyy"></label>
-<div>Birthday <select name="bday_d"><option></option>)" + numberedOptions(1, 31) + R"(</select>
-<select name="bday_m"><option></option>)" + Months + R"(</select>
-<select name="bday_y"><option></option>)" + numberedOptions(1920, 2008) + R"(</select></div>
+<div>Birthday <select name="bday_d"><option></option>)" +
+    numberedOptions(1, 31) + R"(</select>
+<select name="bday_m"><option></option>)" +
+    Months + R"(</select>
+<select name="bday_y"><option></option>)" +
+    numberedOptions(1920, 2008) + R"(</select></div>
 <fieldset><legend>Tell a friend</legend><label>Email <input name="email"></label>
 <label>Their name <input name="name2"></label></fieldset>
 <label>Which city would you most like to visit? <input name="answer"></label>
 </form></body></html>)";
 
-const QByteArray Twins = R"(<!doctype html><html><head><title>Sign up</title></head><body><div id="app">
+const QByteArray Twins =
+    R"(<!doctype html><html><head><title>Sign up</title></head><body><div id="app">
 <label>Nickname for the draw <input name="inputField"></label>
 <label>Lucky number <input name="inputField"></label>
 <label>Team <input name="inputField"></label></div></body></html>)";
@@ -82,11 +92,16 @@ class TestContestForms : public BarFixture
 protected:
     QMap<QString, QByteArray> pages() const override
     {
-        return {{"/a.html", EntryA}, {"/b.html", EntryB}, {"/twins.html", Twins}, {"/plant.html", Planter}};
+        return {{"/a.html", EntryA},
+                {"/b.html", EntryB},
+                {"/twins.html", Twins},
+                {"/plant.html", Planter}};
     }
     QString byMeaning(const char* key)
     {
-        return f.ini.readEntry(form->valueStore().anyFile(), QStringLiteral("Meaning"), QString::fromLatin1(key))
+        return f.ini
+            .readEntry(form->valueStore().anyFile(), QStringLiteral("Meaning"),
+                       QString::fromLatin1(key))
             .value_or(QString());
     }
     QByteArray fileBytes(const QString& path)
@@ -105,7 +120,8 @@ TEST_P(TestContestForms, AnEntryTypedOnOneSiteFillsAnotherButNeverAFriendsBoxOrA
 {
     const QString a = server->url("/a.html");
     auto entry = open(a);
-    form->valueStore().SetMeaningValue(QStringLiteral("address-level1"), QStringLiteral("Illinois"));
+    form->valueStore().SetMeaningValue(QStringLiteral("address-level1"),
+                                       QStringLiteral("Illinois"));
     click(entry, "#fn");
     for (const char* text : {"Ann", "Lee", "ann@example.org"}) {
         type(entry, QString::fromLatin1(text));
@@ -124,8 +140,9 @@ TEST_P(TestContestForms, AnEntryTypedOnOneSiteFillsAnotherButNeverAFriendsBoxOrA
     tab(entry);
     type(entry, "19");
     tab(entry);
-    ASSERT_TRUE(waitFor([&] { return f.ini.readEntry(form->siteFiles().SiteFilePath(a), a, "skill").value_or("") == "19"; }))
-        << fileBytes(form->siteFiles().SiteFilePath(a)).toStdString();
+    ASSERT_TRUE(waitFor([&] {
+        return f.ini.readEntry(form->siteFiles().SiteFilePath(a), a, "skill").value_or("") == "19";
+    })) << fileBytes(form->siteFiles().SiteFilePath(a)).toStdString();
     EXPECT_EQ(byMeaning("email"), QStringLiteral("ann@example.org"));
     EXPECT_EQ(byMeaning("bday-year"), QStringLiteral("1990"));
     EXPECT_EQ(byMeaning("address-level1"), QStringLiteral("Illinois"));
@@ -164,12 +181,18 @@ TEST_P(TestContestForms, FieldsOfOneNameKeepOneValueEach)
         type(page, values[i]);
         tab(page);
     }
-    ASSERT_TRUE(waitFor([&] { return f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "inputField#3").value_or("") == values[2]; }));
+    ASSERT_TRUE(waitFor([&] {
+        return f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "inputField#3")
+                   .value_or("") == values[2];
+    }));
     waitFor([] { return false; }, 1100); // not taken for a repeat of the first load
     auto again = open(site);
-    const QStringList shown = evaluate(again, "[...document.querySelectorAll('[name=inputField]')].map((f) => f.value).join('|')")
-                                  .toString()
-                                  .split('|');
+    const QStringList shown =
+        evaluate(
+            again,
+            "[...document.querySelectorAll('[name=inputField]')].map((f) => f.value).join('|')")
+            .toString()
+            .split('|');
     EXPECT_EQ(shown, (QStringList{values[0], values[1], values[2]}));
     expectNoErrorBox();
 }
@@ -189,7 +212,8 @@ TEST_P(TestContestForms, APageThatPlantsValuesChangesNothingInTheDataFiles)
     tab(page);
     click(page, "[name=email]");
     waitFor([] { return false; }, 500);
-    const QByteArray files = fileBytes(form->siteFiles().SiteFilePath(site)) + fileBytes(form->valueStore().anyFile());
+    const QByteArray files =
+        fileBytes(form->siteFiles().SiteFilePath(site)) + fileBytes(form->valueStore().anyFile());
     for (const char* planted : {"evil", "555 0199"})
         EXPECT_FALSE(files.contains(planted)) << planted << "\n" << files.toStdString();
     EXPECT_EQ(byMeaning("email"), QStringLiteral("ann@example.org"));

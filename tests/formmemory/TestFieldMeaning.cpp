@@ -23,20 +23,28 @@ QList<std::pair<QString, QString>> optionsOf(const QString& kind)
     QList<std::pair<QString, QString>> options{{"", "Please select"}};
     const auto add = [&](const char* listed, bool codes) {
         for (const QString& text : QString::fromLatin1(listed).split(','))
-            options.append({codes ? text.section('|', 0, 0) : text.section('|', -1), text.section('|', -1)});
+            options.append(
+                {codes ? text.section('|', 0, 0) : text.section('|', -1), text.section('|', -1)});
     };
     if (kind == "states")
-        add("AL|Alabama,AK|Alaska,AZ|Arizona,AR|Arkansas,CA|California,CO|Colorado,CT|Connecticut,DE|Delaware,"
-            "FL|Florida,GA|Georgia,IL|Illinois,IN|Indiana,NY|New York,TX|Texas,WA|Washington", true);
+        add("AL|Alabama,AK|Alaska,AZ|Arizona,AR|Arkansas,CA|California,CO|Colorado,CT|Connecticut,"
+            "DE|Delaware,"
+            "FL|Florida,GA|Georgia,IL|Illinois,IN|Indiana,NY|New York,TX|Texas,WA|Washington",
+            true);
     else if (kind == "countries")
-        add("US|United States,CA|Canada,GB|United Kingdom,IE|Ireland,AU|Australia,NZ|New Zealand,FR|France,"
-            "DE|Germany,AT|Austria,CH|Switzerland,BE|Belgium,NL|Netherlands,ES|Spain,PT|Portugal,IT|Italy,"
-            "DK|Denmark,SE|Sweden,NO|Norway,FI|Finland,PL|Poland,MX|Mexico,BR|Brazil,JP|Japan,IN|India,"
-            "ZA|South Africa", true);
+        add("US|United States,CA|Canada,GB|United Kingdom,IE|Ireland,AU|Australia,NZ|New "
+            "Zealand,FR|France,"
+            "DE|Germany,AT|Austria,CH|Switzerland,BE|Belgium,NL|Netherlands,ES|Spain,PT|Portugal,"
+            "IT|Italy,"
+            "DK|Denmark,SE|Sweden,NO|Norway,FI|Finland,PL|Poland,MX|Mexico,BR|Brazil,JP|Japan,IN|"
+            "India,"
+            "ZA|South Africa",
+            true);
     else if (kind == "titles")
         add("mr|Mr.,mrs|Mrs.,ms|Ms.,dr|Dr.", true);
     else if (kind == "months")
-        add("January,February,March,April,May,June,July,August,September,October,November,December", false);
+        add("January,February,March,April,May,June,July,August,September,October,November,December",
+            false);
     for (int n = 1; kind == "days" && n <= 31; ++n)
         options.append({QString::number(n), QString::number(n)});
     for (int year = 2010; kind == "years" && year >= 1930; --year)
@@ -61,9 +69,12 @@ std::vector<Row> rows()
         for (const QString& extra : columns.mid(4)) {
             const QString key = extra.section('=', 0, 0);
             const QString value = extra.section('=', 1);
-            (key == "ac" ? row.field.autocomplete : key == "type" ? row.field.inputType
-             : key == "ph" ? row.field.placeholder : key == "id" ? row.field.id
-             : key == "section" ? row.field.section : row.field.ariaLabel) = value;
+            (key == "ac"        ? row.field.autocomplete
+             : key == "type"    ? row.field.inputType
+             : key == "ph"      ? row.field.placeholder
+             : key == "id"      ? row.field.id
+             : key == "section" ? row.field.section
+                                : row.field.ariaLabel) = value;
             if (key == "options")
                 row.field.options = optionsOf(value);
         }
@@ -76,7 +87,8 @@ QString outcome(const Recognition& found)
 {
     if (found.someoneElses)
         return QStringLiteral("elses");
-    const QString key = found.meaning == Meaning::None ? QStringLiteral("none") : MeaningKey(found.meaning);
+    const QString key =
+        found.meaning == Meaning::None ? QStringLiteral("none") : MeaningKey(found.meaning);
     return key + (found.sure || (found.meaning == Meaning::None && !found.bareName) ? "" : "?");
 }
 
@@ -94,11 +106,14 @@ TEST_P(FieldMeaning, IsWhatThePageAsksFor)
     const Row& row = GetParam();
     const Recognition found = RecogniseField(row.tag, row.name, row.field);
     EXPECT_EQ(outcome(found).toStdString(), row.expected.toStdString())
-        << row.tag.toStdString() << " name=" << row.name.toStdString() << " label=" << row.field.label.toStdString();
+        << row.tag.toStdString() << " name=" << row.name.toStdString()
+        << " label=" << row.field.label.toStdString();
 }
 
 INSTANTIATE_TEST_SUITE_P(Fields, FieldMeaning, ::testing::ValuesIn(rows()),
-                         [](const ::testing::TestParamInfo<Row>& info) { return "line" + std::to_string(info.param.line); });
+                         [](const ::testing::TestParamInfo<Row>& info) {
+                             return "line" + std::to_string(info.param.line);
+                         });
 
 TEST(FieldMeaningLimits, HostileTextsAreReadInBoundedTime)
 {
@@ -108,12 +123,16 @@ TEST(FieldMeaningLimits, HostileTextsAreReadInBoundedTime)
     field.placeholder = QString(100 * 1024, QLatin1Char('a'));
     field.autocomplete = QString(50 * 1024, QLatin1Char(' ')) + QStringLiteral("email");
     // The long texts are cut: what follows the cut is not read.
-    EXPECT_EQ(RecogniseField("input", QString(100 * 1024, QLatin1Char('x')), field).meaning, Meaning::None);
-    for (const char* name : {"\xd0\xb8\xd0\xbc\xd1\x8f", "\xe5\x90\x8d\xe5\x89\x8d", "\xd8\xa7\xd9\x84\xd8\xa7\xd9\x85",
-                             "\xf0\x9f\x8e\x81", "a\tb\r\nc", ""}) {
+    EXPECT_EQ(RecogniseField("input", QString(100 * 1024, QLatin1Char('x')), field).meaning,
+              Meaning::None);
+    for (const char* name :
+         {"\xd0\xb8\xd0\xbc\xd1\x8f", "\xe5\x90\x8d\xe5\x89\x8d",
+          "\xd8\xa7\xd9\x84\xd8\xa7\xd9\x85", "\xf0\x9f\x8e\x81", "a\tb\r\nc", ""}) {
         FieldDescription described;
         described.label = QString::fromUtf8(name);
-        EXPECT_EQ(RecogniseField("input", QString::fromUtf8(name), described).meaning, Meaning::None) << name;
+        EXPECT_EQ(RecogniseField("input", QString::fromUtf8(name), described).meaning,
+                  Meaning::None)
+            << name;
     }
 }
 } // namespace

@@ -3,6 +3,8 @@
 #include "MeaningWords.h"
 
 #include <algorithm>
+#include <optional>
+#include <vector>
 
 using namespace MeaningWords;
 
@@ -85,7 +87,7 @@ Reading read(const QString& source, bool isList)
         reading.meaning = Meaning::BirthDate;
     else if (matches(phoneWords(), source))
         reading.meaning = Meaning::Phone;
-    else if (matches(words("area ?code|areacode|vorwahl"), source))
+    else if (static const QRegularExpression areaCode = words("area ?code|areacode|vorwahl"); matches(areaCode, source))
         reading.meaning = Meaning::PhoneAreaCode;
     for (auto rule = rules().cbegin(); reading.meaning == Meaning::None && rule != rules().cend();
          ++rule) {
@@ -223,8 +225,15 @@ std::optional<Recognition> MeaningRules::fromTexts(const Texts& texts, bool isLi
         Vetoed,
         Stop
     };
+    // Each text is read once, for the search and for the check that no other disagrees.
+    std::vector<std::optional<Reading>> readings(sources.size());
+    const auto readingOf = [&](int index) -> const Reading& {
+        if (!readings[index])
+            readings[index] = read(sources[index], isList);
+        return *readings[index];
+    };
     const auto step = [&](int index) {
-        const Reading reading = read(sources[index], isList);
+        const Reading& reading = readingOf(index);
         if (reading.other || (reading.weakOther && !bare && reading.meaning == Meaning::None))
             return Vetoed;
         if (reading.meaning != Meaning::None) {
@@ -275,7 +284,7 @@ std::optional<Recognition> MeaningRules::fromTexts(const Texts& texts, bool isLi
     // Another text the user reads naming something else leaves the field unsure.
     found.sure = true;
     for (int index = 0; index < texts.human.size(); ++index) {
-        const Reading other = read(texts.human[index], isList);
+        const Reading& other = readingOf(index);
         if (index != decidedBy && other.meaning != Meaning::None &&
             !compatible(other.meaning, found.meaning))
             found.sure = false;

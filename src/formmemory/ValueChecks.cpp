@@ -5,6 +5,7 @@
 #include "PlaceNames.h"
 
 #include <QDate>
+#include <QHash>
 #include <QRegularExpression>
 
 #include <algorithm>

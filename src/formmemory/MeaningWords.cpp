@@ -2,11 +2,34 @@
 
 using MeaningWords::Rule;
 
+namespace {
+const QString WordStart = QStringLiteral("(?:^| )(?:");
+const QString WordEnd = QStringLiteral(")(?= |$)");
+} // namespace
+
 QRegularExpression MeaningWords::words(const char* alternatives)
 {
-    return QRegularExpression(
-        QStringLiteral("(?:^| )(?:%1)(?= |$)").arg(QLatin1String(alternatives)),
-        QRegularExpression::UseUnicodePropertiesOption);
+    return wordsOf(QLatin1String(alternatives));
+}
+
+QRegularExpression MeaningWords::wordsOf(const QString& alternatives)
+{
+    return QRegularExpression(WordStart + alternatives + WordEnd, QRegularExpression::UseUnicodePropertiesOption);
+}
+
+QString MeaningWords::alternativesOf(const QRegularExpression& pattern)
+{
+    const QString text = pattern.pattern();
+    if (!text.startsWith(WordStart) || !text.endsWith(WordEnd))
+        return text;
+    return text.mid(WordStart.size(), text.size() - WordStart.size() - WordEnd.size());
+}
+
+const QRegularExpression& MeaningWords::someoneElseOrQuestion()
+{
+    static const QRegularExpression either =
+        wordsOf(alternativesOf(someoneElse()) + QLatin1Char('|') + alternativesOf(question()));
+    return either;
 }
 
 const QRegularExpression& MeaningWords::someoneElse()

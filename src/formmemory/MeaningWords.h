@@ -16,6 +16,10 @@ struct Rule
 
 // Alternatives that must stand as whole words.
 QRegularExpression words(const char* alternatives);
+// What a pattern made by words() accepts, without its word edges: to join several into one.
+QString alternativesOf(const QRegularExpression& pattern);
+// The word edges around joined alternatives.
+QRegularExpression wordsOf(const QString& alternatives);
 
 // Another person's field: a friend, a referral, a recipient, family, an emergency contact.
 const QRegularExpression& someoneElse();
@@ -23,6 +27,8 @@ const QRegularExpression& someoneElse();
 const QRegularExpression& someoneElsesSection();
 // A contest's question or task: the answer is the user's, but no personal data.
 const QRegularExpression& question();
+// Either, as what a user reads may say (one search instead of two).
+const QRegularExpression& someoneElseOrQuestion();
 // Fields of another kind that a meaning must never fill: codes, cards, secrets, searches,
 // accounts, stores, ... They win over any meaning named beside them.
 const QRegularExpression& otherKind();

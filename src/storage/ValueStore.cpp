@@ -97,9 +97,10 @@ void ValueStore::SetValue(const QString& site, const QString& key, const QString
         const QString& nameForAny = anyKey.isEmpty() ? key : anyKey;
         if (reach == ValueReach::AnySite && !TrimSpaces(escaped).isEmpty()) {
             m_ini.WriteINI(AnySection, nameForAny, escaped, anyFile());
-            if (meaning)
-                m_ini.WriteINI(FieldMeaningSection, nameForAny,
-                               meaning->isEmpty() ? QString::fromLatin1(NoMeaningKey) : *meaning, anyFile());
+            // Written when it changes only: a capture comes with every key the user types.
+            const QString record = meaning && meaning->isEmpty() ? QString::fromLatin1(NoMeaningKey) : meaning.value_or(QString());
+            if (meaning && m_ini.ReadINI(FieldMeaningSection, nameForAny, QString(), anyFile()) != record)
+                m_ini.WriteINI(FieldMeaningSection, nameForAny, record, anyFile());
         }
     } catch (const AppError& error) {
         m_errors.ReportError(error, QStringLiteral("SetValue"));

@@ -1,5 +1,7 @@
 #include "DateFormats.h"
 
+#include "MeaningRules.h"
+
 #include <QDate>
 #include <QRegularExpression>
 
@@ -119,4 +121,31 @@ QString DateIn(const QString& isoDate, const DateFormat& format)
     default:
         return year + s + month + s + day;
     }
+}
+
+int MonthNumber(const QString& text)
+{
+    static const QStringList names[] = {
+        {"january", "jan", "janvier", "januar", "enero", "gennaio", "januari", "janeiro"},
+        {"february", "feb", "fevrier", "februar", "febrero", "febbraio", "februari", "fevereiro"},
+        {"march", "mar", "mars", "marz", "marzo", "maart", "marco"},
+        {"april", "apr", "avril", "abril", "aprile"},
+        {"may", "mai", "mayo", "maggio", "mei", "maio"},
+        {"june", "jun", "juin", "juni", "junio", "giugno", "junho"},
+        {"july", "jul", "juillet", "juli", "julio", "luglio", "julho"},
+        {"august", "aug", "aout", "agosto", "augustus"},
+        {"september", "sep", "sept", "septembre", "septiembre", "settembre", "setembro"},
+        {"october", "oct", "octobre", "oktober", "octubre", "ottobre", "outubro"},
+        {"november", "nov", "novembre", "noviembre", "novembro"},
+        {"december", "dec", "decembre", "dezember", "diciembre", "dicembre", "dezembro"},
+    };
+    const QString plain = MeaningRules::plainWords(text);
+    bool isNumber = false;
+    if (const int number = plain.toInt(&isNumber); isNumber)
+        return number >= 1 && number <= 12 ? number : 0;
+    for (int month = 0; month < 12; ++month) {
+        if (names[month].contains(plain))
+            return month + 1;
+    }
+    return 0;
 }

@@ -28,3 +28,6 @@ DateFormat DateFormatOf(const FieldDescription& field);
 QString IsoDateFrom(const QString& typed, const DateFormat& format);
 // The ISO date written as the field wants it; empty when its format is unknown.
 QString DateIn(const QString& isoDate, const DateFormat& format);
+
+// A month by its number or its name in the languages the field rules read: 1 to 12, or 0.
+int MonthNumber(const QString& text);

@@ -28,34 +28,6 @@ bool isNumber(const QString& text)
     return !text.trimmed().isEmpty() && digitsOf(text).size() == text.trimmed().size();
 }
 
-// A month by its name in the languages the field rules read: 1 to 12, or 0.
-int monthNumber(const QString& text)
-{
-    static const QStringList names[] = {
-        {"january", "jan", "janvier", "januar", "enero", "gennaio", "januari", "janeiro"},
-        {"february", "feb", "fevrier", "februar", "febrero", "febbraio", "februari", "fevereiro"},
-        {"march", "mar", "mars", "marz", "marzo", "maart", "marco"},
-        {"april", "apr", "avril", "abril", "aprile"},
-        {"may", "mai", "mayo", "maggio", "mei", "maio"},
-        {"june", "jun", "juin", "juni", "junio", "giugno", "junho"},
-        {"july", "jul", "juillet", "juli", "julio", "luglio", "julho"},
-        {"august", "aug", "aout", "agosto", "augustus"},
-        {"september", "sep", "sept", "septembre", "septiembre", "settembre", "setembro"},
-        {"october", "oct", "octobre", "oktober", "octubre", "ottobre", "outubro"},
-        {"november", "nov", "novembre", "noviembre", "novembro"},
-        {"december", "dec", "decembre", "dezember", "diciembre", "dicembre", "dezembro"},
-    };
-    const QString plain = MeaningRules::plainWords(text);
-    if (isNumber(plain)) {
-        const int number = plain.toInt();
-        return number >= 1 && number <= 12 ? number : 0;
-    }
-    for (int month = 0; month < 12; ++month) {
-        if (names[month].contains(plain))
-            return month + 1;
-    }
-    return 0;
-}
 
 bool sameChoice(Meaning meaning, const QString& remembered, const QString& offered)
 {
@@ -71,7 +43,7 @@ bool sameChoice(Meaning meaning, const QString& remembered, const QString& offer
     case Meaning::Country:
         return !PlaceNames::countryCode(a).isEmpty() && PlaceNames::countryCode(a) == PlaceNames::countryCode(b);
     case Meaning::BirthMonth:
-        return monthNumber(a) != 0 && monthNumber(a) == monthNumber(b);
+        return MonthNumber(a) != 0 && MonthNumber(a) == MonthNumber(b);
     default:
         return false;
     }
@@ -182,7 +154,7 @@ QString MeaningValues::madeFor(Meaning meaning) const
     }
     case Meaning::BirthDate: {
         const QString year = digitsOf(stored(Meaning::BirthYear));
-        const int month = monthNumber(stored(Meaning::BirthMonth));
+        const int month = MonthNumber(stored(Meaning::BirthMonth));
         const int day = digitsOf(stored(Meaning::BirthDay)).toInt();
         if (year.size() != 4 || month == 0 || day == 0)
             return {};

@@ -120,15 +120,6 @@ const QRegularExpression& MeaningWords::weakOther()
     return other;
 }
 
-const QRegularExpression& MeaningWords::otherCompact()
-{
-    static const QRegularExpression other(
-        QStringLiteral("captcha|coupon|promo|voucher|giftcard|password|passwd|ccnum|cardnum|"
-                       "cardnumber|cvv|cvc|friend|referr|"
-                       "search|username|login|loyalty|account|member"));
-    return other;
-}
-
 const QRegularExpression& MeaningWords::birthWords()
 {
     static const QRegularExpression birth = words(

@@ -34,8 +34,6 @@ const QRegularExpression& someoneElseOrQuestion();
 const QRegularExpression& otherKind();
 // Weaker: a meaning named in the same text wins ("Date of birth (you must be of legal age)").
 const QRegularExpression& weakOther();
-// The same, for identifiers run together ("txtPromoCode", "ccnum").
-const QRegularExpression& otherCompact();
 
 const QRegularExpression& birthWords();
 const QRegularExpression& phoneWords();

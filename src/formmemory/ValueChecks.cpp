@@ -59,24 +59,6 @@ bool isNumberIn(const QString& value, int from, int to)
     return ok && number >= from && number <= to;
 }
 
-bool isMonth(const QString& value)
-{
-    static const QStringList months = {
-        "january",   "february",  "march",    "april",    "may",        "june",    "july",
-        "august",    "september", "october",  "november", "december",   "janvier", "fevrier",
-        "mars",      "avril",     "mai",      "juin",     "juillet",    "aout",    "septembre",
-        "octobre",   "novembre",  "decembre", "januar",   "februar",    "marz",    "juni",
-        "juli",      "oktober",   "dezember", "enero",    "febrero",    "marzo",   "abril",
-        "mayo",      "junio",     "julio",    "agosto",   "septiembre", "octubre", "noviembre",
-        "diciembre", "gennaio",   "febbraio", "maggio",   "giugno",     "luglio",  "settembre",
-        "ottobre",   "dicembre",  "januari",  "februari", "maart",      "mei",     "augustus",
-        "janeiro",   "fevereiro", "marco",    "maio",     "junho",      "julho",   "setembro",
-        "outubro",   "novembro",  "dezembro"};
-    const QString plain = MeaningRules::plainWords(value);
-    const auto abbreviates = [&plain](const QString& month) { return month.startsWith(plain); };
-    return isNumberIn(plain, 1, 12) || months.contains(plain) ||
-           (plain.size() == 3 && std::any_of(months.begin(), months.end(), abbreviates));
-}
 
 bool plausible(Meaning meaning, const QString& value)
 {
@@ -131,7 +113,7 @@ bool plausible(Meaning meaning, const QString& value)
     case Meaning::BirthDay:
         return isNumberIn(value, 1, 31);
     case Meaning::BirthMonth:
-        return isMonth(value);
+        return MonthNumber(value) != 0;
     case Meaning::BirthYear:
         return isNumberIn(value, 1900, QDate::currentDate().year());
     default:

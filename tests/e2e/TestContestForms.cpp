@@ -1,7 +1,9 @@
 // The right value in the right field, in real browsers: a contest entry typed on one site fills
-// another's, but never a friend's box or a contest answer, and the user's own e-mail stays theirs
-// after a friend's was typed; fields of one name keep one value each; placeholder and numeric
-// choices leave memory as it was; a page that plants values plants nothing in the data files.
+// other sites that name and caption it otherwise (labels, table cells in French), but never a
+// friend's box, a contest answer or a promotion code, and a site's own value wins; the user's
+// own e-mail stays theirs after a friend's was typed; fields of one name keep one value each;
+// placeholder and numeric choices leave memory as it was; a page that plants values plants
+// nothing in the data files.
 #include "BarFixture.h"
 
 namespace {
@@ -56,6 +58,16 @@ const QByteArray EntryB =
 <label>Which city would you most like to visit? <input name="answer"></label>
 </form></body></html>)";
 
+// Captions in table cells, no labels, in French; a site's own value for one of them.
+const QByteArray French = R"(<!doctype html><html lang=fr><head><meta charset="utf-8"><title>Grand jeu concours</title></head><body>
+<form><table>
+<tr><td>Prénom</td><td><input name="champ1"></td></tr>
+<tr><td>Nom</td><td><input name="champ2"></td></tr>
+<tr><td>Courriel</td><td><input name="champ3"></td></tr>
+<tr><td>Date de naissance</td><td><input name="champ4"></td></tr>
+<tr><td>Code promo</td><td><input name="champ5"></td></tr>
+</table></form></body></html>)";
+
 const QByteArray Twins =
     R"(<!doctype html><html><head><title>Sign up</title></head><body><div id="app">
 <label>Nickname for the draw <input name="inputField"></label>
@@ -92,7 +104,7 @@ class TestContestForms : public BarFixture
 protected:
     QMap<QString, QByteArray> pages() const override
     {
-        return {{"/a.html", EntryA},
+        return {{"/a.html", EntryA}, {"/fr.html", French},
                 {"/b.html", EntryB},
                 {"/twins.html", Twins},
                 {"/plant.html", Planter}};
@@ -168,6 +180,14 @@ TEST_P(TestContestForms, AnEntryTypedOnOneSiteFillsAnotherButNeverAFriendsBoxOrA
     EXPECT_EQ(shown("bday_y"), QStringLiteral("1990"));
     for (const char* empty : {"email", "name2", "answer"})
         EXPECT_EQ(shown(empty), QString()) << empty;
+
+    const QString fr = server->url("/fr.html", true);
+    form->valueStore().SetValue(fr, "champ1", QStringLiteral("Anne-Marie"), ValueReach::SiteOnly);
+    auto french = open(fr);
+    QStringList champs;
+    for (const char* name : {"champ1", "champ2", "champ3", "champ4", "champ5"})
+        champs << fieldValue(french, name);
+    EXPECT_EQ(champs, (QStringList{"Anne-Marie", "Lee", "ann@example.org", "17/05/1990", ""}));
     expectNoErrorBox();
 }
 

@@ -29,46 +29,6 @@ protected:
     }
 };
 
-TEST_F(TestFillByMeaning, TypedOnceUnderOneNamingStyleFilledUnderAnother)
-{
-    auto shop = formPage(Shop);
-    auto given = described(shop, ModelElement::input("text", "SFirstName"), "");
-    auto family = described(shop, ModelElement::input("text", "SLastName"), "");
-    auto mail = described(shop, ModelElement::input("text", "SEmail"), "", "email");
-    auto state = described(shop, ModelElement::select("SState", {{"", "Select"}, {"IL", "Illinois"}, {"NY", "New York"}}), "State");
-    auto friendMail = described(shop, ModelElement::input("text", "friend_email"), "Friend's e-mail");
-    load(shop);
-    shop->type(given, QStringLiteral("Ann"));
-    shop->type(family, QStringLiteral("Lee"));
-    shop->type(mail, QStringLiteral("ann@example.org"));
-    shop->choose(state, 1);
-    shop->type(friendMail, QStringLiteral("bob@example.org"));
-    EXPECT_EQ(byMeaning("given-name"), QStringLiteral("Ann"));
-    EXPECT_EQ(byMeaning("email"), QStringLiteral("ann@example.org"));
-    EXPECT_EQ(byMeaning("address-level1"), QStringLiteral("Illinois"));
-    // The site file is as it was: by the page's names only.
-    EXPECT_EQ(stored("zSHOP.EXAMPLE!CHECKOUT.ini", Shop, "SFirstName"), QStringLiteral("Ann"));
-
-    f.form.valueStore().SetValue(Draw, QStringLiteral("billing_last_name"), QStringLiteral("Leigh"), ValueReach::SiteOnly);
-    auto draw = formPage(Draw);
-    auto first = described(draw, ModelElement::input("text", "billing_first_name"), "");
-    auto last = described(draw, ModelElement::input("text", "billing_last_name"), "");
-    auto full = described(draw, ModelElement::input("text", "entry.3"), "Nom complet");
-    auto courriel = described(draw, ModelElement::input("text", "c"), "Courriel");
-    auto region = described(draw, ModelElement::select("st", {{"", "--"}, {"NY", "NY"}, {"IL", "IL"}}), "State");
-    auto promo = described(draw, ModelElement::input("text", "promo"), "Promo code");
-    auto refer = described(draw, ModelElement::input("text", "referral_email"), "Your friend's e-mail");
-    load(draw);
-    EXPECT_EQ(first->value(), QStringLiteral("Ann"));
-    EXPECT_EQ(last->value(), QStringLiteral("Leigh")); // the site's own value wins
-    EXPECT_EQ(full->value(), QStringLiteral("Ann Lee"));
-    EXPECT_EQ(courriel->value(), QStringLiteral("ann@example.org"));
-    EXPECT_EQ(region->selectedIndex(), 2);
-    EXPECT_EQ(promo->value(), QString());
-    EXPECT_EQ(refer->value(), QString());
-    EXPECT_TRUE(f.boxes.shown.empty());
-}
-
 TEST_F(TestFillByMeaning, WhatTheDescriptionFillsByNameIsUnchanged)
 {
     f.form.valueStore().SetMeaningValue(QStringLiteral("given-name"), QStringLiteral("Ann"));

@@ -84,22 +84,6 @@ TEST_F(TestFormFill, TheThreePassesRunInTheirFixedOrder)
     EXPECT_EQ(f.pump.turns - turnsBefore, 6);
 }
 
-TEST_F(TestFormFill, AFramesetIsFilledFrameByFrameUnderEachFramesAddress)
-{
-    f.form.valueStore().SetValue(QStringLiteral("http://a.example/left"), "who", QStringLiteral("left value"));
-    f.form.valueStore().SetValue(QStringLiteral("http://b.example/right"), "who", QStringLiteral("right value"));
-    auto left = formPage(QStringLiteral("http://a.example/left"), {"who"});
-    auto right = formPage(QStringLiteral("http://b.example/right"), {"who"});
-    left->setReadyState("complete");
-    right->setReadyState("complete");
-    auto top = formPage(QStringLiteral("http://a.example/"));
-    top->addFrame(left);
-    top->addFrame(right);
-    load(top);
-    EXPECT_EQ(field(left, "who")->value(), QStringLiteral("left value"));
-    EXPECT_EQ(field(right, "who")->value(), QStringLiteral("right value"));
-}
-
 TEST_F(TestFormFill, RepeatsWithinOneSecondAreSuppressed)
 {
     f.form.valueStore().SetValue(First, "fname", QStringLiteral("Ann"));

@@ -66,17 +66,6 @@ TEST_F(TestIni, EmptyValueIsNotMissingButMissingGivesTrimmedDefault)
               QStringLiteral("d"));
 }
 
-TEST_F(TestIni, NamesMatchWithoutRegardToCase)
-{
-    m_ini.WriteINI(QStringLiteral("Shortcut1"), QStringLiteral("Title"), QStringLiteral("One"), path());
-    m_ini.WriteINI(QStringLiteral("SHORTCUT1"), QStringLiteral("title"), QStringLiteral("Two"), path());
-    EXPECT_EQ(m_ini.ReadINI(QStringLiteral("shortcut1"), QStringLiteral("TITLE"), {}, path()),
-              QStringLiteral("Two"));
-    QFile file(path());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), QByteArray("[Shortcut1]\r\nTitle=Two\r\n"));
-}
-
 TEST_F(TestIni, NoFolderIsCreated)
 {
     const QString inMissingFolder = m_dir.path() + QStringLiteral("/gone/zAny.ini");
@@ -84,25 +73,6 @@ TEST_F(TestIni, NoFolderIsCreated)
                              inMissingFolder),
               0);
     EXPECT_FALSE(QFile::exists(m_dir.path() + QStringLiteral("/gone")));
-}
-
-TEST_F(TestIni, GarbageFileReadsWhatParsesAndWriteKeepsEveryOtherByte)
-{
-    static const char head[] = "\x00\xff\xfe[Any]\x01\x02\nname=Bob\n";
-    static const char tail[] = "\x80\x81\x8d\x9d binary\r";
-    const QByteArray garbage = QByteArray(head, sizeof head - 1) + QByteArray(tail, sizeof tail - 1);
-    writeRaw(garbage);
-    // The first line is no section header, so its entries belong to no section.
-    EXPECT_EQ(m_ini.ReadINI(QStringLiteral("Any"), QStringLiteral("name"), {}, path()), QString());
-
-    writeRaw(QByteArray("[Any]\nname=Ann\n") + garbage);
-    EXPECT_EQ(m_ini.ReadINI(QStringLiteral("Any"), QStringLiteral("name"), {}, path()),
-              QStringLiteral("Ann"));
-    ASSERT_EQ(m_ini.WriteINI(QStringLiteral("Any"), QStringLiteral("city"), QStringLiteral("Oslo"), path()), 1);
-    QFile file(path());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), QByteArray("[Any]\nname=Ann\n") + QByteArray(head, sizeof head - 1) +
-                                  QByteArray("city=Oslo\r\n") + QByteArray(tail, sizeof tail - 1));
 }
 
 TEST(SameText, ComparesUpperCasedAndTrimmedOfSpaces)

@@ -14,12 +14,6 @@ protected:
     {
         return m_dir.path() + QLatin1Char('/') + name;
     }
-    void writeRaw(const QByteArray& bytes) const
-    {
-        QFile file(path());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
 
     QTemporaryDir m_dir;
     IniFileStore m_store;

@@ -55,14 +55,17 @@ public:
     }
     void type(const ScriptWindow& page, const QString& text) override
     {
-        // A key press for each character, as a keyboard makes it.
+        // A key press for each character as the desktop delivers it: the key going down, then the
+        // character it makes, then the key going up, each a message of its own.
         for (const QString& character : graphemes(text)) {
             const bool enter = character == QLatin1String("\n");
             const QString key = enter ? QStringLiteral("Enter") : character;
             const QString typed = enter ? QStringLiteral("\r") : character;
+            const int code = enter ? 13 : 0;
             m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
-                         {{"type", "keyDown"}, {"key", key}, {"text", typed}, {"unmodifiedText", typed},
-                          {"windowsVirtualKeyCode", enter ? 13 : 0}});
+                         {{"type", "rawKeyDown"}, {"key", key}, {"windowsVirtualKeyCode", code}});
+            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
+                         {{"type", "char"}, {"key", key}, {"text", typed}, {"unmodifiedText", typed}});
             m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"), {{"type", "keyUp"}, {"key", key}});
         }
     }

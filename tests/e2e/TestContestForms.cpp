@@ -223,7 +223,7 @@ TEST_P(TestContestForms, APageThatPlantsValuesChangesNothingInTheDataFiles)
     const QString site = server->url("/plant.html");
     auto page = open(site);
     ASSERT_TRUE(waitFor([&] { return evaluate(page, "!!window.planted").toBool(); }));
-    ASSERT_TRUE(fieldValue(page, "email").endsWith(QStringLiteral("planted@evil.example")));
+    ASSERT_TRUE(fieldValue(page, "email").contains(QStringLiteral("planted@evil.example")));
     // The user passes through the planted fields without typing, and types in the hijacked one.
     click(page, "[name=email]");
     tab(page);

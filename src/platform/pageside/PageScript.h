@@ -228,8 +228,10 @@ inline QString source(const QString& send)
     userPress = true;
     setTimeout(() => { userPress = false; }, 0);
   };
-  // A trusted paste, drop or input method is the user's: no page script can raise one.
-  for (const type of ['keydown', 'mousedown', 'pointerdown', 'touchstart', 'paste', 'drop', 'compositionstart']) addEventListener(type, press, true);
+  // A trusted paste, drop or input method is the user's: no page script can raise one. The
+  // desktop delivers a key going down and the character it types as two messages, so the
+  // character's keypress is a press of its own.
+  for (const type of ['keydown', 'keypress', 'mousedown', 'pointerdown', 'touchstart', 'paste', 'drop', 'compositionstart']) addEventListener(type, press, true);
   // Text typed by the user: an edit while one of the user's presses is handled, at most one
   // character a press (a page's execCommand('insertText') raises trusted input events too,
   // even inside the user's key handling), a paste, a drop, an input method or the browser's own

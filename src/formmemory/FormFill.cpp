@@ -156,25 +156,20 @@ void FormFill::fillTextAreas(const HtmlDocument& document, const QList<ElementPt
 
 void FormFill::fillLists(const HtmlDocument& document, const QList<ElementPtr>& lists)
 {
+    const auto nothing = [] { return QString(); };
     for (const ElementPtr& list : lists) {
         Field field(*list);
         m_services.host.ShowStatus(QStringLiteral("retrieving ") + field.name);
-        if (fillListByMeaning(document, *list, field)) {
-            m_services.pump.DoEvents();
-            continue;
-        }
         const FieldEntry& entry = field.entry;
-        const auto takes = [&field](const QString& meaning) { return field.takes(meaning); };
-        const QString own = list->value();
-        list->setValue(m_services.values.ValueOr(
-            document.URLUnencoded(), entry.key, entry.reach, [&own] { return UnescapeLineBreaks(own); }, takes,
-            entry.anyKey));
-        if (list->value().isEmpty()) {
-            const QString ownIndex = QString::number(list->selectedIndex());
-            const QString index = m_services.values.ValueOr(
-                document.URLUnencoded(), SelectedIndexKey(entry.key), entry.reach, [&ownIndex] { return ownIndex; },
-                takes, SelectedIndexKey(entry.anyKey));
-            list->setSelectedIndex(WholeNumber(index));
+        const QString site = document.URLUnencoded();
+        const QString byName = m_services.values.ValueOr(site, entry.key, entry.reach, nothing, field.taker(), entry.anyKey);
+        const QString byIndex = m_services.values.ValueOr(site, SelectedIndexKey(entry.key), entry.reach, nothing,
+                                                          field.taker(), SelectedIndexKey(entry.anyKey));
+        // By meaning only where nothing is remembered for the list itself, by name or by position.
+        if (!(byName.isEmpty() && byIndex.isEmpty() && fillListByMeaning(*list, field))) {
+            list->setValue(byName.isEmpty() ? UnescapeLineBreaks(list->value()) : byName);
+            if (list->value().isEmpty())
+                list->setSelectedIndex(WholeNumber(byIndex.isEmpty() ? QString::number(list->selectedIndex()) : byIndex));
         }
         m_services.pump.DoEvents();
     }
@@ -187,7 +182,6 @@ MeaningValues FormFill::rememberedByMeaning()
 
 QString FormFill::rememberedFor(const HtmlDocument& document, Field& field, const QString& own, PageNames& page)
 {
-    const auto takes = [&field](const QString& meaning) { return field.takes(meaning); };
     return m_services.values.ValueOr(document.URLUnencoded(), field.entry.key, field.entry.reach, [&] {
         // Only where the user would type: never over what the page put there, nor into a field
         // the user cannot reach.
@@ -198,22 +192,13 @@ QString FormFill::rememberedFor(const HtmlDocument& document, Field& field, cons
         const bool multiLine = field.element.tagName().compare(QLatin1String("textarea"), Qt::CaseInsensitive) == 0;
         const QString meant = rememberedByMeaning().valueFor(meaning, field.described, multiLine);
         return meant.isEmpty() ? unescaped : meant;
-    }, takes, field.entry.anyKey);
+    }, field.taker(), field.entry.anyKey);
 }
 
-bool FormFill::fillListByMeaning(const HtmlDocument& document, HtmlElement& list, Field& field)
+bool FormFill::fillListByMeaning(HtmlElement& list, Field& field)
 {
-    // Only where nothing is remembered for the list itself, by name or by position, and where
-    // the page has not chosen for the user.
+    // Not where the page has chosen for the user.
     if (field.described.outOfReach || field.described.preselected)
-        return false;
-    const QString site = document.URLUnencoded();
-    const FieldEntry& entry = field.entry;
-    const auto takes = [&field](const QString& meaning) { return field.takes(meaning); };
-    const auto nothing = [] { return QString(); };
-    if (!m_services.values.ValueOr(site, entry.key, entry.reach, nothing, takes, entry.anyKey).isEmpty() ||
-        !m_services.values.ValueOr(site, SelectedIndexKey(entry.key), entry.reach, nothing, takes,
-                                   SelectedIndexKey(entry.anyKey)).isEmpty())
         return false;
     PageNames alone({});
     const Meaning meaning = alone.meaningOf(field.recognised(), list);

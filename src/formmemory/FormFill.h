@@ -6,6 +6,7 @@
 #include "HtmlDocument.h"
 #include "MeaningValues.h"
 
+#include <functional>
 #include <optional>
 
 class PageNames;
@@ -37,6 +38,10 @@ private:
         const Recognition& recognised();
         // Whether an entry for any site typed under `recordedMeaning` may fill this field.
         bool takes(const QString& recordedMeaning);
+        std::function<bool(const QString&)> taker()
+        {
+            return [this](const QString& recordedMeaning) { return takes(recordedMeaning); };
+        }
 
         const HtmlElement& element;
         QString name;
@@ -53,9 +58,8 @@ private:
     // What is remembered for the field by its key; where nothing is, what its meaning remembers
     // if the user would want it there; else its own value (`own`).
     QString rememberedFor(const HtmlDocument& document, Field& field, const QString& own, PageNames& page);
-    // Picks the option the list's meaning remembers; false when the list is left to the
-    // description's own steps (something is remembered for it, or nothing by meaning fits).
-    bool fillListByMeaning(const HtmlDocument& document, HtmlElement& list, Field& field);
+    // Picks the option the list's meaning remembers; false when nothing by meaning fits.
+    bool fillListByMeaning(HtmlElement& list, Field& field);
 
     FormMemoryServices m_services;
     QString m_lastFillURL;

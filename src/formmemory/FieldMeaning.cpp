@@ -4,6 +4,7 @@
 
 #include "MeaningRules.h"
 #include "PlaceNames.h"
+#include "ValueChecks.h"
 
 #include <QHash>
 
@@ -93,13 +94,6 @@ Meaning fromAutocomplete(const QString& declared, bool& decided)
     return Meaning::None;
 }
 
-bool isNumberFrom(const QString& text, int from, int to)
-{
-    bool ok = false;
-    const int number = text.trimmed().toInt(&ok);
-    return ok && number >= from && number <= to;
-}
-
 // Lists of places and titles by what their options say (the codes of states and countries
 // overlap: "CA", "DE", "IN"); in a birth date, the day, month and year lists by their ranges.
 Meaning fromOptions(const QList<std::pair<QString, QString>>& options, bool birth)
@@ -114,8 +108,8 @@ Meaning fromOptions(const QList<std::pair<QString, QString>>& options, bool birt
         regions += PlaceNames::isRegion(shown);
         countries += PlaceNames::isCountry(shown);
         honorifics += MeaningRules::isHonorific(shown);
-        days += isNumberFrom(shown, 1, 31);
-        years += isNumberFrom(shown, 1900, 2100);
+        days += IsNumberBetween(shown, 1, 31);
+        years += IsNumberBetween(shown, 1900, 2100);
     }
     if (birth && years >= 20)
         return Meaning::BirthYear;

@@ -52,13 +52,6 @@ bool isPlaceText(const QString& value)
            digits(value) * 2 < value.size();
 }
 
-bool isNumberIn(const QString& value, int from, int to)
-{
-    bool ok = false;
-    const int number = value.toInt(&ok);
-    return ok && number >= from && number <= to;
-}
-
 
 bool plausible(Meaning meaning, const QString& value)
 {
@@ -111,11 +104,11 @@ bool plausible(Meaning meaning, const QString& value)
     case Meaning::PostalCode:
         return fits("^[A-Za-z0-9 \\-]{3,10}$", value) && digits(value) > 0;
     case Meaning::BirthDay:
-        return isNumberIn(value, 1, 31);
+        return IsNumberBetween(value, 1, 31);
     case Meaning::BirthMonth:
         return MonthNumber(value) != 0;
     case Meaning::BirthYear:
-        return isNumberIn(value, 1900, QDate::currentDate().year());
+        return IsNumberBetween(value, 1900, QDate::currentDate().year());
     default:
         return false;
     }
@@ -144,4 +137,11 @@ bool IsPlaceholderChoice(const QString& value, const QString& text)
                        "maak een keuze|selecion\\w*|escolh\\w*)|"
                        "^$"));
     return value.trimmed().isEmpty() || asks.match(MeaningRules::plainWords(text)).hasMatch();
+}
+
+bool IsNumberBetween(const QString& text, int from, int to)
+{
+    bool ok = false;
+    const int number = text.trimmed().toInt(&ok);
+    return ok && number >= from && number <= to;
 }

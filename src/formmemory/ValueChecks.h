@@ -12,3 +12,6 @@ QString ValueToRemember(Meaning meaning, const QString& value, const FieldDescri
 
 // A list's option that only asks for a choice ("Select an option…", "-- Choose --").
 bool IsPlaceholderChoice(const QString& value, const QString& text);
+
+// A whole number from `from` to `to` ("17", " 1990 ").
+bool IsNumberBetween(const QString& text, int from, int to);

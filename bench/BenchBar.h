@@ -21,15 +21,16 @@ public:
     explicit BenchBar(TestBrowser browser) : m_driver(makeDriver(browser, m_profile.path()))
     {
         if (!m_driver) {
-            std::printf("%s is not installed\n", browser == TestBrowser::Chromium ? "chromium" : "firefox-esr");
+            std::printf("%s is not installed\n",
+                        browser == TestBrowser::Chromium ? "chromium" : "firefox-esr");
             return;
         }
         m_desktop.appDataFolder = m_dir.path();
         m_desktop.tempFolder = m_dir.path();
         m_desktop.programFolder = m_dir.path();
-        m_form = std::make_unique<frmMain>(frmMain::Services{m_desktop, m_settings, m_boxes, m_clock, m_ini,
-                                                             m_driver->shell(), m_pump, m_metrics, m_editor,
-                                                             m_profilesEditor, m_docking});
+        m_form = std::make_unique<frmMain>(
+            frmMain::Services{m_desktop, m_settings, m_boxes, m_clock, m_ini, m_driver->shell(),
+                              m_pump, m_metrics, m_editor, m_profilesEditor, m_docking});
         m_form->Form_Load();
         m_form->window.setVisible(true);
     }
@@ -41,20 +42,26 @@ public:
     PageDriver& driver() { return *m_driver; }
     FakeClock& clock() { return m_clock; }
     bool errorShown() const { return !m_boxes.shown.empty(); }
-    QString firstError() const { return m_boxes.shown.empty() ? QString() : m_boxes.shown.front().text; }
+    QString firstError() const
+    {
+        return m_boxes.shown.empty() ? QString() : m_boxes.shown.front().text;
+    }
 
     // Opens the page in a new window; waits until it is complete and then for the bar's fill.
     std::shared_ptr<ScriptWindow> open(const QString& url)
     {
         m_driver->openAddress(url);
         std::shared_ptr<ScriptWindow> page;
-        pumpUntil([&] {
-            for (const BrowserPtr& window : shell().items()) {
-                if (window->LocationURL() == url)
-                    page = std::static_pointer_cast<ScriptWindow>(window);
-            }
-            return page && page->document() && page->document()->readyState() == QLatin1String("complete");
-        }, 20000);
+        pumpUntil(
+            [&] {
+                for (const BrowserPtr& window : shell().items()) {
+                    if (window->LocationURL() == url)
+                        page = std::static_pointer_cast<ScriptWindow>(window);
+                }
+                return page && page->document() &&
+                       page->document()->readyState() == QLatin1String("complete");
+            },
+            20000);
         pumpUntil([] { return false; }, 300);
         return page;
     }

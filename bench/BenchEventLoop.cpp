@@ -57,8 +57,10 @@ std::shared_ptr<ScriptWindow> openAndIdle(BenchBar& bar, const QString& url, int
 // How many of the page's inputs `f` the condition holds for.
 int inputsWhere(BenchBar& bar, const std::shared_ptr<ScriptWindow>& page, const char* condition)
 {
-    return bar.evaluate(page, QStringLiteral("[...document.querySelectorAll('input')].filter((f) => %1).length")
-                                  .arg(QLatin1String(condition)))
+    return bar
+        .evaluate(page,
+                  QStringLiteral("[...document.querySelectorAll('input')].filter((f) => %1).length")
+                      .arg(QLatin1String(condition)))
         .toInt();
 }
 
@@ -84,8 +86,9 @@ QByteArray tenFrames()
         page += i % 3 == 0 && i > 0 ? "<iframe data-other=\"" + address + "\"></iframe>"
                                     : "<iframe src=\"" + address + "\"></iframe>";
     }
-    return page + "<script>for (const f of document.querySelectorAll('[data-other]')) "
-                  "f.src = 'http://localhost:' + location.port + f.dataset.other;</script></body></html>";
+    return page +
+           "<script>for (const f of document.querySelectorAll('[data-other]')) "
+           "f.src = 'http://localhost:' + location.port + f.dataset.other;</script></body></html>";
 }
 
 const QByteArray DialogPage = R"(<html><head><title>Dialog</title></head><body><input name=t0>
@@ -99,7 +102,8 @@ let n = 0; const grow = setInterval(() => { const field = document.createElement
 
 // Labels as heavy as a page likes: 50 fields, each with 100 KB of label text and a thousand
 // labels more, under names in several scripts; read when the page is filled.
-const QByteArray HeavyLabelPage = R"(<html><head><meta charset="utf-8"></head><body><form id=f></form><script>
+const QByteArray HeavyLabelPage =
+    R"(<html><head><meta charset="utf-8"></head><body><form id=f></form><script>
 const names = ['имя', '名前', 'الاسم', 'όνομα', 'שם', 'email'];
 let html = '';
 for (let i = 0; i < 50; i++) {
@@ -127,8 +131,11 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    HttpServer server({{"/big.html", tenFrames()}, {"/frame.html", frameOf200()},
-                       {"/dialog.html", DialogPage}, {"/grow.html", GrowingPage}, {"/labels.html", HeavyLabelPage}});
+    HttpServer server({{"/big.html", tenFrames()},
+                       {"/frame.html", frameOf200()},
+                       {"/dialog.html", DialogPage},
+                       {"/grow.html", GrowingPage},
+                       {"/labels.html", HeavyLabelPage}});
     BenchBar bar(TestBrowser::Chromium);
     if (!bar.ready())
         return 1;
@@ -148,9 +155,12 @@ int main(int argc, char** argv)
         bar.driver().acceptDialog(*page);
         idle(1000);
         const double blocked = watch.stop();
-        const bool filled = bar.evaluate(page, "document.querySelector('input').value") == QLatin1String("value 0");
-        std::printf("page showing a dialog: event loop blocked at most %.1f ms; a fill meanwhile took %.1f ms; "
-                    "filled after the dialog: %s\n", blocked, refillMs, filled ? "yes" : "NO");
+        const bool filled =
+            bar.evaluate(page, "document.querySelector('input').value") == QLatin1String("value 0");
+        std::printf("page showing a dialog: event loop blocked at most %.1f ms; a fill meanwhile "
+                    "took %.1f ms; "
+                    "filled after the dialog: %s\n",
+                    blocked, refillMs, filled ? "yes" : "NO");
     }
     {
         LoopWatch watch;
@@ -158,12 +168,17 @@ int main(int argc, char** argv)
         const double blocked = watch.stop();
         int filled = 0;
         for (int frame = 0; frame < 10; ++frame) {
-            filled += bar.evaluate(page, QStringLiteral("(() => { try { return frames[%1].document"
-                                                        ".querySelector('[name=a19]').value; } catch (e) { return ''; } })()")
-                                             .arg(frame)) == QLatin1String("two\nlines");
+            filled +=
+                bar.evaluate(
+                    page, QStringLiteral(
+                              "(() => { try { return frames[%1].document"
+                              ".querySelector('[name=a19]').value; } catch (e) { return ''; } })()")
+                              .arg(frame)) == QLatin1String("two\nlines");
         }
-        std::printf("2,000-field page in 10 frames (3 from another site): event loop blocked at most %.1f ms "
-                    "over the 6 s after opening it; %d of the 7 same-site frames seen filled\n", blocked, filled);
+        std::printf("2,000-field page in 10 frames (3 from another site): event loop blocked at "
+                    "most %.1f ms "
+                    "over the 6 s after opening it; %d of the 7 same-site frames seen filled\n",
+                    blocked, filled);
     }
     {
         LoopWatch watch;
@@ -171,16 +186,21 @@ int main(int argc, char** argv)
         const double blocked = watch.stop();
         const int filled = inputsWhere(bar, page, "f.value === 'value ' + f.name.slice(1)");
         std::printf("page adding a field every 50 ms for 5 s: event loop blocked at most %.1f ms; "
-                    "%d of 100 added fields filled\n", blocked, filled);
+                    "%d of 100 added fields filled\n",
+                    blocked, filled);
     }
     {
-        bar.form().valueStore().SetMeaningValue(QStringLiteral("email"), QStringLiteral("ann@example.org"));
+        bar.form().valueStore().SetMeaningValue(QStringLiteral("email"),
+                                                QStringLiteral("ann@example.org"));
         LoopWatch watch;
         const auto page = openAndIdle(bar, server.url("/labels.html"), 3000);
         const double blocked = watch.stop();
         const int filled = inputsWhere(bar, page, "f.value === 'ann@example.org'");
-        std::printf("50 fields with 100 KB labels and a thousand labels each: event loop blocked at most %.1f ms; "
-                    "%d of 50 filled by meaning (the 8 named email: labels are read to 200 characters)\n", blocked, filled);
+        std::printf(
+            "50 fields with 100 KB labels and a thousand labels each: event loop blocked at most "
+            "%.1f ms; "
+            "%d of 50 filled by meaning (the 8 named email: labels are read to 200 characters)\n",
+            blocked, filled);
     }
     if (bar.errorShown())
         std::printf("an error was reported: %s\n", qPrintable(bar.firstError()));

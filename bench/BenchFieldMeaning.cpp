@@ -16,15 +16,25 @@ struct Field
 };
 
 const Field Form[] = {
-    {"input", "billing_first_name", "First name *", ""}, {"input", "billing_last_name", "Last name *", ""},
-    {"input", "billing_company", "Company name (optional)", ""}, {"input", "billing_email", "Email address", "email"},
-    {"input", "billing_phone", "Phone", "tel"}, {"input", "billing_address_1", "Street address", ""},
-    {"input", "billing_address_2", "Apartment, suite, unit, etc.", ""}, {"input", "billing_city", "Town / City", ""},
-    {"select", "billing_state", "State", ""}, {"input", "billing_postcode", "ZIP Code", ""},
-    {"input", "ctl00$MainContent$txtFName", "", ""}, {"input", "entry.1234567", "Vorname", ""},
-    {"input", "champ5", "Code postal", ""}, {"input", "promo_code", "Promo code", ""},
-    {"input", "friend_email", "Your friend's e-mail", ""}, {"textarea", "comments", "Tell us why you should win", ""},
-    {"input", "dob_day", "Date of birth", ""}, {"input", "q", "", ""}, {"input", "field_12", "", ""},
+    {"input", "billing_first_name", "First name *", ""},
+    {"input", "billing_last_name", "Last name *", ""},
+    {"input", "billing_company", "Company name (optional)", ""},
+    {"input", "billing_email", "Email address", "email"},
+    {"input", "billing_phone", "Phone", "tel"},
+    {"input", "billing_address_1", "Street address", ""},
+    {"input", "billing_address_2", "Apartment, suite, unit, etc.", ""},
+    {"input", "billing_city", "Town / City", ""},
+    {"select", "billing_state", "State", ""},
+    {"input", "billing_postcode", "ZIP Code", ""},
+    {"input", "ctl00$MainContent$txtFName", "", ""},
+    {"input", "entry.1234567", "Vorname", ""},
+    {"input", "champ5", "Code postal", ""},
+    {"input", "promo_code", "Promo code", ""},
+    {"input", "friend_email", "Your friend's e-mail", ""},
+    {"textarea", "comments", "Tell us why you should win", ""},
+    {"input", "dob_day", "Date of birth", ""},
+    {"input", "q", "", ""},
+    {"input", "field_12", "", ""},
     {"input", "contact.mobilePhone", "", ""},
 };
 } // namespace
@@ -45,10 +55,15 @@ int main()
     timer.start();
     for (int round = 0; round < Rounds; ++round) {
         for (size_t i = 0; i < described.size(); ++i)
-            recognised += RecogniseField(QLatin1String(Form[i].tag), QString::fromLatin1(Form[i].name), described[i]).meaning != Meaning::None;
+            recognised += RecogniseField(QLatin1String(Form[i].tag),
+                                         QString::fromLatin1(Form[i].name), described[i])
+                              .meaning != Meaning::None;
     }
-    const double perField = static_cast<double>(timer.nsecsElapsed()) / 1e3 / (Rounds * described.size());
-    std::printf("field meaning: %.1f us per field (%zu fields of a checkout and contest form, %d of them with a "
-                "meaning); 100 fields: %.2f ms\n", perField, described.size(), recognised / Rounds, perField * 100 / 1e3);
+    const double perField =
+        static_cast<double>(timer.nsecsElapsed()) / 1e3 / (Rounds * described.size());
+    std::printf("field meaning: %.1f us per field (%zu fields of a checkout and contest form, %d "
+                "of them with a "
+                "meaning); 100 fields: %.2f ms\n",
+                perField, described.size(), recognised / Rounds, perField * 100 / 1e3);
     return 0;
 }

@@ -19,7 +19,8 @@ constexpr int Runs = 15;
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
+    qputenv("QT_QPA_PLATFORM",
+            qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
     QApplication app(argc, argv);
     QTemporaryDir dir;
     FakeShell shell;
@@ -36,7 +37,8 @@ int main(int argc, char** argv)
     FakeEditorDisplay editor;
     FakeProfilesDisplay profilesEditor;
     FakeDocking docking;
-    frmMain form({shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor, profilesEditor, docking});
+    frmMain form({shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor,
+                  profilesEditor, docking});
     form.Form_Load();
 
     bench::writeShortcuts(ini, form.ShortcutsFile(), Shortcuts,
@@ -54,7 +56,8 @@ int main(int argc, char** argv)
         form.shortcutList().RequeryShortcuts();
         QCoreApplication::processEvents();
     });
-    std::printf("shortcut list rebuild, %d shortcuts, with the list widget: median %.1f ms over %d runs\n",
-                form.lvShortcuts.count(), widget, Runs);
+    std::printf(
+        "shortcut list rebuild, %d shortcuts, with the list widget: median %.1f ms over %d runs\n",
+        form.lvShortcuts.count(), widget, Runs);
     return boxes.shown.empty() ? 0 : 1;
 }

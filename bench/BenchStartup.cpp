@@ -3,12 +3,12 @@
 // window being mapped, with the browser already running and with Tolvane starting it; then the
 // bar's resident memory after start-up and after it has filled 100 pages of the 100-field form.
 #include "BenchSupport.h"
-#include "RemoteConnection.h"
 #include "ChromiumProcess.h"
 #include "Fakes.h"
 #include "HttpServer.h"
 #include "IniFileStore.h"
 #include "ModelBrowser.h"
+#include "RemoteConnection.h"
 #include "frmMain.h"
 
 #include <QDir>

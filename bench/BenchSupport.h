@@ -4,8 +4,8 @@
 // the data files they start from.
 #include "AppError.h"
 #include "DateText.h"
-#include "PumpUntil.h"
 #include "IniFileStore.h"
+#include "PumpUntil.h"
 #include "ValueStore.h"
 
 #include <QCoreApplication>
@@ -67,14 +67,16 @@ inline void writeShortcuts(IniFileStore& ini, const QString& file, int count,
     for (int n = 1; n <= count; ++n) {
         const QString section = QStringLiteral("Shortcut%1").arg(n);
         const QString url = QStringLiteral("http://contest%1.example/enter").arg(n);
-        ini.writeEntry(file, section, QStringLiteral("Title"), QStringLiteral("Contest number %1 of the year").arg(n));
+        ini.writeEntry(file, section, QStringLiteral("Title"),
+                       QStringLiteral("Contest number %1 of the year").arg(n));
         ini.writeEntry(file, section, QStringLiteral("URL"), url);
         ini.writeEntry(file, section, QStringLiteral("Remind"), QStringLiteral("1"));
         ini.writeEntry(file, section, QStringLiteral("StartDate"), start);
         if (n % 2)
             markVisit(url);
     }
-    ini.writeEntry(file, QStringLiteral("Shortcuts"), QStringLiteral("Max"), QString::number(count));
+    ini.writeEntry(file, QStringLiteral("Shortcuts"), QStringLiteral("Max"),
+                   QString::number(count));
 }
 
 } // namespace bench

@@ -1,22 +1,22 @@
 // Main: wires the real adapters to the logic, runs the start-up and shows the bar.
 #include "AppError.h"
-#include "Clock.h"
-#include "DesktopShell.h"
-#include "IniFileStore.h"
-#include "MainWindow.h"
-#include "BrowserLocator.h"
 #include "BidiShell.h"
+#include "BrowserLocator.h"
 #include "CdpShell.h"
 #include "ChromiumProcess.h"
+#include "Clock.h"
+#include "DesktopShell.h"
 #include "FirefoxProcess.h"
+#include "IniFileStore.h"
+#include "MainWindow.h"
+#include "ProfilesDialog.h"
 #include "QtMessageBoxes.h"
 #include "QtMessagePump.h"
+#include "QtSettingsStore.h"
 #include "QtTextMetrics.h"
-#include "ProfilesDialog.h"
 #include "ShortcutDialog.h"
 #include "TerminationSignals.h"
 #include "WidgetDocking.h"
-#include "QtSettingsStore.h"
 #include "frmMain.h"
 
 #include <QApplication>
@@ -33,9 +33,10 @@ int main(int argc, char* argv[])
     QGuiApplication::setDesktopFileName(QStringLiteral("org.tolvane.Tolvane"));
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("org.tolvane.Tolvane")));
     // Tahoma is rare outside Windows; a narrow sans keeps the bar's texts inside their boxes.
-    QFont::insertSubstitutions(QStringLiteral("Tahoma"),
-                               {QStringLiteral("DejaVu Sans Condensed"), QStringLiteral("Liberation Sans Narrow"),
-                                QStringLiteral("Nimbus Sans Narrow"), QStringLiteral("Liberation Sans")});
+    QFont::insertSubstitutions(QStringLiteral("Tahoma"), {QStringLiteral("DejaVu Sans Condensed"),
+                                                          QStringLiteral("Liberation Sans Narrow"),
+                                                          QStringLiteral("Nimbus Sans Narrow"),
+                                                          QStringLiteral("Liberation Sans")});
 
     SystemClock clock;
     DesktopShell shell;
@@ -48,17 +49,22 @@ int main(int argc, char* argv[])
     // start-up knows that folder.
     frmMain* started = nullptr;
     const QString browser = BrowserLocator::executable();
-    const auto profileFolder = [&started](const char* name) { return started->DataFolder() + QLatin1Char('/') + QLatin1String(name); };
+    const auto profileFolder = [&started](const char* name) {
+        return started->DataFolder() + QLatin1Char('/') + QLatin1String(name);
+    };
     std::unique_ptr<ShellWindowList> followed;
     std::function<void(const QString&)> openInBrowser;
-    if (qEnvironmentVariableIsSet("TOLVANE_BIDI") || (!qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") && BrowserLocator::isFirefox(browser))) {
+    if (qEnvironmentVariableIsSet("TOLVANE_BIDI") ||
+        (!qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") && BrowserLocator::isFirefox(browser))) {
         auto firefox = std::make_unique<BidiShell>([&]() -> std::unique_ptr<FirefoxProcess> {
             const QString endpoint = qEnvironmentVariable("TOLVANE_BIDI");
             if (!endpoint.isEmpty())
                 return FirefoxProcess::attach(endpoint);
             return FirefoxProcess::start(browser, profileFolder("Firefox Profile"));
         });
-        openInBrowser = [shell = firefox.get()](const QString& address) { shell->OpenAddress(address); };
+        openInBrowser = [shell = firefox.get()](const QString& address) {
+            shell->OpenAddress(address);
+        };
         followed = std::move(firefox);
     } else {
         auto chromium = std::make_unique<CdpShell>([&]() -> std::unique_ptr<ChromiumProcess> {
@@ -66,16 +72,20 @@ int main(int argc, char* argv[])
             if (!endpoint.isEmpty())
                 return ChromiumProcess::attach(endpoint);
             if (browser.isEmpty())
-                throw AppError(ErrorNumber::FileNotFound, QStringLiteral("No web browser Tolvane can follow is installed."));
+                throw AppError(ErrorNumber::FileNotFound,
+                               QStringLiteral("No web browser Tolvane can follow is installed."));
             return ChromiumProcess::start(browser, profileFolder("Browser Profile"));
         });
-        openInBrowser = [shell = chromium.get()](const QString& address) { shell->OpenAddress(address); };
+        openInBrowser = [shell = chromium.get()](const QString& address) {
+            shell->OpenAddress(address);
+        };
         followed = std::move(chromium);
     }
     ShellWindowList& shellWindows = *followed;
     // Addresses open in the followed browser, which is started again when it has gone; the
     // desktop's handler opens them only when there is no browser to follow.
-    if (qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") || qEnvironmentVariableIsSet("TOLVANE_BIDI") || !browser.isEmpty())
+    if (qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") ||
+        qEnvironmentVariableIsSet("TOLVANE_BIDI") || !browser.isEmpty())
         shell.setAddressOpener(openInBrowser, boxes);
     QtTextMetrics metrics;
     ShortcutDialogDisplay shortcutEditor;

@@ -20,7 +20,8 @@ public:
 
 // The main window's side of browser tracking: the shell's window list and one holder per
 // window. Holders are never removed; a holder whose window closed is free for the next one.
-class BrowserTracking : public ShellWindowEvents, public std::enable_shared_from_this<BrowserTracking>
+class BrowserTracking : public ShellWindowEvents,
+                        public std::enable_shared_from_this<BrowserTracking>
 {
 public:
     BrowserTracking(ShellWindowList& SW, const IEHolderServices& services, TrackingHost& host,

@@ -80,7 +80,10 @@ public:
 class DocumentBatch
 {
 public:
-    explicit DocumentBatch(HtmlDocument& document) : m_document(document) { m_document.beginBatch(); }
+    explicit DocumentBatch(HtmlDocument& document) : m_document(document)
+    {
+        m_document.beginBatch();
+    }
     ~DocumentBatch()
     {
         if (m_open) {

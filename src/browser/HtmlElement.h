@@ -11,10 +11,10 @@ struct FieldDescription
 {
     QString autocomplete; // the standard autofill tokens, as declared
     QString id;
-    QString label;        // its label's text, or the short caption just before it
+    QString label; // its label's text, or the short caption just before it
     QString placeholder;
     QString ariaLabel;
-    QString inputType;    // the page's own input type (email, tel, date, ...), before any mapping
+    QString inputType; // the page's own input type (email, tel, date, ...), before any mapping
     QList<std::pair<QString, QString>> options; // a list's option values and texts
     QString section;  // the legend or heading of the part of the form it is in
     QString language; // the page's language ("en-GB"), as it declares it

@@ -119,9 +119,10 @@ void IEHolder::ProcessFrame(const BrowserPtr& frame)
     try {
         const DocPtr document = frame->Document();
         const QString frameId = document->frameId();
-        auto held = std::find_if(m_htmlHolders.begin() + 1, m_htmlHolders.end(), [&](const auto& holder) {
-            return holder->HTMLDoc() && holder->HTMLDoc()->frameId() == frameId;
-        });
+        auto held =
+            std::find_if(m_htmlHolders.begin() + 1, m_htmlHolders.end(), [&](const auto& holder) {
+                return holder->HTMLDoc() && holder->HTMLDoc()->frameId() == frameId;
+            });
         // The frame's previous holder goes; one still handling an event lives on by its own
         // reference until that returns.
         if (held != m_htmlHolders.end())

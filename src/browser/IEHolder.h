@@ -18,7 +18,8 @@ class IEHolderEvents
 public:
     virtual ~IEHolderEvents() = default;
     virtual void IEHolder_NewDoc(int Index, const DocPtr& document) = 0;
-    virtual void IEHolder_DocChanged(int Index, const DocPtr& document, const ElementPtr& element) = 0;
+    virtual void IEHolder_DocChanged(int Index, const DocPtr& document,
+                                     const ElementPtr& element) = 0;
     virtual void IEHolder_HTMLGotFocus(int Index, const DocPtr& document) = 0;
     virtual void IEHolder_UpdateShortcut(int Index, const QString& URL) = 0;
     virtual void IEHolder_SetStatus(int Index, const QString& Text) = 0;

@@ -27,7 +27,10 @@ public:
     // Position and size in twips inside the parent; an empty rectangle means "placed by the view".
     QRect geometry() const { return m_geometry; }
     void setGeometry(const QRect& twips);
-    void setHeight(int twips) { setGeometry(QRect(m_geometry.topLeft(), QSize(m_geometry.width(), twips))); }
+    void setHeight(int twips)
+    {
+        setGeometry(QRect(m_geometry.topLeft(), QSize(m_geometry.width(), twips)));
+    }
 
     // The user's actions, raised by the widget binding (or a test).
     void click() { Q_EMIT clicked(); }

@@ -4,6 +4,7 @@
 
 QString ErrorReportText(const AppError& error, const QString& procedure)
 {
-    return QStringLiteral("An error occured in procedure ") + procedure + QStringLiteral(".\r\n\r\n") +
-           QString::number(error.number()) + QLatin1Char(' ') + error.description();
+    return QStringLiteral("An error occured in procedure ") + procedure +
+           QStringLiteral(".\r\n\r\n") + QString::number(error.number()) + QLatin1Char(' ') +
+           error.description();
 }

@@ -2,9 +2,26 @@
 
 #include <QString>
 
-enum class MsgIcon { None, Exclamation, Critical, Question };
-enum class MsgButtons { Ok, OkCancel, YesNo };
-enum class MsgAnswer { Ok, Cancel, Yes, No };
+enum class MsgIcon
+{
+    None,
+    Exclamation,
+    Critical,
+    Question
+};
+enum class MsgButtons
+{
+    Ok,
+    OkCancel,
+    YesNo
+};
+enum class MsgAnswer
+{
+    Ok,
+    Cancel,
+    Yes,
+    No
+};
 
 // Modal message boxes; tests answer them without a screen.
 class MessageBoxes

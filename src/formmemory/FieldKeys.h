@@ -8,7 +8,14 @@
 class HtmlElement;
 
 // The element kinds form memory knows, from the tag name and input type in lower case.
-enum class FieldKind { TextField, Choice, List, TextArea, Other };
+enum class FieldKind
+{
+    TextField,
+    Choice,
+    List,
+    TextArea,
+    Other
+};
 
 FieldKind KindOfInput(const QString& type);
 // The key of a radio button or check box: name + "_" + value.

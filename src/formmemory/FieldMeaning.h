@@ -6,7 +6,8 @@
 
 // What a form field asks for, as far as form memory can tell: the same name, address or phone
 // number is asked under many field names across sites.
-enum class Meaning {
+enum class Meaning
+{
     None,
     Honorific,
     GivenName,
@@ -62,7 +63,8 @@ QString MeaningKey(Meaning meaning);
 // a meaning (or declares the field a password, card or one-time code); then the field's own
 // texts, the nearest first (label, ARIA label, placeholder, caption, name, id), in several
 // languages. A source that names something none of the meanings covers ends the search.
-Recognition RecogniseField(const QString& tagName, const QString& name, const FieldDescription& field);
+Recognition RecogniseField(const QString& tagName, const QString& name,
+                           const FieldDescription& field);
 
 // The same for an element of a page, with what the page said of it; nothing (and an empty
 // description) when the page no longer answers.

@@ -15,9 +15,11 @@ public:
 
 private:
     void captureInput(const HtmlDocument& document, HtmlElement& input);
-    void captureText(const HtmlDocument& document, HtmlElement& field, const QString& value, bool showStatus);
+    void captureText(const HtmlDocument& document, HtmlElement& field, const QString& value,
+                     bool showStatus);
     void captureList(const HtmlDocument& document, HtmlElement& list);
-    void rememberMeaning(const Recognition& recognised, const QString& value, const FieldDescription& described);
+    void rememberMeaning(const Recognition& recognised, const QString& value,
+                         const FieldDescription& described);
 
     FormMemoryServices m_services;
 };

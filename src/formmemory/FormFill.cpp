@@ -109,10 +109,12 @@ bool FormFill::Field::takes(const QString& recordedMeaning)
     const Recognition& found = recognised();
     if (found.someoneElses)
         return false;
-    return recordedMeaning.isEmpty() || found.meaning == Meaning::None || recordedMeaning == MeaningKey(found.meaning);
+    return recordedMeaning.isEmpty() || found.meaning == Meaning::None ||
+           recordedMeaning == MeaningKey(found.meaning);
 }
 
-void FormFill::fillInputs(const HtmlDocument& document, const QList<ElementPtr>& inputs, Changed& changed)
+void FormFill::fillInputs(const HtmlDocument& document, const QList<ElementPtr>& inputs,
+                          Changed& changed)
 {
     PageNames page(inputs);
     for (const ElementPtr& input : inputs) {
@@ -162,14 +164,17 @@ void FormFill::fillLists(const HtmlDocument& document, const QList<ElementPtr>& 
         m_services.host.ShowStatus(QStringLiteral("retrieving ") + field.name);
         const FieldEntry& entry = field.entry;
         const QString site = document.URLUnencoded();
-        const QString byName = m_services.values.ValueOr(site, entry.key, entry.reach, nothing, field.taker(), entry.anyKey);
-        const QString byIndex = m_services.values.ValueOr(site, SelectedIndexKey(entry.key), entry.reach, nothing,
-                                                          field.taker(), SelectedIndexKey(entry.anyKey));
+        const QString byName = m_services.values.ValueOr(site, entry.key, entry.reach, nothing,
+                                                         field.taker(), entry.anyKey);
+        const QString byIndex =
+            m_services.values.ValueOr(site, SelectedIndexKey(entry.key), entry.reach, nothing,
+                                      field.taker(), SelectedIndexKey(entry.anyKey));
         // By meaning only where nothing is remembered for the list itself, by name or by position.
         if (!(byName.isEmpty() && byIndex.isEmpty() && fillListByMeaning(*list, field))) {
             list->setValue(byName.isEmpty() ? UnescapeLineBreaks(list->value()) : byName);
             if (list->value().isEmpty())
-                list->setSelectedIndex(WholeNumber(byIndex.isEmpty() ? QString::number(list->selectedIndex()) : byIndex));
+                list->setSelectedIndex(WholeNumber(
+                    byIndex.isEmpty() ? QString::number(list->selectedIndex()) : byIndex));
         }
         m_services.pump.DoEvents();
     }
@@ -177,22 +182,29 @@ void FormFill::fillLists(const HtmlDocument& document, const QList<ElementPtr>& 
 
 MeaningValues FormFill::rememberedByMeaning()
 {
-    return MeaningValues([this](const QString& key) { return m_services.values.MeaningValue(key); });
+    return MeaningValues(
+        [this](const QString& key) { return m_services.values.MeaningValue(key); });
 }
 
-QString FormFill::rememberedFor(const HtmlDocument& document, Field& field, const QString& own, PageNames& page)
+QString FormFill::rememberedFor(const HtmlDocument& document, Field& field, const QString& own,
+                                PageNames& page)
 {
-    return m_services.values.ValueOr(document.URLUnencoded(), field.entry.key, field.entry.reach, [&] {
-        // Only where the user would type: never over what the page put there, nor into a field
-        // the user cannot reach.
-        const QString unescaped = UnescapeLineBreaks(own);
-        if (field.described.outOfReach || !unescaped.trimmed().isEmpty())
-            return unescaped;
-        const Meaning meaning = page.meaningOf(field.recognised(), field.element);
-        const bool multiLine = field.element.tagName().compare(QLatin1String("textarea"), Qt::CaseInsensitive) == 0;
-        const QString meant = rememberedByMeaning().valueFor(meaning, field.described, multiLine);
-        return meant.isEmpty() ? unescaped : meant;
-    }, field.taker(), field.entry.anyKey);
+    return m_services.values.ValueOr(
+        document.URLUnencoded(), field.entry.key, field.entry.reach,
+        [&] {
+            // Only where the user would type: never over what the page put there, nor into a field
+            // the user cannot reach.
+            const QString unescaped = UnescapeLineBreaks(own);
+            if (field.described.outOfReach || !unescaped.trimmed().isEmpty())
+                return unescaped;
+            const Meaning meaning = page.meaningOf(field.recognised(), field.element);
+            const bool multiLine = field.element.tagName().compare(QLatin1String("textarea"),
+                                                                   Qt::CaseInsensitive) == 0;
+            const QString meant =
+                rememberedByMeaning().valueFor(meaning, field.described, multiLine);
+            return meant.isEmpty() ? unescaped : meant;
+        },
+        field.taker(), field.entry.anyKey);
 }
 
 bool FormFill::fillListByMeaning(HtmlElement& list, Field& field)
@@ -204,7 +216,8 @@ bool FormFill::fillListByMeaning(HtmlElement& list, Field& field)
     const Meaning meaning = alone.meaningOf(field.recognised(), list);
     if (meaning == Meaning::None)
         return false;
-    const int option = MatchingOption(meaning, rememberedByMeaning().valueFor(meaning), field.described.options);
+    const int option =
+        MatchingOption(meaning, rememberedByMeaning().valueFor(meaning), field.described.options);
     if (option < 0)
         return false;
     list.setSelectedIndex(option);

@@ -50,14 +50,16 @@ private:
         std::optional<Recognition> recognition;
     };
     bool isRepeat(const HtmlDocument& document) const;
-    void fillInputs(const HtmlDocument& document, const QList<ElementPtr>& inputs, Changed& changed);
+    void fillInputs(const HtmlDocument& document, const QList<ElementPtr>& inputs,
+                    Changed& changed);
     void fillTextAreas(const HtmlDocument& document, const QList<ElementPtr>& areas);
     void fillLists(const HtmlDocument& document, const QList<ElementPtr>& lists);
     void jumpTo(const Changed& changed);
     MeaningValues rememberedByMeaning();
     // What is remembered for the field by its key; where nothing is, what its meaning remembers
     // if the user would want it there; else its own value (`own`).
-    QString rememberedFor(const HtmlDocument& document, Field& field, const QString& own, PageNames& page);
+    QString rememberedFor(const HtmlDocument& document, Field& field, const QString& own,
+                          PageNames& page);
     // Picks the option the list's meaning remembers; false when nothing by meaning fits.
     bool fillListByMeaning(HtmlElement& list, Field& field);
 

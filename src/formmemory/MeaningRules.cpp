@@ -199,7 +199,8 @@ bool compatible(Meaning a, Meaning b)
 QString MeaningRules::plainWords(const QString& text)
 {
     // Most page texts are plain ASCII, which has nothing to decompose.
-    const bool ascii = std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+    const bool ascii =
+        std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
     const QString decomposed = ascii ? text : text.normalized(QString::NormalizationForm_KD);
     QString plain;
     plain.reserve(decomposed.size() + 2);
@@ -262,7 +263,8 @@ bool MeaningRules::forSomeoneElse(const Texts& texts)
         return std::any_of(in.begin(), in.end(),
                            [&](const QString& source) { return matches(pattern, source); });
     };
-    return texts.compact.contains(QLatin1String("friend")) || texts.compact.contains(QLatin1String("referr")) ||
+    return texts.compact.contains(QLatin1String("friend")) ||
+           texts.compact.contains(QLatin1String("referr")) ||
            any(texts.human, someoneElseOrQuestion()) || any(texts.identifiers, someoneElse()) ||
            (!texts.section.isEmpty() && matches(someoneElsesSection(), texts.section));
 }

@@ -22,7 +22,8 @@ struct Texts
     QStringList all() const { return human + identifiers; }
 };
 
-Texts textsOf(const QString& name, const QString& id, const QStringList& humanTexts, const QString& section = {});
+Texts textsOf(const QString& name, const QString& id, const QStringList& humanTexts,
+              const QString& section = {});
 
 // A friend's, a recipient's, another person's field, or a contest's question to answer.
 bool forSomeoneElse(const Texts& texts);

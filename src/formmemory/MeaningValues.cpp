@@ -2,8 +2,8 @@
 
 #include "DateFormats.h"
 #include "MeaningRules.h"
-#include "ValueChecks.h"
 #include "PlaceNames.h"
+#include "ValueChecks.h"
 
 #include <QRegularExpression>
 
@@ -28,7 +28,6 @@ bool isNumber(const QString& text)
     return !text.trimmed().isEmpty() && digitsOf(text).size() == text.trimmed().size();
 }
 
-
 bool sameChoice(Meaning meaning, const QString& remembered, const QString& offered)
 {
     const QString a = MeaningRules::plainWords(remembered);
@@ -39,9 +38,11 @@ bool sameChoice(Meaning meaning, const QString& remembered, const QString& offer
         return true;
     switch (meaning) {
     case Meaning::Region:
-        return !PlaceNames::regionCode(a).isEmpty() && PlaceNames::regionCode(a) == PlaceNames::regionCode(b);
+        return !PlaceNames::regionCode(a).isEmpty() &&
+               PlaceNames::regionCode(a) == PlaceNames::regionCode(b);
     case Meaning::Country:
-        return !PlaceNames::countryCode(a).isEmpty() && PlaceNames::countryCode(a) == PlaceNames::countryCode(b);
+        return !PlaceNames::countryCode(a).isEmpty() &&
+               PlaceNames::countryCode(a) == PlaceNames::countryCode(b);
     case Meaning::BirthMonth:
         return MonthNumber(a) != 0 && MonthNumber(a) == MonthNumber(b);
     default:
@@ -54,11 +55,13 @@ QStringList isoDateParts(const QString& date)
 {
     static const QRegularExpression iso(QStringLiteral("^\\s*(\\d{4})-(\\d{2})-(\\d{2})\\s*$"));
     const auto match = iso.match(date);
-    return match.hasMatch() ? QStringList{match.captured(1), match.captured(2), match.captured(3)} : QStringList{};
+    return match.hasMatch() ? QStringList{match.captured(1), match.captured(2), match.captured(3)}
+                            : QStringList{};
 }
 } // namespace
 
-QString MeaningValues::valueFor(Meaning meaning, const FieldDescription& field, bool multiLine) const
+QString MeaningValues::valueFor(Meaning meaning, const FieldDescription& field,
+                                bool multiLine) const
 {
     if (meaning == Meaning::None)
         return {};
@@ -80,8 +83,10 @@ QString MeaningValues::valueFor(Meaning meaning, const FieldDescription& field, 
 
 QStringList MeaningValues::streetParts() const
 {
-    static const QRegularExpression numberFirst(QStringLiteral("^\\s*(\\d+[a-zA-Z]?)[,\\s]+(\\D.*?)\\s*$"));
-    static const QRegularExpression numberLast(QStringLiteral("^\\s*(\\D.*?)[,\\s]+(\\d+[a-zA-Z]?)\\s*$"));
+    static const QRegularExpression numberFirst(
+        QStringLiteral("^\\s*(\\d+[a-zA-Z]?)[,\\s]+(\\D.*?)\\s*$"));
+    static const QRegularExpression numberLast(
+        QStringLiteral("^\\s*(\\D.*?)[,\\s]+(\\d+[a-zA-Z]?)\\s*$"));
     QString line = stored(Meaning::AddressLine1);
     if (line.trimmed().isEmpty())
         line = stored(Meaning::StreetAddress).section(QLatin1Char('\n'), 0, 0);
@@ -96,7 +101,9 @@ QString MeaningValues::nationalDigits() const
 {
     const QString phone = stored(Meaning::Phone);
     QString digits = digitsOf(phone);
-    const QString countryCode = phone.trimmed().startsWith(QLatin1Char('+')) ? digitsOf(stored(Meaning::PhoneCountryCode)) : QString();
+    const QString countryCode = phone.trimmed().startsWith(QLatin1Char('+'))
+                                    ? digitsOf(stored(Meaning::PhoneCountryCode))
+                                    : QString();
     if (!countryCode.isEmpty() && digits.startsWith(countryCode))
         digits.remove(0, countryCode.size());
     if (digits.size() == 11 && digits.startsWith(QLatin1Char('1')))
@@ -107,11 +114,13 @@ QString MeaningValues::nationalDigits() const
 QString MeaningValues::madeFor(Meaning meaning) const
 {
     const QStringList full = nameWords(stored(Meaning::FullName));
-    const QStringList address = stored(Meaning::StreetAddress).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QStringList address =
+        stored(Meaning::StreetAddress).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     const QStringList birth = isoDateParts(stored(Meaning::BirthDate));
     switch (meaning) {
     case Meaning::GivenName:
-        return full.size() >= 2 ? QStringList(full.mid(0, full.size() - 1)).join(QLatin1Char(' ')) : QString();
+        return full.size() >= 2 ? QStringList(full.mid(0, full.size() - 1)).join(QLatin1Char(' '))
+                                : QString();
     case Meaning::FamilyName:
         return full.size() >= 2 ? full.last() : QString();
     case Meaning::FullName: {
@@ -123,7 +132,8 @@ QString MeaningValues::madeFor(Meaning meaning) const
         const QString area = digitsOf(stored(Meaning::PhoneAreaCode));
         QString local = digitsOf(stored(Meaning::PhoneLocal));
         if (local.isEmpty())
-            local = digitsOf(stored(Meaning::PhoneLocalPrefix)) + digitsOf(stored(Meaning::PhoneLocalSuffix));
+            local = digitsOf(stored(Meaning::PhoneLocalPrefix)) +
+                    digitsOf(stored(Meaning::PhoneLocalSuffix));
         return area.isEmpty() || local.size() < 7 ? QString() : area + local;
     }
     case Meaning::PhoneCountryCode: {
@@ -140,16 +150,20 @@ QString MeaningValues::madeFor(Meaning meaning) const
         return nationalDigits().mid(3);
     case Meaning::StreetAddress: {
         QStringList lines;
-        for (const Meaning line : {Meaning::AddressLine1, Meaning::AddressLine2, Meaning::AddressLine3}) {
+        for (const Meaning line :
+             {Meaning::AddressLine1, Meaning::AddressLine2, Meaning::AddressLine3}) {
             if (!stored(line).trimmed().isEmpty())
                 lines << stored(line).trimmed();
         }
-        return stored(Meaning::AddressLine1).trimmed().isEmpty() ? QString() : lines.join(QLatin1Char('\n'));
+        return stored(Meaning::AddressLine1).trimmed().isEmpty() ? QString()
+                                                                 : lines.join(QLatin1Char('\n'));
     }
     case Meaning::AddressLine1:
     case Meaning::AddressLine2:
     case Meaning::AddressLine3: {
-        const int line = meaning == Meaning::AddressLine1 ? 0 : meaning == Meaning::AddressLine2 ? 1 : 2;
+        const int line = meaning == Meaning::AddressLine1   ? 0
+                         : meaning == Meaning::AddressLine2 ? 1
+                                                            : 2;
         return line < address.size() ? address[line].trimmed() : QString();
     }
     case Meaning::BirthDate: {
@@ -158,7 +172,10 @@ QString MeaningValues::madeFor(Meaning meaning) const
         const int day = digitsOf(stored(Meaning::BirthDay)).toInt();
         if (year.size() != 4 || month == 0 || day == 0)
             return {};
-        return QStringLiteral("%1-%2-%3").arg(year).arg(month, 2, 10, QLatin1Char('0')).arg(day, 2, 10, QLatin1Char('0'));
+        return QStringLiteral("%1-%2-%3")
+            .arg(year)
+            .arg(month, 2, 10, QLatin1Char('0'))
+            .arg(day, 2, 10, QLatin1Char('0'));
     }
     case Meaning::HouseNumber:
         return streetParts().value(0);
@@ -175,7 +192,8 @@ QString MeaningValues::madeFor(Meaning meaning) const
     }
 }
 
-int MatchingOption(Meaning meaning, const QString& value, const QList<std::pair<QString, QString>>& options)
+int MatchingOption(Meaning meaning, const QString& value,
+                   const QList<std::pair<QString, QString>>& options)
 {
     if (value.trimmed().isEmpty())
         return -1;
@@ -190,7 +208,8 @@ int MatchingOption(Meaning meaning, const QString& value, const QList<std::pair<
     return -1;
 }
 
-QString ChosenOptionText(const QList<std::pair<QString, QString>>& options, int selectedIndex, const QString& value)
+QString ChosenOptionText(const QList<std::pair<QString, QString>>& options, int selectedIndex,
+                         const QString& value)
 {
     if (selectedIndex < 0 || selectedIndex >= options.size())
         return {};

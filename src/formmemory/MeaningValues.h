@@ -13,11 +13,15 @@ class MeaningValues
 {
 public:
     // `remembered` gives the value kept under a meaning's key, empty when none.
-    explicit MeaningValues(std::function<QString(const QString&)> remembered) : m_remembered(std::move(remembered)) {}
+    explicit MeaningValues(std::function<QString(const QString&)> remembered)
+        : m_remembered(std::move(remembered))
+    {
+    }
 
     // Empty when nothing is known; in the form the field asks for (a birth date as it writes
     // dates, a street address on one line where the field has one).
-    QString valueFor(Meaning meaning, const FieldDescription& field = {}, bool multiLine = true) const;
+    QString valueFor(Meaning meaning, const FieldDescription& field = {},
+                     bool multiLine = true) const;
 
 private:
     QString stored(Meaning meaning) const { return m_remembered(MeaningKey(meaning)); }
@@ -33,8 +37,10 @@ private:
 // The option of a list that a remembered value picks: by value or text, letter case, accents
 // and blanks ignored; the same number ("05" and "5"); a month by name or number; a state or
 // country by code or name. -1 when none does.
-int MatchingOption(Meaning meaning, const QString& value, const QList<std::pair<QString, QString>>& options);
+int MatchingOption(Meaning meaning, const QString& value,
+                   const QList<std::pair<QString, QString>>& options);
 
 // What a list's chosen option is remembered as: its text ("Illinois", not "14"), its value where
 // it shows none; empty for a placeholder ("Select an option…").
-QString ChosenOptionText(const QList<std::pair<QString, QString>>& options, int selectedIndex, const QString& value);
+QString ChosenOptionText(const QList<std::pair<QString, QString>>& options, int selectedIndex,
+                         const QString& value);

@@ -14,7 +14,8 @@ QRegularExpression MeaningWords::words(const char* alternatives)
 
 QRegularExpression MeaningWords::wordsOf(const QString& alternatives)
 {
-    return QRegularExpression(WordStart + alternatives + WordEnd, QRegularExpression::UseUnicodePropertiesOption);
+    return QRegularExpression(WordStart + alternatives + WordEnd,
+                              QRegularExpression::UseUnicodePropertiesOption);
 }
 
 QString MeaningWords::alternativesOf(const QRegularExpression& pattern)

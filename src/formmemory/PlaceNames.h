@@ -11,7 +11,13 @@ QString regionCode(const QString& text);
 // The country's two-letter code ("US"), or empty.
 QString countryCode(const QString& text);
 
-inline bool isRegion(const QString& text) { return !regionCode(text).isEmpty(); }
-inline bool isCountry(const QString& text) { return !countryCode(text).isEmpty(); }
+inline bool isRegion(const QString& text)
+{
+    return !regionCode(text).isEmpty();
+}
+inline bool isCountry(const QString& text)
+{
+    return !countryCode(text).isEmpty();
+}
 
 } // namespace PlaceNames

@@ -52,7 +52,6 @@ bool isPlaceText(const QString& value)
            digits(value) * 2 < value.size();
 }
 
-
 bool plausible(Meaning meaning, const QString& value)
 {
     switch (meaning) {

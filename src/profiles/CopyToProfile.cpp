@@ -16,7 +16,8 @@ void CopyToProfile::mnuProfile_Click(int Index)
     if (selected < 0)
         return;
     const ListRow source = m_list.row(selected);
-    const QString target = DataFilePath(m_location, m_location.GetProfilePrefix(Index) + QStringLiteral("Shortcuts.ini"));
+    const QString target = DataFilePath(m_location, m_location.GetProfilePrefix(Index) +
+                                                        QStringLiteral("Shortcuts.ini"));
     try {
         const int max = ReadMax(m_ini, target);
         if (max == std::numeric_limits<int>::max())

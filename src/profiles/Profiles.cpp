@@ -111,8 +111,8 @@ void Profiles::ShowProfiles()
         m_services.display.ShowModal(form);
         if (form.saveRequested()) {
             for (int i = 1; i <= ProfileCount; ++i)
-                m_services.ini.WriteINI(ProfilesSection, profileKey(i), form.txtProfile[i - 1]->text(),
-                                        m_services.profilesFile());
+                m_services.ini.WriteINI(ProfilesSection, profileKey(i),
+                                        form.txtProfile[i - 1]->text(), m_services.profilesFile());
         }
     } catch (const AppError& error) {
         m_services.errors.ReportError(error, QStringLiteral("ShowProfiles"));

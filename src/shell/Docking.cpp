@@ -44,7 +44,8 @@ void Docking::DockForm(int edge, DockingPlatform& window, AppBarData& record)
     window.SHAppBarMessage(AppBar::ABM_SETPOS, record);
     window.DoEvents();
     window.DoEvents();
-    for (int wait = 0; wait < MaxWorkAreaWaits && GetWorkArea(window).right >= earlier.right; ++wait)
+    for (int wait = 0; wait < MaxWorkAreaWaits && GetWorkArea(window).right >= earlier.right;
+         ++wait)
         window.DoEvents();
 
     const PixelRect& rc = record.rc;

@@ -9,8 +9,8 @@
 #include "ShellServices.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QFile>
+#include <QFileInfo>
 
 namespace {
 QString inFolder(const QString& folder, const QString& name)
@@ -23,13 +23,12 @@ void StartupChecks::CheckBrowser()
 {
     const BrowserIdentity browser = m_shell.browserIdentity();
     if (GetIEVersion() < browser.minimumVersionText.toDouble()) {
-        m_boxes.show(QStringLiteral("Tolvane has determined that you are running a version of ") +
-                         browser.productName + QStringLiteral(" older than ") +
-                         browser.minimumVersionText +
-                         QStringLiteral(".  You should upgrade to the latest version of ") +
-                         browser.shortName +
-                         QStringLiteral(" in order for Tolvane to work correctly."),
-                     MsgButtons::Ok, MsgIcon::Exclamation, AppTitle());
+        m_boxes.show(
+            QStringLiteral("Tolvane has determined that you are running a version of ") +
+                browser.productName + QStringLiteral(" older than ") + browser.minimumVersionText +
+                QStringLiteral(".  You should upgrade to the latest version of ") +
+                browser.shortName + QStringLiteral(" in order for Tolvane to work correctly."),
+            MsgButtons::Ok, MsgIcon::Exclamation, AppTitle());
     }
     checkDefaultBrowser();
 }

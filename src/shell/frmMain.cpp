@@ -24,8 +24,8 @@ constexpr float StatusSeconds = 1.0f;
 frmMain::frmMain(const Services& services, QObject* parent)
     : QObject(parent), m_shell(services.shell), m_settings(services.settings),
       m_boxes(services.boxes), m_clock(services.clock), m_ini(services.ini),
-      m_docking(services.docking),
-      m_siteFiles(m_ini, *this, *this, m_clock), m_valueStore(m_ini, *this, *this, m_siteFiles),
+      m_docking(services.docking), m_siteFiles(m_ini, *this, *this, m_clock),
+      m_valueStore(m_ini, *this, *this, m_siteFiles),
       m_tracking(std::make_shared<BrowserTracking>(
           services.shellWindows,
           IEHolderServices{*this, *this, m_siteFiles, services.shellWindows, m_clock}, *this,
@@ -139,7 +139,8 @@ frmMain::LoadResult frmMain::Form_Load()
 
 void frmMain::loadSettingsAndLists()
 {
-    const QString autojump = m_settings.GetSetting(SettingsSection, AutojumpKey, QStringLiteral("1"));
+    const QString autojump =
+        m_settings.GetSetting(SettingsSection, AutojumpKey, QStringLiteral("1"));
     chkAutoJump.setValue(Val(autojump) != 0 ? 1 : 0);
     ShowStatus(QString());
     m_tracking->start();

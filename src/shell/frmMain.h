@@ -2,20 +2,20 @@
 
 #include "BrowserTracking.h"
 #include "Controls.h"
+#include "CopyToProfile.h"
 #include "DataLocation.h"
 #include "Docking.h"
 #include "ErrorReport.h"
 #include "FormCapture.h"
 #include "FormFill.h"
+#include "Ini.h"
 #include "PageNotices.h"
-#include "CopyToProfile.h"
 #include "Profiles.h"
-#include "frmProfiles.h"
 #include "ShortcutCommands.h"
 #include "ShortcutList.h"
-#include "Ini.h"
 #include "SiteFiles.h"
 #include "ValueStore.h"
+#include "frmProfiles.h"
 
 #include <QObject>
 #include <array>
@@ -55,7 +55,11 @@ public:
         DockingPlatform& docking;
     };
 
-    enum class LoadResult { Show, End };
+    enum class LoadResult
+    {
+        Show,
+        End
+    };
 
     explicit frmMain(const Services& services, QObject* parent = nullptr);
     ~frmMain() override;
@@ -127,9 +131,11 @@ public:
     MenuControl mnuPopup{QStringLiteral("mnuPopup")};
     Control mnuGotoShortcut{QStringLiteral("mnuGotoShortcut"), QStringLiteral("&Goto Shortcut")};
     Control mnuEditShortcut{QStringLiteral("mnuEditShortcut"), QStringLiteral("&Edit Shortcut")};
-    Control mnuRemoveShortcut{QStringLiteral("mnuRemoveShortcut"), QStringLiteral("&Remove Shortcut")};
+    Control mnuRemoveShortcut{QStringLiteral("mnuRemoveShortcut"),
+                              QStringLiteral("&Remove Shortcut")};
     Control mnuBar{QStringLiteral("mnuBar"), QStringLiteral("-")};
-    MenuControl mnuCopyToProfile{QStringLiteral("mnuCopyToProfile"), QStringLiteral("&Copy to Profile")};
+    MenuControl mnuCopyToProfile{QStringLiteral("mnuCopyToProfile"),
+                                 QStringLiteral("&Copy to Profile")};
     std::array<std::unique_ptr<Control>, 5> mnuProfile;
 
 Q_SIGNALS:

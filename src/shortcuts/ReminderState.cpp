@@ -27,7 +27,8 @@ std::optional<int> ShortcutState(const QDate& start, int reminder, const QDate& 
     if (!start.isValid() || reminder < 1)
         return std::nullopt;
     if (reminder > 3)
-        throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+        throw AppError(ErrorNumber::InvalidCall,
+                       QStringLiteral("Invalid procedure call or argument"));
 
     const int icon = StateIcon::Daily + reminder - 1;
     if (reminder < 3) {

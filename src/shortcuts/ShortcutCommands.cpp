@@ -15,17 +15,24 @@ constexpr int RightButton = 2;
 constexpr int EnterKey = 13;
 } // namespace
 
-ShortcutCommands::ShortcutCommands(const Controls& controls, const Services& services, QObject* parent)
+ShortcutCommands::ShortcutCommands(const Controls& controls, const Services& services,
+                                   QObject* parent)
     : QObject(parent), m_c(controls), m_services(services)
 {
     connect(&m_c.lvShortcuts, &Control::clicked, this, &ShortcutCommands::lvShortcuts_Click);
-    connect(&m_c.lvShortcuts, &Control::doubleClicked, this, &ShortcutCommands::lvShortcuts_DblClick);
-    connect(&m_c.lvShortcuts, &ListViewControl::keyDownRaised, this, &ShortcutCommands::lvShortcuts_KeyDown);
-    connect(&m_c.lvShortcuts, &ListViewControl::mouseDownRaised, this, &ShortcutCommands::lvShortcuts_MouseDown);
-    connect(&m_c.lvShortcuts, &ListViewControl::mouseUpRaised, this, &ShortcutCommands::lvShortcuts_MouseUp);
+    connect(&m_c.lvShortcuts, &Control::doubleClicked, this,
+            &ShortcutCommands::lvShortcuts_DblClick);
+    connect(&m_c.lvShortcuts, &ListViewControl::keyDownRaised, this,
+            &ShortcutCommands::lvShortcuts_KeyDown);
+    connect(&m_c.lvShortcuts, &ListViewControl::mouseDownRaised, this,
+            &ShortcutCommands::lvShortcuts_MouseDown);
+    connect(&m_c.lvShortcuts, &ListViewControl::mouseUpRaised, this,
+            &ShortcutCommands::lvShortcuts_MouseUp);
     connect(&m_c.mnuGotoShortcut, &Control::clicked, this, &ShortcutCommands::lvShortcuts_DblClick);
-    connect(&m_c.mnuEditShortcut, &Control::clicked, this, &ShortcutCommands::mnuEditShortcut_Click);
-    connect(&m_c.mnuRemoveShortcut, &Control::clicked, this, &ShortcutCommands::mnuRemoveShortcut_Click);
+    connect(&m_c.mnuEditShortcut, &Control::clicked, this,
+            &ShortcutCommands::mnuEditShortcut_Click);
+    connect(&m_c.mnuRemoveShortcut, &Control::clicked, this,
+            &ShortcutCommands::mnuRemoveShortcut_Click);
     connect(&m_c.cmdAddShortcut, &Control::clicked, this, &ShortcutCommands::cmdAddShortcut_Click);
     connect(&m_c.txtActive, &Control::textChanged, this, &ShortcutCommands::txtActive_Change);
 }
@@ -88,10 +95,11 @@ void ShortcutCommands::mnuRemoveShortcut_Click()
         return;
     const ListRow row = m_c.lvShortcuts.row(selected);
     if (m_services.boxes.show(QStringLiteral("Remove shortcut ") + row.text + QLatin1Char('?'),
-                              MsgButtons::YesNo, MsgIcon::Question, QStringLiteral("Tolvane")) != MsgAnswer::Yes)
+                              MsgButtons::YesNo, MsgIcon::Question,
+                              QStringLiteral("Tolvane")) != MsgAnswer::Yes)
         return;
-    m_services.editor.ini.WriteINI(ShortcutFile::Section(row.tag), ShortcutFile::TitleKey, QString(),
-                                   m_services.editor.shortcutsFile());
+    m_services.editor.ini.WriteINI(ShortcutFile::Section(row.tag), ShortcutFile::TitleKey,
+                                   QString(), m_services.editor.shortcutsFile());
     m_services.list.RequeryShortcuts();
 }
 

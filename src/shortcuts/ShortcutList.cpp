@@ -94,13 +94,15 @@ void ShortcutList::DrawShortcut(int row)
         const int width = m_services.metrics.TextWidth(m_list.row(row).text, m_fontSize);
         if (width + ColumnMarginTwips > m_list.columnWidthTwips())
             m_list.setColumnWidthTwips(width + ColumnMarginTwips);
-        m_list.setRowToolTip(row, TrimSpaces(m_services.ini.ReadINI(section, UrlKey, QString(), file)));
+        m_list.setRowToolTip(row,
+                             TrimSpaces(m_services.ini.ReadINI(section, UrlKey, QString(), file)));
 
         const Ini& ini = m_services.ini;
         const QDate start = dateOf(ini.ReadINI(section, StartDateKey, QString(), file));
         // The stored visit, not its display text: that is the locale's and would read back as
         // another day where days come first.
-        const auto visit = m_services.sites.LastVisitDate(ini.ReadINI(section, UrlKey, QString(), file));
+        const auto visit =
+            m_services.sites.LastVisitDate(ini.ReadINI(section, UrlKey, QString(), file));
         const QDate last = visit ? visit->date() : QDate();
         const QDate end = dateOf(ini.ReadINI(section, ExpiresKey, QString(), file));
         const int reminder = WholeNumber(ini.ReadINI(section, RemindKey, QString(), file));

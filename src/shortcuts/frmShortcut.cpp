@@ -74,7 +74,8 @@ void frmShortcut::fillExisting(int number)
     dtStartDate.setValue(
         m_services.sites.SafeDate(ini.ReadINI(section, StartDateKey, QString(), file)).date());
     const QString inAYear = DateText::fromDate(m_services.clock.now().date().addMonths(12));
-    dtExpires.setValue(m_services.sites.SafeDate(ini.ReadINI(section, ExpiresKey, inAYear, file)).date());
+    dtExpires.setValue(
+        m_services.sites.SafeDate(ini.ReadINI(section, ExpiresKey, inAYear, file)).date());
     showVisits(txtURL.text());
     txtSource.setText(ini.ReadINI(section, SourceKey, QString(), file));
     txtNotes.setText(ini.ReadINI(section, NotesKey, QString(), file));

@@ -8,19 +8,27 @@ struct Pieces
     int value[Most] = {};
     int digits[Most] = {};
     int count = 0;
-    enum { None, Am, Pm } designator = None;
+    enum
+    {
+        None,
+        Am,
+        Pm
+    } designator = None;
 };
 
 bool isSeparator(QChar c)
 {
-    static const QStringView separators = u"/-.:,T\u200e\u200f\u5e74\u6708\u65e5\u6642\u5206\u79d2\uc2dc\ubd84\ucd08";
+    static const QStringView separators =
+        u"/-.:,T\u200e\u200f\u5e74\u6708\u65e5\u6642\u5206\u79d2\uc2dc\ubd84\ucd08";
     return c.isSpace() || separators.contains(c);
 }
 
 // Length of the designator at the start of rest, or 0.
 qsizetype designatorAt(QStringView rest, const QString& designator)
 {
-    return !designator.isEmpty() && rest.startsWith(designator, Qt::CaseInsensitive) ? designator.size() : 0;
+    return !designator.isEmpty() && rest.startsWith(designator, Qt::CaseInsensitive)
+               ? designator.size()
+               : 0;
 }
 
 std::optional<Pieces> cut(QStringView text, const QLocale& locale)
@@ -49,9 +57,10 @@ std::optional<Pieces> cut(QStringView text, const QLocale& locale)
         const QStringView rest = text.mid(at);
         qsizetype length = 0;
         bool pm = false;
-        for (const auto& [designator, isPm] :
-             {std::pair{QStringLiteral("AM"), false}, {QStringLiteral("PM"), true}, {locale.amText(), false},
-              {locale.pmText(), true}}) {
+        for (const auto& [designator, isPm] : {std::pair{QStringLiteral("AM"), false},
+                                               {QStringLiteral("PM"), true},
+                                               {locale.amText(), false},
+                                               {locale.pmText(), true}}) {
             if ((length = designatorAt(rest, designator)) > 0) {
                 pm = isPm;
                 break;
@@ -101,9 +110,11 @@ std::optional<QDateTime> DateReading::numeric(QStringView text, Order order, con
     const int monthAt = order == Order::MonthDayYear ? 0 : 1;
     const int dayAt = order == Order::YearMonthDay ? 2 : (order == Order::MonthDayYear ? 1 : 0);
     const int yearDigits = pieces->digits[yearAt];
-    if ((yearDigits != 2 && yearDigits != 4) || pieces->digits[monthAt] > 2 || pieces->digits[dayAt] > 2)
+    if ((yearDigits != 2 && yearDigits != 4) || pieces->digits[monthAt] > 2 ||
+        pieces->digits[dayAt] > 2)
         return std::nullopt;
-    const QDate date(fullYear(pieces->value[yearAt], yearDigits), pieces->value[monthAt], pieces->value[dayAt]);
+    const QDate date(fullYear(pieces->value[yearAt], yearDigits), pieces->value[monthAt],
+                     pieces->value[dayAt]);
     if (!date.isValid())
         return std::nullopt;
     if (pieces->count == 3)
@@ -194,6 +205,8 @@ bool DateReading::notWrittenBy(QStringView text, const QLocale& locale)
     if (pieces->count == 6 && pieces->designator != Pieces::None && !twelveHourClock(locale))
         return true;
     const QString format = locale.dateFormat(QLocale::ShortFormat);
-    const bool padded = format.contains(QLatin1String("dd")) && format.contains(QLatin1String("MM"));
-    return padded && orderOf(locale) != Order::YearMonthDay && (pieces->digits[0] == 1 || pieces->digits[1] == 1);
+    const bool padded =
+        format.contains(QLatin1String("dd")) && format.contains(QLatin1String("MM"));
+    return padded && orderOf(locale) != Order::YearMonthDay &&
+           (pieces->digits[0] == 1 || pieces->digits[1] == 1);
 }

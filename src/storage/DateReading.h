@@ -9,7 +9,12 @@
 // "3/14/05 4:07 PM". Parsed by hand because every row of the shortcut list reads three dates.
 namespace DateReading {
 
-enum class Order { DayMonthYear, MonthDayYear, YearMonthDay };
+enum class Order
+{
+    DayMonthYear,
+    MonthDayYear,
+    YearMonthDay
+};
 
 // The order of day, month and year in the locale's short date form.
 Order orderOf(const QLocale& locale);

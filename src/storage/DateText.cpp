@@ -52,7 +52,8 @@ std::optional<QDateTime> DateText::toDateTime(const QString& text)
     if (const QDateTime iso = QDateTime::fromString(trimmed, Qt::ISODate); iso.isValid())
         return iso.toLocalTime();
     // What display() shows reads back too.
-    for (const QString& format : {shortDateFormatOf(user) + QStringLiteral(" h:mm AP"), shortDateFormatOf(user)}) {
+    for (const QString& format :
+         {shortDateFormatOf(user) + QStringLiteral(" h:mm AP"), shortDateFormatOf(user)}) {
         if (const QDateTime value = user.toDateTime(trimmed, format); value.isValid())
             return value;
     }
@@ -77,5 +78,8 @@ QString DateText::display(const QDateTime& value)
     const int hour12 = time.hour() % 12 == 0 ? 12 : time.hour() % 12;
     const QString designator = time.hour() < 12 ? locale.amText() : locale.pmText();
     return locale.toString(value.date(), shortDateFormatOf(locale)) + QLatin1Char(' ') +
-           QStringLiteral("%1:%2 %3").arg(hour12).arg(time.minute(), 2, 10, QLatin1Char('0')).arg(designator);
+           QStringLiteral("%1:%2 %3")
+               .arg(hour12)
+               .arg(time.minute(), 2, 10, QLatin1Char('0'))
+               .arg(designator);
 }

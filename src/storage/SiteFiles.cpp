@@ -78,10 +78,12 @@ void SiteFiles::SetLastVisit(const QString& address)
         const QString file = SiteFilePath(address);
         const QDateTime now = m_clock.now();
         const QString yesterday = DateText::fromDate(now.date().addDays(-1));
-        const QDateTime previous = SafeDate(m_ini.ReadINI(UrlSection, LastVisitKey, yesterday, file));
+        const QDateTime previous =
+            SafeDate(m_ini.ReadINI(UrlSection, LastVisitKey, yesterday, file));
         m_ini.WriteINI(UrlSection, LastVisitKey, DateText::fromDateTime(now), file);
         if (previous.date() != now.date()) {
-            const int visits = WholeNumber(m_ini.ReadINI(UrlSection, VisitsKey, QStringLiteral("0"), file));
+            const int visits =
+                WholeNumber(m_ini.ReadINI(UrlSection, VisitsKey, QStringLiteral("0"), file));
             if (visits == std::numeric_limits<int>::max())
                 throw AppError(Overflow, QStringLiteral("Overflow"));
             m_ini.WriteINI(UrlSection, VisitsKey, QString::number(visits + 1), file);
@@ -95,7 +97,8 @@ QString SiteFiles::GetLastVisit(const QString& address)
 {
     QString text;
     try {
-        text = m_ini.ReadINI(UrlSection, LastVisitKey, QStringLiteral("never"), SiteFilePath(address));
+        text =
+            m_ini.ReadINI(UrlSection, LastVisitKey, QStringLiteral("never"), SiteFilePath(address));
         if (const auto visit = DateText::toDateTime(text))
             return DateText::display(*visit);
         return text;
@@ -108,7 +111,8 @@ QString SiteFiles::GetLastVisit(const QString& address)
 std::optional<QDateTime> SiteFiles::LastVisitDate(const QString& address)
 {
     try {
-        return DateText::toDateTime(m_ini.ReadINI(UrlSection, LastVisitKey, QString(), SiteFilePath(address)));
+        return DateText::toDateTime(
+            m_ini.ReadINI(UrlSection, LastVisitKey, QString(), SiteFilePath(address)));
     } catch (const AppError& error) {
         m_errors.ReportError(error, QStringLiteral("GetLastVisit"));
         return std::nullopt;
@@ -118,7 +122,8 @@ std::optional<QDateTime> SiteFiles::LastVisitDate(const QString& address)
 int SiteFiles::GetTotalVisits(const QString& address)
 {
     try {
-        return WholeNumber(m_ini.ReadINI(UrlSection, VisitsKey, QStringLiteral("0"), SiteFilePath(address)));
+        return WholeNumber(
+            m_ini.ReadINI(UrlSection, VisitsKey, QStringLiteral("0"), SiteFilePath(address)));
     } catch (const AppError& error) {
         m_errors.ReportError(error, QStringLiteral("GetTotalVisits"));
         return 0;

@@ -14,7 +14,8 @@ class Ini;
 class SiteFiles
 {
 public:
-    SiteFiles(const Ini& ini, const DataLocation& location, ErrorReport& errors, const Clock& clock);
+    SiteFiles(const Ini& ini, const DataLocation& location, ErrorReport& errors,
+              const Clock& clock);
 
     // The site file name (no folder): profile prefix and allowed address characters, cut to
     // 40, then ".ini".

@@ -47,7 +47,8 @@ QString ValueStore::GetValue(const QString& site, const QString& key, const QStr
 
 QString ValueStore::ValueOr(const QString& site, const QString& key, ValueReach reach,
                             const std::function<QString()>& missing,
-                            const std::function<bool(const QString&)>& takesMeaning, const QString& anyKey)
+                            const std::function<bool(const QString&)>& takesMeaning,
+                            const QString& anyKey)
 {
     QString value;
     try {
@@ -89,7 +90,8 @@ void ValueStore::SetMeaningValue(const QString& meaning, const QString& value)
 }
 
 void ValueStore::SetValue(const QString& site, const QString& key, const QString& value,
-                          ValueReach reach, const std::optional<QString>& meaning, const QString& anyKey)
+                          ValueReach reach, const std::optional<QString>& meaning,
+                          const QString& anyKey)
 {
     try {
         const QString escaped = EscapeLineBreaks(value);
@@ -98,8 +100,10 @@ void ValueStore::SetValue(const QString& site, const QString& key, const QString
         if (reach == ValueReach::AnySite && !TrimSpaces(escaped).isEmpty()) {
             m_ini.WriteINI(AnySection, nameForAny, escaped, anyFile());
             // Written when it changes only: a capture comes with every key the user types.
-            const QString record = meaning && meaning->isEmpty() ? QString::fromLatin1(NoMeaningKey) : meaning.value_or(QString());
-            if (meaning && m_ini.ReadINI(FieldMeaningSection, nameForAny, QString(), anyFile()) != record)
+            const QString record = meaning && meaning->isEmpty() ? QString::fromLatin1(NoMeaningKey)
+                                                                 : meaning.value_or(QString());
+            if (meaning &&
+                m_ini.ReadINI(FieldMeaningSection, nameForAny, QString(), anyFile()) != record)
                 m_ini.WriteINI(FieldMeaningSection, nameForAny, record, anyFile());
         }
     } catch (const AppError& error) {

@@ -13,7 +13,11 @@ class SiteFiles;
 // The remembered form values: each one for its site and, when not blank, for any site in the
 // profile's Any.ini. Line breaks are kept as "<VBCR>" and "<VBLF>".
 // Where a remembered value counts: on every site (through Any.ini), or on its own site only.
-enum class ValueReach { AnySite, SiteOnly };
+enum class ValueReach
+{
+    AnySite,
+    SiteOnly
+};
 
 class ValueStore
 {
@@ -30,15 +34,16 @@ public:
     // `anyKey`, where not empty, is the key of the entry for any site when it differs from the
     // site's (a field told apart on its page is the same name on other sites).
     void SetValue(const QString& site, const QString& key, const QString& value,
-                  ValueReach reach = ValueReach::AnySite, const std::optional<QString>& meaning = std::nullopt,
-                  const QString& anyKey = {});
+                  ValueReach reach = ValueReach::AnySite,
+                  const std::optional<QString>& meaning = std::nullopt, const QString& anyKey = {});
     // As GetValue, where what counts when neither entry holds a value is left to `missing`
     // (asked only then; its text is taken as it is). The entry for any site counts only where
     // `takesMeaning` accepts the meaning it was typed under ("" where none was remembered, as
     // in files of older releases).
     QString ValueOr(const QString& site, const QString& key, ValueReach reach,
                     const std::function<QString()>& missing,
-                    const std::function<bool(const QString&)>& takesMeaning = {}, const QString& anyKey = {});
+                    const std::function<bool(const QString&)>& takesMeaning = {},
+                    const QString& anyKey = {});
 
     // Values remembered by what a field means ("given-name", "postal-code"), for any site, in a
     // section of Any.ini that no name a page chooses can reach. Only values that are not blank

@@ -93,7 +93,8 @@ TEST_F(TestBrowserTracking, FillThatPumpsWhileASecondLoadRebuildsTheHolders)
     auto window = shell.open();
     auto frame = loadedFrame(QStringLiteral("http://a/frame"));
     auto first = page(QStringLiteral("http://a/one"), {frame});
-    auto second = page(QStringLiteral("http://a/two"), {loadedFrame(QStringLiteral("http://a/frame2"))});
+    auto second =
+        page(QStringLiteral("http://a/two"), {loadedFrame(QStringLiteral("http://a/frame2"))});
 
     int depth = 0;
     events.onNewDoc = [&](int, const DocPtr& document) {

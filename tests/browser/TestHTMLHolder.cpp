@@ -9,10 +9,14 @@ public:
     QStringList lines;
     void HTMLHolder_DocChanged(const DocPtr&, const ElementPtr& element) override
     {
-        const QString name = element->tagName() == QLatin1String("BODY") ? QStringLiteral("body") : element->name();
+        const QString name =
+            element->tagName() == QLatin1String("BODY") ? QStringLiteral("body") : element->name();
         lines << QStringLiteral("DocChanged ") + name;
     }
-    void HTMLHolder_HTMLGotFocus(const DocPtr&) override { lines << QStringLiteral("HTMLGotFocus"); }
+    void HTMLHolder_HTMLGotFocus(const DocPtr&) override
+    {
+        lines << QStringLiteral("HTMLGotFocus");
+    }
     void HTMLHolder_DocComplete(const DocPtr&) override { lines << QStringLiteral("DocComplete"); }
     void HTMLHolder_DocVisited(const DocPtr&) override { lines << QStringLiteral("DocVisited"); }
     void HTMLHolder_FieldsAdded(const DocPtr&) override { lines << QStringLiteral("FieldsAdded"); }
@@ -24,14 +28,17 @@ protected:
     TestHTMLHolder() { holder->setHTMLDoc(document); }
     FakeClock clock;
     HolderEvents events;
-    std::shared_ptr<ModelDocument> document = std::make_shared<ModelDocument>(QStringLiteral("http://a/"));
+    std::shared_ptr<ModelDocument> document =
+        std::make_shared<ModelDocument>(QStringLiteral("http://a/"));
     std::shared_ptr<HTMLHolder> holder = std::make_shared<HTMLHolder>(events, clock);
 };
 
 TEST_F(TestHTMLHolder, PropertyChangesReportThePreviouslyActiveElement)
 {
-    auto first = document->add(ModelElement::input(QStringLiteral("text"), QStringLiteral("first")));
-    auto second = document->add(ModelElement::input(QStringLiteral("text"), QStringLiteral("second")));
+    auto first =
+        document->add(ModelElement::input(QStringLiteral("text"), QStringLiteral("first")));
+    auto second =
+        document->add(ModelElement::input(QStringLiteral("text"), QStringLiteral("second")));
     document->type(first, QStringLiteral("Ann"));
     document->focus(second);
     EXPECT_EQ(events.lines, (QStringList{"HTMLGotFocus", "DocChanged body", "DocChanged first",
@@ -91,7 +98,8 @@ TEST_F(TestHTMLHolder, ClicksAreVisitsAndLetTheBrowserAct)
 
 TEST_F(TestHTMLHolder, EveryCompleteReadyStateIsReported)
 {
-    for (const char* state : {"loading", "interactive", "Complete", " complete ", "complete", "completed"})
+    for (const char* state :
+         {"loading", "interactive", "Complete", " complete ", "complete", "completed"})
         document->setReadyState(QString::fromLatin1(state));
     EXPECT_EQ(events.lines.count(QStringLiteral("DocComplete")), 3);
 }

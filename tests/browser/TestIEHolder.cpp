@@ -8,7 +8,8 @@ class TestIEHolder : public BrowserFixture
 protected:
     std::shared_ptr<IEHolder> holderWith(const std::shared_ptr<ModelBrowser>& window)
     {
-        auto holder = std::make_shared<IEHolder>(1, IEHolderServices{events, errors, sites, shell, clock});
+        auto holder =
+            std::make_shared<IEHolder>(1, IEHolderServices{events, errors, sites, shell, clock});
         holder->setInternetExplorer(window);
         return holder;
     }
@@ -26,16 +27,17 @@ TEST_F(TestIEHolder, FramesetHoldsTheTopAndEveryLoadedReachableFrame)
     auto window = shell.open();
     auto holder = holderWith(window);
     auto loading = page(QStringLiteral("http://a/loading"));
-    auto top = page(QStringLiteral("http://a/top"), {loadedFrame(QStringLiteral("http://a/f1")), loading,
-                                                     loadedFrame(QStringLiteral("http://a/f3"))});
+    auto top =
+        page(QStringLiteral("http://a/top"), {loadedFrame(QStringLiteral("http://a/f1")), loading,
+                                              loadedFrame(QStringLiteral("http://a/f3"))});
     top->addFrame(loadedFrame(QStringLiteral("http://other/denied")), true);
     top->addFrame(nullptr); // a frame showing no HTML document
     events.take();
     window->navigate(top);
     // The frames complete on their own first, each rebuilding from its own document.
-    EXPECT_EQ(events.take(), (QStringList{"NewDoc 1 http://a/f1", "NewDoc 1 http://a/f3",
-                                          "NewDoc 1 http://a/top", "NewDoc 1 http://a/f1",
-                                          "NewDoc 1 http://a/f3"}));
+    EXPECT_EQ(events.take(),
+              (QStringList{"NewDoc 1 http://a/f1", "NewDoc 1 http://a/f3", "NewDoc 1 http://a/top",
+                           "NewDoc 1 http://a/f1", "NewDoc 1 http://a/f3"}));
     EXPECT_EQ(heldUrls(*holder), (QStringList{"http://a/top", "http://a/f1", "http://a/f3"}));
     EXPECT_TRUE(errors.reports.empty());
     EXPECT_EQ(shell.activated().last(), QStringLiteral("Title of http://a/top"));
@@ -52,8 +54,8 @@ TEST_F(TestIEHolder, FramesetHoldsTheTopAndEveryLoadedReachableFrame)
     auto ad = loadedFrame(QStringLiteral("http://ads.example/next"));
     window->loadFrame(0, ad);
     EXPECT_EQ(events.take(), QStringList{"NewDoc 1 http://ads.example/next"});
-    EXPECT_EQ(heldUrls(*holder),
-              (QStringList{"http://a/top", "http://ads.example/next", "http://a/f3", "http://a/loading"}));
+    EXPECT_EQ(heldUrls(*holder), (QStringList{"http://a/top", "http://ads.example/next",
+                                              "http://a/f3", "http://a/loading"}));
     EXPECT_EQ(ad->subscriberCount(), 1);
 
     // The page itself is still followed: what the user does there is reported.
@@ -65,8 +67,8 @@ TEST_F(TestIEHolder, FramesetHoldsTheTopAndEveryLoadedReachableFrame)
     // The top completing again holds the page afresh, in frame order.
     window->navigate(top);
     events.take();
-    EXPECT_EQ(heldUrls(*holder),
-              (QStringList{"http://a/top", "http://ads.example/next", "http://a/loading", "http://a/f3"}));
+    EXPECT_EQ(heldUrls(*holder), (QStringList{"http://a/top", "http://ads.example/next",
+                                              "http://a/loading", "http://a/f3"}));
     EXPECT_TRUE(errors.reports.empty());
 }
 
@@ -80,7 +82,8 @@ TEST_F(TestIEHolder, FieldsAPageAddsAreReportedByItsHolder)
     events.take();
     top->addLater(ModelElement::input(QStringLiteral("text"), QStringLiteral("email")));
     frame->addLater(ModelElement::input(QStringLiteral("text"), QStringLiteral("phone")));
-    EXPECT_EQ(events.take(), (QStringList{"FieldsAdded 1 http://a/top", "FieldsAdded 1 http://a/frame"}));
+    EXPECT_EQ(events.take(),
+              (QStringList{"FieldsAdded 1 http://a/top", "FieldsAdded 1 http://a/frame"}));
 }
 
 TEST_F(TestIEHolder, FolderWindowsHoldNothingAndKeepThePreviousPage)
@@ -105,9 +108,13 @@ TEST_F(TestIEHolder, ProgressAndStatusTexts)
     auto window = shell.open();
     auto holder = holderWith(window);
     const std::tuple<int, int, const char*> cases[] = {
-        {50, 200, "SetStatus 1 loading ... 25%"}, {3, 7, "SetStatus 1 loading ... 42%"},
-        {300, 200, "SetStatus 1 loading ... 150%"}, {0, 100, "SetStatus 1 loading ... 0%"},
-        {7, 0, nullptr}, {-1, 100, nullptr}, {2147483647, 1, "SetStatus 1 loading ... 214748364700%"},
+        {50, 200, "SetStatus 1 loading ... 25%"},
+        {3, 7, "SetStatus 1 loading ... 42%"},
+        {300, 200, "SetStatus 1 loading ... 150%"},
+        {0, 100, "SetStatus 1 loading ... 0%"},
+        {7, 0, nullptr},
+        {-1, 100, nullptr},
+        {2147483647, 1, "SetStatus 1 loading ... 214748364700%"},
     };
     for (const auto& [progress, max, text] : cases) {
         window->progress(progress, max);
@@ -143,7 +150,8 @@ TEST_F(TestIEHolder, TakingUpANewWindowDependsOnWhetherOldDocumentsStillAnswer)
 {
     auto oldWindow = shell.open();
     auto holder = holderWith(oldWindow);
-    auto oldPage = page(QStringLiteral("http://old/"), {loadedFrame(QStringLiteral("http://old/frame"))});
+    auto oldPage =
+        page(QStringLiteral("http://old/"), {loadedFrame(QStringLiteral("http://old/frame"))});
     oldWindow->navigate(oldPage);
     ASSERT_EQ(holder->htmlHolderUpperBound(), 2);
 

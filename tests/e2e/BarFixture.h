@@ -30,18 +30,18 @@ protected:
     }
     bool onFirefox() const { return GetParam() == TestBrowser::Firefox; }
     // What Firefox does not do yet (or does otherwise), said in the test's output.
-#define skipOnFirefox(why)                                                                        \
-    do {                                                                                          \
-        if (onFirefox())                                                                          \
-            GTEST_SKIP() << why;                                                                  \
+#define skipOnFirefox(why)                                                                         \
+    do {                                                                                           \
+        if (onFirefox())                                                                           \
+            GTEST_SKIP() << why;                                                                   \
     } while (false)
     // The bar and the browser it starts with the fixture's profile, as a user's start does.
     void startBar()
     {
         driver = makeDriver(GetParam(), profile.path());
         form = std::make_unique<frmMain>(frmMain::Services{f.shell, f.settings, f.boxes, clock,
-                                                           f.ini, driver->shell(), pump, f.metrics, f.editor,
-                                                           f.profilesEditor, f.docking});
+                                                           f.ini, driver->shell(), pump, f.metrics,
+                                                           f.editor, f.profilesEditor, f.docking});
         form->Form_Load();
         form->window.setVisible(true);
         ASSERT_TRUE(driver->isConnected());
@@ -64,7 +64,10 @@ protected:
     {
         return pumpUntil(condition, ms, 20);
     }
-    QList<BrowserPtr> windows() { return driver->shell().items(); }
+    QList<BrowserPtr> windows()
+    {
+        return driver->shell().items();
+    }
     static std::shared_ptr<ScriptWindow> asPage(const BrowserPtr& window)
     {
         return std::static_pointer_cast<ScriptWindow>(window);
@@ -98,7 +101,8 @@ protected:
         QStringList urls;
         for (int i = 1; i <= form->tracking().upperBound(); ++i) {
             const auto holder = form->tracking().holder(i);
-            for (int d = 1; holder->InternetExplorer() == page && d <= holder->htmlHolderUpperBound(); ++d)
+            for (int d = 1;
+                 holder->InternetExplorer() == page && d <= holder->htmlHolderUpperBound(); ++d)
                 urls << holder->htmlHolder(d)->HTMLDoc()->url();
         }
         return urls;
@@ -124,9 +128,18 @@ protected:
     }
     // The same on the element a script expression finds (inside a shadow root, say), scrolled
     // into view first as the user would.
-    void clickOn(const std::shared_ptr<ScriptWindow>& page, const QString& element) { driver->clickOn(*page, element); }
-    void type(const std::shared_ptr<ScriptWindow>& page, const QString& text) { driver->type(*page, text); }
-    void tab(const std::shared_ptr<ScriptWindow>& page) { driver->press(*page, PageDriver::Key::Tab); }
+    void clickOn(const std::shared_ptr<ScriptWindow>& page, const QString& element)
+    {
+        driver->clickOn(*page, element);
+    }
+    void type(const std::shared_ptr<ScriptWindow>& page, const QString& text)
+    {
+        driver->type(*page, text);
+    }
+    void tab(const std::shared_ptr<ScriptWindow>& page)
+    {
+        driver->press(*page, PageDriver::Key::Tab);
+    }
     // No error box came up; if one did, its text says why.
     void expectNoErrorBox()
     {
@@ -155,8 +168,9 @@ protected:
 };
 
 // Every test of a suite on both browsers, named by the browser.
-#define ON_BOTH_BROWSERS(Suite)                                                                   \
-    INSTANTIATE_TEST_SUITE_P(Browsers, Suite, ::testing::Values(TestBrowser::Chromium, TestBrowser::Firefox), \
-                             [](const ::testing::TestParamInfo<TestBrowser>& info) {              \
-                                 return info.param == TestBrowser::Chromium ? "Chromium" : "Firefox"; \
-                             })
+#define ON_BOTH_BROWSERS(Suite)                                                                    \
+    INSTANTIATE_TEST_SUITE_P(                                                                      \
+        Browsers, Suite, ::testing::Values(TestBrowser::Chromium, TestBrowser::Firefox),           \
+        [](const ::testing::TestParamInfo<TestBrowser>& info) {                                    \
+            return info.param == TestBrowser::Chromium ? "Chromium" : "Firefox";                   \
+        })

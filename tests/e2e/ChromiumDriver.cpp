@@ -14,43 +14,60 @@ class ChromiumDriver : public ShellDriver<CdpShell>
 public:
     ChromiumDriver(const QString& executable, const QString& profile)
         : ShellDriver([executable, profile] {
-              return ChromiumProcess::start(executable, profile,
-                                            {QStringLiteral("--headless"), QStringLiteral("--disable-gpu"),
-                                             QStringLiteral("--disable-dev-shm-usage"), QStringLiteral("about:blank")});
+              return ChromiumProcess::start(
+                  executable, profile,
+                  {QStringLiteral("--headless"), QStringLiteral("--disable-gpu"),
+                   QStringLiteral("--disable-dev-shm-usage"), QStringLiteral("about:blank")});
           })
     {
     }
     void openTab(const QString& url, bool background) override
     {
-        m_shell.call(QString(), QStringLiteral("Target.createTarget"), {{"url", url}, {"background", background}});
+        m_shell.call(QString(), QStringLiteral("Target.createTarget"),
+                     {{"url", url}, {"background", background}});
     }
-    QJsonValue evaluateInFrame(const ScriptWindow& page, int index, const QString& expression) override
+    QJsonValue evaluateInFrame(const ScriptWindow& page, int index,
+                               const QString& expression) override
     {
         // Another site's frame runs in a process of its own: it is reached through its target.
-        const QString src = evaluate(page, QStringLiteral("document.querySelectorAll('iframe, frame')[%1].src").arg(index)).toString();
-        for (const QJsonValue& target : m_shell.call(QString(), QStringLiteral("Target.getTargets")).value("targetInfos").toArray()) {
+        const QString src =
+            evaluate(
+                page,
+                QStringLiteral("document.querySelectorAll('iframe, frame')[%1].src").arg(index))
+                .toString();
+        for (const QJsonValue& target : m_shell.call(QString(), QStringLiteral("Target.getTargets"))
+                                            .value("targetInfos")
+                                            .toArray()) {
             const QJsonObject info = target.toObject();
-            if (info.value("type").toString() != QLatin1String("iframe") || info.value("url").toString() != src)
+            if (info.value("type").toString() != QLatin1String("iframe") ||
+                info.value("url").toString() != src)
                 continue;
-            const QJsonObject attached = m_shell.call(QString(), QStringLiteral("Target.attachToTarget"),
-                                                      {{"targetId", info.value("targetId")}, {"flatten", true}});
+            const QJsonObject attached =
+                m_shell.call(QString(), QStringLiteral("Target.attachToTarget"),
+                             {{"targetId", info.value("targetId")}, {"flatten", true}});
             return evaluateIn(attached.value("sessionId").toString(), expression);
         }
-        return evaluate(page, QStringLiteral("(() => { try { return frames[%1].eval(%2); } catch (e) { return 'unreachable'; } })()")
+        return evaluate(page, QStringLiteral("(() => { try { return frames[%1].eval(%2); } catch "
+                                             "(e) { return 'unreachable'; } })()")
                                   .arg(index)
                                   .arg(quoted(expression)));
     }
     void mouse(const ScriptWindow& page, Mouse action, int x, int y) override
     {
         if (action == Mouse::Move) {
-            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchMouseEvent"), {{"type", "mouseMoved"}, {"x", x}, {"y", y}});
+            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchMouseEvent"),
+                         {{"type", "mouseMoved"}, {"x", x}, {"y", y}});
             return;
         }
         const int clicks = action == Mouse::DoubleClick ? 2 : 1;
         for (int count = 1; count <= clicks; ++count) {
             for (const char* type : {"mousePressed", "mouseReleased"})
                 m_shell.call(page.windowId(), QStringLiteral("Input.dispatchMouseEvent"),
-                             {{"type", type}, {"x", x}, {"y", y}, {"button", "left"}, {"clickCount", count}});
+                             {{"type", type},
+                              {"x", x},
+                              {"y", y},
+                              {"button", "left"},
+                              {"clickCount", count}});
         }
     }
     void type(const ScriptWindow& page, const QString& text) override
@@ -64,26 +81,37 @@ public:
             const int code = enter ? 13 : 0;
             m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
                          {{"type", "rawKeyDown"}, {"key", key}, {"windowsVirtualKeyCode", code}});
+            m_shell.call(
+                page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
+                {{"type", "char"}, {"key", key}, {"text", typed}, {"unmodifiedText", typed}});
             m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
-                         {{"type", "char"}, {"key", key}, {"text", typed}, {"unmodifiedText", typed}});
-            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"), {{"type", "keyUp"}, {"key", key}});
+                         {{"type", "keyUp"}, {"key", key}});
         }
     }
     void paste(const ScriptWindow& page, const QString& text) override
     {
         // Onto the clipboard, then Ctrl+V into the focused field.
-        m_shell.call(QString(), QStringLiteral("Browser.grantPermissions"),
-                     {{"permissions", QJsonArray{"clipboardReadWrite", "clipboardSanitizedWrite"}}});
-        const QJsonObject written = m_shell.call(
-            page.windowId(), QStringLiteral("Runtime.evaluate"),
-            {{"expression", QStringLiteral("navigator.clipboard.writeText(%1).then(() => 'written')").arg(quoted(text))},
-             {"awaitPromise", true},
-             {"userGesture", true},
-             {"returnByValue", true}});
-        if (written.value("result").toObject().value("value").toString() != QLatin1String("written"))
-            throw AppError(ErrorNumber::BrowserCall, QStringLiteral("The clipboard was not written."));
+        m_shell.call(
+            QString(), QStringLiteral("Browser.grantPermissions"),
+            {{"permissions", QJsonArray{"clipboardReadWrite", "clipboardSanitizedWrite"}}});
+        const QJsonObject written =
+            m_shell.call(page.windowId(), QStringLiteral("Runtime.evaluate"),
+                         {{"expression",
+                           QStringLiteral("navigator.clipboard.writeText(%1).then(() => 'written')")
+                               .arg(quoted(text))},
+                          {"awaitPromise", true},
+                          {"userGesture", true},
+                          {"returnByValue", true}});
+        if (written.value("result").toObject().value("value").toString() !=
+            QLatin1String("written"))
+            throw AppError(ErrorNumber::BrowserCall,
+                           QStringLiteral("The clipboard was not written."));
         for (const char* type : {"keyDown", "keyUp"}) {
-            QJsonObject key{{"type", type}, {"key", "v"}, {"code", "KeyV"}, {"modifiers", 2}, {"windowsVirtualKeyCode", 86}};
+            QJsonObject key{{"type", type},
+                            {"key", "v"},
+                            {"code", "KeyV"},
+                            {"modifiers", 2},
+                            {"windowsVirtualKeyCode", 86}};
             if (QLatin1String(type) == QLatin1String("keyDown"))
                 key.insert("commands", QJsonArray{"paste"});
             m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"), key);
@@ -91,25 +119,35 @@ public:
     }
     void press(const ScriptWindow& page, Key key) override
     {
-        const auto [name, code] = key == Key::Tab ? std::pair{"Tab", 9} : std::pair{"ArrowDown", 40};
+        const auto [name, code] =
+            key == Key::Tab ? std::pair{"Tab", 9} : std::pair{"ArrowDown", 40};
         for (const char* type : {"keyDown", "keyUp"})
-            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
-                         {{"type", type}, {"key", name}, {"code", name}, {"windowsVirtualKeyCode", code}});
+            m_shell.call(
+                page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
+                {{"type", type}, {"key", name}, {"code", name}, {"windowsVirtualKeyCode", code}});
     }
-    void closeTab(const ScriptWindow& page) override { m_shell.call(page.windowId(), QStringLiteral("Page.close")); }
+    void closeTab(const ScriptWindow& page) override
+    {
+        m_shell.call(page.windowId(), QStringLiteral("Page.close"));
+    }
     void acceptDialog(const ScriptWindow& page) override
     {
-        m_shell.call(page.windowId(), QStringLiteral("Page.handleJavaScriptDialog"), {{"accept", true}});
+        m_shell.call(page.windowId(), QStringLiteral("Page.handleJavaScriptDialog"),
+                     {{"accept", true}});
     }
 
 private:
     static QString quoted(const QString& text)
     {
-        return QString::fromUtf8(QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
+        return QString::fromUtf8(QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact))
+            .mid(1)
+            .chopped(1);
     }
     QJsonValue evaluateIn(const QString& targetOrSession, const QString& expression) override
     {
-        return m_shell.call(targetOrSession, QStringLiteral("Runtime.evaluate"), {{"expression", expression}, {"returnByValue", true}})
+        return m_shell
+            .call(targetOrSession, QStringLiteral("Runtime.evaluate"),
+                  {{"expression", expression}, {"returnByValue", true}})
             .value("result")
             .toObject()
             .value("value");

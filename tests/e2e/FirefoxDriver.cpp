@@ -13,21 +13,31 @@ class FirefoxDriver : public ShellDriver<BidiShell>
 {
 public:
     FirefoxDriver(const QString& executable, const QString& profile)
-        : ShellDriver([executable, profile] { return FirefoxProcess::start(executable, profile, {QStringLiteral("--headless")}); })
+        : ShellDriver([executable, profile] {
+              return FirefoxProcess::start(executable, profile, {QStringLiteral("--headless")});
+          })
     {
     }
     void openTab(const QString& url, bool background) override
     {
-        const QString first = std::static_pointer_cast<ScriptWindow>(m_shell.items().first())->windowId();
-        const QString tab = m_shell.call(QStringLiteral("browsingContext.create"),
-                                         {{"type", "tab"}, {"referenceContext", first}, {"background", background}})
-                                .value("context")
-                                .toString();
-        m_shell.call(QStringLiteral("browsingContext.navigate"), {{"context", tab}, {"url", url}, {"wait", "none"}});
+        const QString first =
+            std::static_pointer_cast<ScriptWindow>(m_shell.items().first())->windowId();
+        const QString tab =
+            m_shell
+                .call(QStringLiteral("browsingContext.create"),
+                      {{"type", "tab"}, {"referenceContext", first}, {"background", background}})
+                .value("context")
+                .toString();
+        m_shell.call(QStringLiteral("browsingContext.navigate"),
+                     {{"context", tab}, {"url", url}, {"wait", "none"}});
     }
-    QJsonValue evaluateInFrame(const ScriptWindow& page, int index, const QString& expression) override
+    QJsonValue evaluateInFrame(const ScriptWindow& page, int index,
+                               const QString& expression) override
     {
-        const QJsonArray tree = m_shell.call(QStringLiteral("browsingContext.getTree"), {{"root", page.windowId()}}).value("contexts").toArray();
+        const QJsonArray tree =
+            m_shell.call(QStringLiteral("browsingContext.getTree"), {{"root", page.windowId()}})
+                .value("contexts")
+                .toArray();
         const QJsonArray children = tree.at(0).toObject().value("children").toArray();
         if (index >= children.size())
             return QStringLiteral("unreachable");
@@ -36,11 +46,15 @@ public:
     void mouse(const ScriptWindow& page, Mouse action, int x, int y) override
     {
         QJsonArray steps{QJsonObject{{"type", "pointerMove"}, {"x", x}, {"y", y}}};
-        for (int click = 0; action != Mouse::Move && click < (action == Mouse::DoubleClick ? 2 : 1); ++click) {
+        for (int click = 0; action != Mouse::Move && click < (action == Mouse::DoubleClick ? 2 : 1);
+             ++click) {
             steps.append(QJsonObject{{"type", "pointerDown"}, {"button", 0}});
             steps.append(QJsonObject{{"type", "pointerUp"}, {"button", 0}});
         }
-        perform(page, QJsonObject{{"type", "pointer"}, {"id", "mouse"}, {"parameters", QJsonObject{{"pointerType", "mouse"}}}, {"actions", steps}});
+        perform(page, QJsonObject{{"type", "pointer"},
+                                  {"id", "mouse"},
+                                  {"parameters", QJsonObject{{"pointerType", "mouse"}}},
+                                  {"actions", steps}});
     }
     void type(const ScriptWindow& page, const QString& text) override
     {
@@ -58,28 +72,37 @@ public:
     void paste(const ScriptWindow& page, const QString& text) override
     {
         // Onto the clipboard as a click would allow, then Ctrl+V into the focused field.
-        const QJsonObject written = m_shell.call(
-            QStringLiteral("script.evaluate"),
-            {{"expression", QStringLiteral("navigator.clipboard.writeText(%1).then(() => 'written')").arg(quoted(text))},
-             {"target", QJsonObject{{"context", page.windowId()}}},
-             {"awaitPromise", true},
-             {"userActivation", true}});
-        if (written.value("result").toObject().value("value").toString() != QLatin1String("written"))
-            throw AppError(ErrorNumber::BrowserCall, QStringLiteral("The clipboard was not written."));
+        const QJsonObject written =
+            m_shell.call(QStringLiteral("script.evaluate"),
+                         {{"expression",
+                           QStringLiteral("navigator.clipboard.writeText(%1).then(() => 'written')")
+                               .arg(quoted(text))},
+                          {"target", QJsonObject{{"context", page.windowId()}}},
+                          {"awaitPromise", true},
+                          {"userActivation", true}});
+        if (written.value("result").toObject().value("value").toString() !=
+            QLatin1String("written"))
+            throw AppError(ErrorNumber::BrowserCall,
+                           QStringLiteral("The clipboard was not written."));
         const QString control = QStringLiteral("\uE009");
-        perform(page, QJsonObject{{"type", "key"}, {"id", "keyboard"},
-                                  {"actions", QJsonArray{QJsonObject{{"type", "keyDown"}, {"value", control}},
-                                                         QJsonObject{{"type", "keyDown"}, {"value", "v"}},
-                                                         QJsonObject{{"type", "keyUp"}, {"value", "v"}},
-                                                         QJsonObject{{"type", "keyUp"}, {"value", control}}}}});
+        perform(page,
+                QJsonObject{
+                    {"type", "key"},
+                    {"id", "keyboard"},
+                    {"actions", QJsonArray{QJsonObject{{"type", "keyDown"}, {"value", control}},
+                                           QJsonObject{{"type", "keyDown"}, {"value", "v"}},
+                                           QJsonObject{{"type", "keyUp"}, {"value", "v"}},
+                                           QJsonObject{{"type", "keyUp"}, {"value", control}}}}});
     }
     void press(const ScriptWindow& page, Key key) override
     {
         // WebDriver's code points for the keys.
         const QString value = key == Key::Tab ? QStringLiteral("\uE004") : QStringLiteral("\uE015");
-        perform(page, QJsonObject{{"type", "key"}, {"id", "keyboard"},
-                                  {"actions", QJsonArray{QJsonObject{{"type", "keyDown"}, {"value", value}},
-                                                         QJsonObject{{"type", "keyUp"}, {"value", value}}}}});
+        perform(page, QJsonObject{{"type", "key"},
+                                  {"id", "keyboard"},
+                                  {"actions",
+                                   QJsonArray{QJsonObject{{"type", "keyDown"}, {"value", value}},
+                                              QJsonObject{{"type", "keyUp"}, {"value", value}}}}});
     }
     void closeTab(const ScriptWindow& page) override
     {
@@ -87,17 +110,21 @@ public:
     }
     void acceptDialog(const ScriptWindow& page) override
     {
-        m_shell.call(QStringLiteral("browsingContext.handleUserPrompt"), {{"context", page.windowId()}, {"accept", true}});
+        m_shell.call(QStringLiteral("browsingContext.handleUserPrompt"),
+                     {{"context", page.windowId()}, {"accept", true}});
     }
 
 private:
     static QString quoted(const QString& text)
     {
-        return QString::fromUtf8(QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
+        return QString::fromUtf8(QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact))
+            .mid(1)
+            .chopped(1);
     }
     void perform(const ScriptWindow& page, const QJsonObject& source)
     {
-        m_shell.call(QStringLiteral("input.performActions"), {{"context", page.windowId()}, {"actions", QJsonArray{source}}});
+        m_shell.call(QStringLiteral("input.performActions"),
+                     {{"context", page.windowId()}, {"actions", QJsonArray{source}}});
     }
     QJsonValue evaluateIn(const QString& context, const QString& expression) override
     {
@@ -106,7 +133,10 @@ private:
             {{"expression", QStringLiteral("JSON.stringify([(\n%1\n)])").arg(expression)},
              {"target", QJsonObject{{"context", context}}},
              {"awaitPromise", false}});
-        return QJsonDocument::fromJson(answer.value("result").toObject().value("value").toString().toUtf8()).array().at(0);
+        return QJsonDocument::fromJson(
+                   answer.value("result").toObject().value("value").toString().toUtf8())
+            .array()
+            .at(0);
     }
 };
 } // namespace

@@ -13,8 +13,17 @@
 class PageDriver
 {
 public:
-    enum class Mouse { Move, Click, DoubleClick };
-    enum class Key { Tab, ArrowDown };
+    enum class Mouse
+    {
+        Move,
+        Click,
+        DoubleClick
+    };
+    enum class Key
+    {
+        Tab,
+        ArrowDown
+    };
 
     virtual ~PageDriver() = default;
     // The bar's window list over the browser, started with `profile` on first use.
@@ -30,7 +39,8 @@ public:
     // In the page's own world, as the page would; the value as JSON.
     virtual QJsonValue evaluate(const ScriptWindow& page, const QString& expression) = 0;
     // The same in the document of the page's frame at that index, other sites' too.
-    virtual QJsonValue evaluateInFrame(const ScriptWindow& page, int index, const QString& expression) = 0;
+    virtual QJsonValue evaluateInFrame(const ScriptWindow& page, int index,
+                                       const QString& expression) = 0;
     virtual void mouse(const ScriptWindow& page, Mouse action, int x, int y) = 0;
     virtual void type(const ScriptWindow& page, const QString& text) = 0;
     // Into the focused field as the user pastes it, for texts too long to type.
@@ -44,10 +54,13 @@ public:
     void clickOn(const ScriptWindow& page, const QString& element)
     {
         const QJsonArray box =
-            evaluate(page, QStringLiteral("(() => { const e = %1; e.scrollIntoView({block: 'nearest'}); "
-                                          "const r = e.getBoundingClientRect(); "
-                                          "return [Math.round(r.x + r.width / 2), Math.round(r.y + r.height / 2)]; })()")
-                               .arg(element))
+            evaluate(
+                page,
+                QStringLiteral(
+                    "(() => { const e = %1; e.scrollIntoView({block: 'nearest'}); "
+                    "const r = e.getBoundingClientRect(); "
+                    "return [Math.round(r.x + r.width / 2), Math.round(r.y + r.height / 2)]; })()")
+                    .arg(element))
                 .toArray();
         mouse(page, Mouse::Click, box[0].toInt(), box[1].toInt());
     }
@@ -55,8 +68,7 @@ public:
 
 // What a driver does through the bar's window list over its browser the same way in every
 // browser.
-template <class Shell>
-class ShellDriver : public PageDriver
+template <class Shell> class ShellDriver : public PageDriver
 {
 public:
     explicit ShellDriver(typename Shell::Connector connector) : m_shell(std::move(connector)) {}
@@ -90,7 +102,11 @@ inline QStringList graphemes(const QString& text)
 }
 
 // A driver for that browser with its own profile folder, or nullptr when it is not installed.
-enum class TestBrowser { Chromium, Firefox };
+enum class TestBrowser
+{
+    Chromium,
+    Firefox
+};
 inline void PrintTo(TestBrowser browser, std::ostream* out)
 {
     *out << (browser == TestBrowser::Chromium ? "Chromium" : "Firefox");

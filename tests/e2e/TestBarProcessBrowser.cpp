@@ -2,9 +2,9 @@
 // the browser cleanly; killed with SIGKILL it takes the browser down without losing its tabs;
 // both times the next start has the tabs back.
 #include "ChromiumProcess.h"
-#include "RemoteConnection.h"
 #include "HttpServer.h"
 #include "PumpUntil.h"
+#include "RemoteConnection.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -14,8 +14,8 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 #include <csignal>
+#include <gtest/gtest.h>
 
 namespace {
 class RealBar
@@ -25,14 +25,19 @@ public:
     {
         for (const char* sub : {"bin", "config", "share/applications", "data", "tmp", "runtime"})
             QDir(m_home.path()).mkpath(QString::fromLatin1(sub));
-        QFile::setPermissions(path("runtime"), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        QFile::setPermissions(path("runtime"), QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                                   QFileDevice::ExeOwner);
         // The browser Tolvane starts: Debian's Chromium, headless, with a debugging port besides
         // Tolvane's pipe so that the test can open tabs in it.
-        write("bin/chromium",
-              "#!/bin/sh\nexec " + QStandardPaths::findExecutable("chromium").toUtf8() +
-                  " --headless --disable-gpu --disable-dev-shm-usage --remote-debugging-port=0 \"$@\"\n");
-        QFile::setPermissions(path("bin/chromium"), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-        write("share/applications/chromium.desktop", "[Desktop Entry]\nExec=" + path("bin/chromium").toUtf8() + " %U\n");
+        write("bin/chromium", "#!/bin/sh\nexec " +
+                                  QStandardPaths::findExecutable("chromium").toUtf8() +
+                                  " --headless --disable-gpu --disable-dev-shm-usage "
+                                  "--remote-debugging-port=0 \"$@\"\n");
+        QFile::setPermissions(path("bin/chromium"), QFileDevice::ReadOwner |
+                                                        QFileDevice::WriteOwner |
+                                                        QFileDevice::ExeOwner);
+        write("share/applications/chromium.desktop",
+              "[Desktop Entry]\nExec=" + path("bin/chromium").toUtf8() + " %U\n");
         write("config/mimeapps.list", "[Default Applications]\ntext/html=chromium.desktop\n");
     }
     ~RealBar()
@@ -65,19 +70,24 @@ public:
     std::unique_ptr<ChromiumProcess> attach()
     {
         QString port;
-        pumpUntil([&] {
-            QFile file(profile() + QStringLiteral("/DevToolsActivePort"));
-            if (profile().isEmpty() || !file.open(QIODevice::ReadOnly))
-                return false;
-            port = QString::fromLatin1(file.readLine()).trimmed();
-            return !port.isEmpty();
-        }, 30000);
-        return port.isEmpty() ? nullptr : ChromiumProcess::attach(QStringLiteral("http://127.0.0.1:") + port);
+        pumpUntil(
+            [&] {
+                QFile file(profile() + QStringLiteral("/DevToolsActivePort"));
+                if (profile().isEmpty() || !file.open(QIODevice::ReadOnly))
+                    return false;
+                port = QString::fromLatin1(file.readLine()).trimmed();
+                return !port.isEmpty();
+            },
+            30000);
+        return port.isEmpty() ? nullptr
+                              : ChromiumProcess::attach(QStringLiteral("http://127.0.0.1:") + port);
     }
     // The browser's process, from the profile's lock ("host-pid").
     qint64 browserPid() const
     {
-        return QFile::symLinkTarget(profile() + QStringLiteral("/SingletonLock")).section(QLatin1Char('-'), -1).toLongLong();
+        return QFile::symLinkTarget(profile() + QStringLiteral("/SingletonLock"))
+            .section(QLatin1Char('-'), -1)
+            .toLongLong();
     }
     bool end(int signal)
     {
@@ -86,18 +96,27 @@ public:
     }
     QString profile() const
     {
-        QDirIterator found(path("data"), {QStringLiteral("Browser Profile")}, QDir::Dirs, QDirIterator::Subdirectories);
+        QDirIterator found(path("data"), {QStringLiteral("Browser Profile")}, QDir::Dirs,
+                           QDirIterator::Subdirectories);
         return found.hasNext() ? found.next() : QString();
     }
     QString exitType() const
     {
         QFile preferences(profile() + QStringLiteral("/Default/Preferences"));
         preferences.open(QIODevice::ReadOnly);
-        return QJsonDocument::fromJson(preferences.readAll()).object().value("profile").toObject().value("exit_type").toString();
+        return QJsonDocument::fromJson(preferences.readAll())
+            .object()
+            .value("profile")
+            .toObject()
+            .value("exit_type")
+            .toString();
     }
 
 private:
-    QString path(const char* sub) const { return m_home.path() + QLatin1Char('/') + QLatin1String(sub); }
+    QString path(const char* sub) const
+    {
+        return m_home.path() + QLatin1Char('/') + QLatin1String(sub);
+    }
     void write(const char* sub, const QByteArray& content)
     {
         QFile file(path(sub));
@@ -113,36 +132,44 @@ private:
 QStringList pageUrls(RemoteConnection& cdp)
 {
     QStringList urls;
-    for (const QJsonValue& target : cdp.call(QStringLiteral("Target.getTargets")).value("targetInfos").toArray()) {
+    for (const QJsonValue& target :
+         cdp.call(QStringLiteral("Target.getTargets")).value("targetInfos").toArray()) {
         if (target[QStringLiteral("type")] == QLatin1String("page"))
-            urls << target[QStringLiteral("url")].toString() + QLatin1Char(' ') + target[QStringLiteral("title")].toString();
+            urls << target[QStringLiteral("url")].toString() + QLatin1Char(' ') +
+                        target[QStringLiteral("title")].toString();
     }
     return urls;
 }
 
 bool processGone(qint64 pid)
 {
-    return pumpUntil([pid] { return pid > 0 && !QFile::exists(QStringLiteral("/proc/%1").arg(pid)); }, 30000);
+    return pumpUntil(
+        [pid] { return pid > 0 && !QFile::exists(QStringLiteral("/proc/%1").arg(pid)); }, 30000);
 }
 
 TEST(BarProcessBrowser, TermClosesTheBrowserCleanlyAKillLosesNoTabsAndTheTabsComeBack)
 {
     if (QStandardPaths::findExecutable(QStringLiteral("chromium")).isEmpty())
         GTEST_SKIP() << "chromium is not installed";
-    HttpServer server({{"/a.html", "<title>Tab A</title><p>a</p>"}, {"/b.html", "<title>Tab B</title><p>b</p>"}});
-    const QStringList tabs = {server.url("/a.html") + QStringLiteral(" Tab A"), server.url("/b.html") + QStringLiteral(" Tab B")};
+    HttpServer server(
+        {{"/a.html", "<title>Tab A</title><p>a</p>"}, {"/b.html", "<title>Tab B</title><p>b</p>"}});
+    const QStringList tabs = {server.url("/a.html") + QStringLiteral(" Tab A"),
+                              server.url("/b.html") + QStringLiteral(" Tab B")};
     RealBar bar;
     bar.start();
     {
         auto browser = bar.attach();
         ASSERT_TRUE(browser);
         for (const QString& tab : tabs)
-            browser->connection().call(QStringLiteral("Target.createTarget"), {{"url", tab.section(QLatin1Char(' '), 0, 0)}});
+            browser->connection().call(QStringLiteral("Target.createTarget"),
+                                       {{"url", tab.section(QLatin1Char(' '), 0, 0)}});
         // The user has seen both pages.
-        ASSERT_TRUE(pumpUntil([&] {
-            const QStringList shown = pageUrls(browser->connection());
-            return shown.contains(tabs[0]) && shown.contains(tabs[1]);
-        }, 10000));
+        ASSERT_TRUE(pumpUntil(
+            [&] {
+                const QStringList shown = pageUrls(browser->connection());
+                return shown.contains(tabs[0]) && shown.contains(tabs[1]);
+            },
+            10000));
     }
     const qint64 firstBrowser = bar.browserPid();
     ASSERT_TRUE(bar.end(SIGTERM));
@@ -153,10 +180,13 @@ TEST(BarProcessBrowser, TermClosesTheBrowserCleanlyAKillLosesNoTabsAndTheTabsCom
         bar.start();
         auto browser = bar.attach();
         ASSERT_TRUE(browser) << after;
-        EXPECT_TRUE(pumpUntil([&] {
-            const QStringList urls = pageUrls(browser->connection());
-            return urls.contains(tabs[0]) && urls.contains(tabs[1]);
-        }, 15000)) << "after " << after << ": " << pageUrls(browser->connection()).join(' ').toStdString();
+        EXPECT_TRUE(pumpUntil(
+            [&] {
+                const QStringList urls = pageUrls(browser->connection());
+                return urls.contains(tabs[0]) && urls.contains(tabs[1]);
+            },
+            15000))
+            << "after " << after << ": " << pageUrls(browser->connection()).join(' ').toStdString();
         browser.reset();
         const qint64 browserPid = bar.browserPid();
         // The program killed: its browser sees the pipe close and quits as its own Quit does.

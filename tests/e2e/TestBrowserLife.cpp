@@ -1,12 +1,12 @@
 // The browser's life beside the bar: gone and started again for the next shortcut, closed
 // cleanly on Exit, its tabs back at the next start; and a browser that cannot run is said once.
-#include "BrowserTracking.h"
 #include "BarFixture.h"
 #include "BidiShell.h"
+#include "BrowserTracking.h"
 #include "CdpShell.h"
 #include "ChromiumProcess.h"
-#include "FirefoxProcess.h"
 #include "DesktopShell.h"
+#include "FirefoxProcess.h"
 #include "ScriptExecutable.h"
 #include "ShortcutCommands.h"
 
@@ -32,7 +32,8 @@ protected:
     {
         BarFixture::SetUp();
         // Addresses the logic opens go to the desktop's opener, which goes to the followed browser.
-        desktop.setAddressOpener([this](const QString& address) { driver->openAddress(address); }, f.boxes);
+        desktop.setAddressOpener([this](const QString& address) { driver->openAddress(address); },
+                                 f.boxes);
         f.shell.onOpen = [this](const QString& address) { desktop.OpenAddress(address); };
     }
     QStringList pageUrls()
@@ -97,13 +98,16 @@ TEST_P(TestBrowserLife, AShortcutOpenedAfterTheBrowserDiedStartsItAgainAndItIsFo
     ASSERT_TRUE(driver->isConnected());
     EXPECT_NE(driver->browserProcessId(), first);
     std::shared_ptr<ScriptWindow> page;
-    ASSERT_TRUE(waitFor([&] { return (page = windowShowing(draw)) != nullptr; })) << pageUrls().join(' ').toStdString();
+    ASSERT_TRUE(waitFor([&] { return (page = windowShowing(draw)) != nullptr; }))
+        << pageUrls().join(' ').toStdString();
     EXPECT_TRUE(waitFor([&] { return fieldValue(page, "fname") == QLatin1String("Ann"); }));
     // Followed as at start-up: typing is remembered, a click is a visit.
     click(page, "[name=mail]");
     type(page, QStringLiteral("ann@example.org"));
     tab(page);
-    EXPECT_TRUE(waitFor([&] { return form->valueStore().GetValue(draw, "mail", "") == QLatin1String("ann@example.org"); }));
+    EXPECT_TRUE(waitFor([&] {
+        return form->valueStore().GetValue(draw, "mail", "") == QLatin1String("ann@example.org");
+    }));
     EXPECT_TRUE(waitFor([&] { return form->siteFiles().LastVisitDate(draw).has_value(); }));
     expectNoErrorBox();
 }
@@ -135,13 +139,17 @@ TEST_P(TestBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn
     using Shell = std::pair<std::unique_ptr<ShellWindowList>, std::function<void(const QString&)>>;
     const auto over = [](auto shell) {
         auto* opener = shell.get();
-        return Shell{std::move(shell), [opener](const QString& address) { opener->OpenAddress(address); }};
+        return Shell{std::move(shell),
+                     [opener](const QString& address) { opener->OpenAddress(address); }};
     };
     const auto starting = [&](const QString& executable) {
         return [&, executable] {
             if (onFirefox())
-                return over(std::make_unique<BidiShell>([this, executable] { return FirefoxProcess::start(executable, profile.path()); }));
-            return over(std::make_unique<CdpShell>([this, executable] { return ChromiumProcess::start(executable, profile.path()); }));
+                return over(std::make_unique<BidiShell>([this, executable] {
+                    return FirefoxProcess::start(executable, profile.path());
+                }));
+            return over(std::make_unique<CdpShell>(
+                [this, executable] { return ChromiumProcess::start(executable, profile.path()); }));
         };
     };
     struct Case
@@ -150,14 +158,17 @@ TEST_P(TestBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn
         std::function<Shell()> shell;
         const char* says;
     } cases[] = {
-        {"missing", starting(bin.path() + QStringLiteral("/no-such-browser")), "could not be started"},
+        {"missing", starting(bin.path() + QStringLiteral("/no-such-browser")),
+         "could not be started"},
         {"ends at once", starting(endsAtOnce), "ended as soon as it started (exit code 3)"},
         // The user's own browser, attached to, has gone: nothing is started in its place.
         {"attached, gone",
          [&] {
              if (onFirefox())
-                 return over(std::make_unique<BidiShell>([] { return FirefoxProcess::attach(QStringLiteral("ws://127.0.0.1:1")); }));
-             return over(std::make_unique<CdpShell>([] { return ChromiumProcess::attach(QStringLiteral("http://127.0.0.1:1")); }));
+                 return over(std::make_unique<BidiShell>(
+                     [] { return FirefoxProcess::attach(QStringLiteral("ws://127.0.0.1:1")); }));
+             return over(std::make_unique<CdpShell>(
+                 [] { return ChromiumProcess::attach(QStringLiteral("http://127.0.0.1:1")); }));
          },
          "127.0.0.1:1"},
     };
@@ -165,8 +176,9 @@ TEST_P(TestBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn
         stopBar();
         auto [shell, opener] = c.shell();
         desktop.setAddressOpener(opener, f.boxes);
-        form = std::make_unique<frmMain>(frmMain::Services{f.shell, f.settings, f.boxes, clock, f.ini, *shell, pump,
-                                                           f.metrics, f.editor, f.profilesEditor, f.docking});
+        form = std::make_unique<frmMain>(frmMain::Services{f.shell, f.settings, f.boxes, clock,
+                                                           f.ini, *shell, pump, f.metrics, f.editor,
+                                                           f.profilesEditor, f.docking});
         f.boxes.shown.clear();
         form->Form_Load();
         for (int attempt = 1; attempt <= 2; ++attempt) {
@@ -174,7 +186,8 @@ TEST_P(TestBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn
             waitFor([] { return false; }, 200);
             ASSERT_EQ(f.boxes.shown.size(), static_cast<size_t>(attempt)) << c.name;
             const QString text = f.boxes.shown.back().text;
-            EXPECT_TRUE(text.contains(server->url("/draw.html")) && text.contains(QLatin1String(c.says)))
+            EXPECT_TRUE(text.contains(server->url("/draw.html")) &&
+                        text.contains(QLatin1String(c.says)))
                 << c.name << ": " << text.toStdString();
         }
         // The bar's own work goes on.

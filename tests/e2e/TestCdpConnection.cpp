@@ -1,10 +1,10 @@
 // The DevTools connection against a real headless Chromium: pipe and WebSocket, answers,
 // errors, time-outs, events in order on the user-interface thread, a browser that dies.
 #include "AppError.h"
-#include "RemoteConnection.h"
-#include "RemoteTransport.h"
 #include "ChromiumProcess.h"
 #include "PumpUntil.h"
+#include "RemoteConnection.h"
+#include "RemoteTransport.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -52,7 +52,8 @@ TEST_F(TestRemoteConnection, PipeAnswersCallsAndDeliversEventsInOrderAfterwards)
     auto browser = ChromiumProcess::start(chromium(), profile.path(), Headless);
     RemoteConnection& cdp = browser->connection();
     const QJsonObject version = cdp.call(QStringLiteral("Browser.getVersion"));
-    EXPECT_TRUE(version.value("product").toString().contains("Chrome/")) << version.value("product").toString().toStdString();
+    EXPECT_TRUE(version.value("product").toString().contains("Chrome/"))
+        << version.value("product").toString().toStdString();
 
     std::vector<QString> methods;
     std::vector<bool> onMainThread;
@@ -78,7 +79,8 @@ TEST_F(TestRemoteConnection, PipeAnswersCallsAndDeliversEventsInOrderAfterwards)
         FAIL() << "no error";
     } catch (const AppError& error) {
         EXPECT_EQ(error.number(), ErrorNumber::BrowserCall);
-        EXPECT_TRUE(error.description().contains("No.suchMethod")) << error.description().toStdString();
+        EXPECT_TRUE(error.description().contains("No.suchMethod"))
+            << error.description().toStdString();
     }
 
     // The browser dies: every later call fails at once instead of waiting.
@@ -107,7 +109,8 @@ TEST_F(TestRemoteConnection, WebSocketToABrowserOnALoopbackPort)
     const QString port = QString::fromLatin1(file.readLine()).trimmed();
     {
         auto attached = ChromiumProcess::attach(QStringLiteral("http://127.0.0.1:") + port);
-        EXPECT_TRUE(attached->connection().call(QStringLiteral("Browser.getVersion")).contains("product"));
+        EXPECT_TRUE(
+            attached->connection().call(QStringLiteral("Browser.getVersion")).contains("product"));
     }
     EXPECT_THROW(ChromiumProcess::attach(QStringLiteral("http://127.0.0.1:1")), AppError);
     browser.kill();
@@ -153,7 +156,8 @@ public:
     void answer(qint64 id)
     {
         QMetaObject::invokeMethod(this, [this, id] {
-            Q_EMIT received(QJsonDocument(QJsonObject{{"id", id}, {"result", QJsonObject{}}}).toJson());
+            Q_EMIT received(
+                QJsonDocument(QJsonObject{{"id", id}, {"result", QJsonObject{}}}).toJson());
         });
     }
 
@@ -177,12 +181,18 @@ TEST(RemoteConnectionTimeout, APageThatDidNotAnswerIsNotWaitedForAgainUntilItAns
         QString otherSession;
     } cases[] = {
         {"DevTools", "Runtime.evaluate", {}, {}, "page", "frame"},
-        {"BiDi", "script.evaluate", {{"target", QJsonObject{{"realm", "r1"}}}}, {{"target", QJsonObject{{"realm", "r2"}}}}, {}, {}},
+        {"BiDi",
+         "script.evaluate",
+         {{"target", QJsonObject{{"realm", "r1"}}}},
+         {{"target", QJsonObject{{"realm", "r2"}}}},
+         {},
+         {}},
     };
     for (const Case& c : cases) {
         HeldTransport* transport = nullptr;
         RemoteConnection connection([&] { return transport = new HeldTransport; }, 200);
-        const auto outcome = [&](const QString& method, const QJsonObject& params, const QString& session) {
+        const auto outcome = [&](const QString& method, const QJsonObject& params,
+                                 const QString& session) {
             try {
                 connection.call(method, params, session);
                 return QStringLiteral("answered");
@@ -197,15 +207,20 @@ TEST(RemoteConnectionTimeout, APageThatDidNotAnswerIsNotWaitedForAgainUntilItAns
         EXPECT_EQ(transport->sent().size(), 1) << c.protocol << ": the busy page was asked again";
         EXPECT_EQ(outcome(c.method, c.other, c.otherSession), late) << c.protocol;
         EXPECT_EQ(transport->sent().size(), 2) << c.protocol << ": another page was not asked";
-        EXPECT_EQ(outcome(QStringLiteral("Target.getTargets"), c.busy, c.busySession), QStringLiteral("The browser did not answer Target.getTargets in time."))
+        EXPECT_EQ(outcome(QStringLiteral("Target.getTargets"), c.busy, c.busySession),
+                  QStringLiteral("The browser did not answer Target.getTargets in time."))
             << c.protocol;
-        EXPECT_EQ(transport->sent().size(), 3) << c.protocol << ": the browser's own call was not made";
+        EXPECT_EQ(transport->sent().size(), 3)
+            << c.protocol << ": the browser's own call was not made";
 
         transport->answer(firstCall);
-        ASSERT_TRUE(pumpUntil([&] {
-            outcome(c.method, c.busy, c.busySession);
-            return transport->sent().size() > 3;
-        }, 3000)) << c.protocol << ": the page that answered is still not asked";
+        ASSERT_TRUE(pumpUntil(
+            [&] {
+                outcome(c.method, c.busy, c.busySession);
+                return transport->sent().size() > 3;
+            },
+            3000))
+            << c.protocol << ": the page that answered is still not asked";
     }
 }
 
@@ -243,9 +258,12 @@ TEST(RemoteConnectionBlocking, CallsIntoABlockedPageFailAtOnceUntilItIsLetGo)
 
     cdp.setTimeout(200);
     const QString unanswered = QStringLiteral("did not answer");
-    EXPECT_TRUE(failure(QStringLiteral("Page.bringToFront"), QStringLiteral("page")).contains(unanswered));
-    EXPECT_TRUE(failure(QStringLiteral("Runtime.evaluate"), QStringLiteral("other")).contains(unanswered));
+    EXPECT_TRUE(
+        failure(QStringLiteral("Page.bringToFront"), QStringLiteral("page")).contains(unanswered));
+    EXPECT_TRUE(
+        failure(QStringLiteral("Runtime.evaluate"), QStringLiteral("other")).contains(unanswered));
     cdp.unblockSessions({QStringLiteral("page"), QStringLiteral("frame")});
-    EXPECT_TRUE(failure(QStringLiteral("Runtime.evaluate"), QStringLiteral("page")).contains(unanswered));
+    EXPECT_TRUE(
+        failure(QStringLiteral("Runtime.evaluate"), QStringLiteral("page")).contains(unanswered));
 }
 } // namespace

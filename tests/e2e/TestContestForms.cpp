@@ -59,7 +59,8 @@ const QByteArray EntryB =
 </form></body></html>)";
 
 // Captions in table cells, no labels, in French; a site's own value for one of them.
-const QByteArray French = R"(<!doctype html><html lang=fr><head><meta charset="utf-8"><title>Grand jeu concours</title></head><body>
+const QByteArray French =
+    R"(<!doctype html><html lang=fr><head><meta charset="utf-8"><title>Grand jeu concours</title></head><body>
 <form><table>
 <tr><td>Prénom</td><td><input name="champ1"></td></tr>
 <tr><td>Nom</td><td><input name="champ2"></td></tr>
@@ -104,7 +105,8 @@ class TestContestForms : public BarFixture
 protected:
     QMap<QString, QByteArray> pages() const override
     {
-        return {{"/a.html", EntryA}, {"/fr.html", French},
+        return {{"/a.html", EntryA},
+                {"/fr.html", French},
                 {"/b.html", EntryB},
                 {"/twins.html", Twins},
                 {"/plant.html", Planter}};

@@ -61,8 +61,10 @@ TEST_P(TestFormMemory, EveryKindOfFieldIsRememberedAndFilled)
               QStringLiteral("True"));
     EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "comments"),
               QStringLiteral("line one<VBLF>line two"));
-    EXPECT_EQ(form->siteFiles().SiteFilePath(site), f.dataFile(form->siteFiles().URL2INIFile(site)));
-    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "fname"), QStringLiteral("Ann"));
+    EXPECT_EQ(form->siteFiles().SiteFilePath(site),
+              f.dataFile(form->siteFiles().URL2INIFile(site)));
+    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "fname"),
+              QStringLiteral("Ann"));
     EXPECT_EQ(stored("zAny.ini", "Any", "fname"), QStringLiteral("Ann"));
     EXPECT_EQ(form->siteFiles().GetTotalVisits(site), 1);
     form->valueStore().SetValue(server->url("/c.html", true), "state", "NY");
@@ -84,7 +86,8 @@ TEST_P(TestFormMemory, AFramesetIsFilledFrameByFrameOutOfProcessFramesIncluded)
     auto page = open(server->url("/frames.html"));
     // The other site's frame runs in a process of its own in Chromium: read it there.
     const auto frameValue = [&](int index) {
-        return driver->evaluateInFrame(*page, index, "document.querySelector('[name=fname]').value").toString();
+        return driver->evaluateInFrame(*page, index, "document.querySelector('[name=fname]').value")
+            .toString();
     };
     EXPECT_TRUE(waitFor([&] { return frameValue(0) == QLatin1String("Same site"); }))
         << frameValue(0).toStdString();

@@ -40,7 +40,8 @@ function Entry() {
 ReactDOM.createRoot(document.getElementById('root')).render(h(Entry));
 </script>)" + Counting + "</body></html>";
 
-const QByteArray VuePage = R"(<html><head><title>Vue contest</title><script src="/vue.js"></script></head>
+const QByteArray VuePage =
+    R"(<html><head><title>Vue contest</title><script src="/vue.js"></script></head>
 <body><div id=app><form @submit.prevent="send">
 <input name=fname v-model="fname"><input type=email name=email v-model="email">
 <select name=state v-model="state"><option value="">Choose</option><option value=CA>CA</option>
@@ -51,7 +52,8 @@ const QByteArray VuePage = R"(<html><head><title>Vue contest</title><script src=
 <script>Vue.createApp({
   data: () => ({fname: '', email: '', state: '', optin: false, size: '', why: '', ticket: ''}),
   methods: { send() { window.submitted = JSON.parse(JSON.stringify(this.$data)); } },
-}).mount('#app');</script>)" + Counting + "</body></html>";
+}).mount('#app');</script>)" +
+    Counting + "</body></html>";
 
 class TestFrameworkForms : public BarFixture
 {
@@ -70,8 +72,8 @@ TEST_P(TestFrameworkForms, WhatTheBarFillsIsWhatThePageSubmits)
 {
     const QString elsewhere = server->url("/elsewhere");
     const std::pair<const char*, const char*> remembered[] = {
-        {"fname", "Ann"}, {"email", "ann@example.org"}, {"state", "NY"},
-        {"optin_yes", "True"}, {"size_M", "True"}, {"why", "Because\nI ride"}};
+        {"fname", "Ann"},      {"email", "ann@example.org"}, {"state", "NY"},
+        {"optin_yes", "True"}, {"size_M", "True"},           {"why", "Because\nI ride"}};
     for (const auto& [key, value] : remembered)
         form->valueStore().SetValue(elsewhere, QLatin1String(key), QString::fromUtf8(value));
     const QByteArray anyBefore = [&] {
@@ -80,13 +82,20 @@ TEST_P(TestFrameworkForms, WhatTheBarFillsIsWhatThePageSubmits)
     }();
 
     // Each page has a field of its own that the user types into.
-    for (const auto& [path, own] : {std::pair{"/react.html", "code"}, std::pair{"/vue.html", "ticket"}}) {
+    for (const auto& [path, own] :
+         {std::pair{"/react.html", "code"}, std::pair{"/vue.html", "ticket"}}) {
         SCOPED_TRACE(path);
         const QString site = server->url(QLatin1String(path));
         auto page = open(site);
-        ASSERT_TRUE(waitFor([&] { return fieldValue(page, "why") == QLatin1String("Because\nI ride"); }, 5000))
-            << evaluate(page, "JSON.stringify([document.readyState, [...document.querySelectorAll('input,textarea,select')].map((f) => f.name + '=' + f.value), window.counts])").toString().toStdString()
-            << " held " << heldUrls(page).join(' ').toStdString() << " last fill " << form->formFill().LastFillURL().toStdString();
+        ASSERT_TRUE(waitFor(
+            [&] { return fieldValue(page, "why") == QLatin1String("Because\nI ride"); }, 5000))
+            << evaluate(page, "JSON.stringify([document.readyState, "
+                              "[...document.querySelectorAll('input,textarea,select')].map((f) => "
+                              "f.name + '=' + f.value), window.counts])")
+                   .toString()
+                   .toStdString()
+            << " held " << heldUrls(page).join(' ').toStdString() << " last fill "
+            << form->formFill().LastFillURL().toStdString();
 
         // The user adds a code of their own and sends the form with a real click.
         click(page, QStringLiteral("[name=%1]").arg(QLatin1String(own)));
@@ -107,14 +116,16 @@ TEST_P(TestFrameworkForms, WhatTheBarFillsIsWhatThePageSubmits)
         const QJsonObject counts = evaluate(page, "window.counts").toObject();
         for (const char* name : {"fname", "email", "state", "optin", "why"}) {
             for (const char* kind : {"input", "change"})
-                EXPECT_EQ(counts.value(QStringLiteral("%1 %2").arg(name, kind)).toInt(), 1) << name << " " << kind;
+                EXPECT_EQ(counts.value(QStringLiteral("%1 %2").arg(name, kind)).toInt(), 1)
+                    << name << " " << kind;
         }
         EXPECT_EQ(counts.value("size input").toInt(), 1);
         EXPECT_EQ(counts.value("size change").toInt(), 1);
 
         // The files hold what the user typed, nothing the fill wrote.
         ASSERT_TRUE(waitFor([&] {
-            return stored(form->siteFiles().URL2INIFile(site), site, QLatin1String(own)) == QLatin1String("WIN-42");
+            return stored(form->siteFiles().URL2INIFile(site), site, QLatin1String(own)) ==
+                   QLatin1String("WIN-42");
         }));
         QFile siteFile(form->siteFiles().SiteFilePath(site));
         ASSERT_TRUE(siteFile.open(QIODevice::ReadOnly));
@@ -125,7 +136,10 @@ TEST_P(TestFrameworkForms, WhatTheBarFillsIsWhatThePageSubmits)
     QFile any(form->valueStore().anyFile());
     ASSERT_TRUE(any.open(QIODevice::ReadOnly));
     // And the meaning of the fields they were typed in: none.
-    EXPECT_EQ(any.readAll(), anyBefore + "code=WIN-42\r\nticket=WIN-42\r\n[Field Meanings]\r\ncode=none\r\nticket=none\r\n");
+    EXPECT_EQ(
+        any.readAll(),
+        anyBefore +
+            "code=WIN-42\r\nticket=WIN-42\r\n[Field Meanings]\r\ncode=none\r\nticket=none\r\n");
     expectNoErrorBox();
 }
 ON_BOTH_BROWSERS(TestFrameworkForms);

@@ -32,13 +32,15 @@ setInterval(() => {
 }, 1);</script></body></html>)";
 
 // The DOM never rests: nodes come and go every millisecond, and a new field every 50 ms.
-const QByteArray Storm = R"(<html><body><form><input id=steady name=steady></form><div id=churn></div>
+const QByteArray Storm =
+    R"(<html><body><form><input id=steady name=steady></form><div id=churn></div>
 <script>let n = 0; setInterval(() => { churn.replaceChildren(...Array.from({length: 50}, () => document.createElement('div'))); }, 1);
 setInterval(() => { const f = document.createElement('input'); f.name = 'extra' + (++n % 5); churn.after(f); }, 50);</script>
 </body></html>)";
 
 // Thousands of web components, each with a field in its open shadow root.
-const QByteArray ShadowCrowd = R"(<html><body><input id=first name=first><div id=crowd></div><script>
+const QByteArray ShadowCrowd =
+    R"(<html><body><input id=first name=first><div id=crowd></div><script>
 customElements.define('x-field', class extends HTMLElement { connectedCallback() {
   this.attachShadow({mode: 'open'}).innerHTML = '<span><input name=crowd></span>'; } });
 crowd.innerHTML = '<x-field></x-field>'.repeat(3000);</script></body></html>)";
@@ -73,14 +75,10 @@ class TestHostilePages : public BarFixture
 protected:
     QMap<QString, QByteArray> pages() const override
     {
-        return {{"/awkward.html", AwkwardNames},
-                {"/awkward-again.html", AwkwardNames},
-                {"/moving.html", MovingFocus},
-                {"/flood.html", Flood},
-                {"/storm.html", Storm},
-                {"/crowd.html", ShadowCrowd},
-                {"/nested.html", Nested},
-                {"/loop.html", DialogLoop},
+        return {{"/awkward.html", AwkwardNames}, {"/awkward-again.html", AwkwardNames},
+                {"/moving.html", MovingFocus},   {"/flood.html", Flood},
+                {"/storm.html", Storm},          {"/crowd.html", ShadowCrowd},
+                {"/nested.html", Nested},        {"/loop.html", DialogLoop},
                 {"/labels.html", HeavyLabels}};
     }
     QString remembered(const QString& site, const QString& key)
@@ -98,8 +96,8 @@ protected:
         type(page, text);
     }
     // The user types into a field of a busy page and leaves it: is it remembered?
-    bool typedIsRemembered(const std::shared_ptr<ScriptWindow>& page, const QString& site, const char* id,
-                           const QString& text)
+    bool typedIsRemembered(const std::shared_ptr<ScriptWindow>& page, const QString& site,
+                           const char* id, const QString& text)
     {
         typeInto(page, id, text);
         tab(page);
@@ -187,7 +185,8 @@ TEST_P(TestHostilePages, AMutationStormIsFollowedWithoutFloodingTheBar)
     EXPECT_TRUE(typedIsRemembered(page, site, "steady", "calm"));
     // Every field the page added was filled once: those holding the value were never emptied.
     const int filled = evaluate(page, "[...document.querySelectorAll('[name=extra1]')]"
-                                      ".filter((f) => f.value === 'filled once').length").toInt();
+                                      ".filter((f) => f.value === 'filled once').length")
+                           .toInt();
     const int all = evaluate(page, "document.querySelectorAll('[name=extra1]').length").toInt();
     EXPECT_GE(filled, all - 2) << filled << " of " << all; // the newest may still be on its way
     EXPECT_GT(all, 3);
@@ -204,17 +203,26 @@ TEST_P(TestHostilePages, ThousandsOfShadowRootsAndFramesAsDeepAsTheBrowserNestsT
     form->valueStore().SetValue(server->url("/elsewhere"), "depth", "deep");
     auto crowd = open(server->url("/crowd.html"));
     EXPECT_EQ(evaluate(crowd, "[...document.querySelectorAll('x-field')].filter((x) => "
-                              "x.shadowRoot.querySelector('input').value === 'everyone').length").toInt(), 3000);
+                              "x.shadowRoot.querySelector('input').value === 'everyone').length")
+                  .toInt(),
+              3000);
     // Firefox loads no frame more than nine below the page.
     const int depth = onFirefox() ? 9 : 20;
     auto nested = open(server->url(QStringLiteral("/nested.html?d=%1").arg(depth)));
     QString deepest = QStringLiteral("document");
     for (int level = depth; level > 0; --level)
         deepest += QStringLiteral(".querySelector('iframe').contentDocument");
-    EXPECT_TRUE(waitFor([&] { return evaluate(nested, deepest + ".getElementById('d0').value") == QLatin1String("deep"); }, 10000));
+    EXPECT_TRUE(waitFor(
+        [&] {
+            return evaluate(nested, deepest + ".getElementById('d0').value") ==
+                   QLatin1String("deep");
+        },
+        10000));
     typeInto(crowd, "first", "still here");
     tab(crowd);
-    EXPECT_TRUE(waitFor([&] { return remembered(server->url("/crowd.html"), "first") == QLatin1String("still here"); }));
+    EXPECT_TRUE(waitFor([&] {
+        return remembered(server->url("/crowd.html"), "first") == QLatin1String("still here");
+    }));
     expectNoErrorBox();
 }
 
@@ -228,18 +236,21 @@ TEST_P(TestHostilePages, APageThatShowsDialogsOverAndOverStopsNothingElse)
     auto loop = asPage(windows().last());
     // The user dismisses ten of them; the page shows the next at once.
     for (int i = 0; i < 10; ++i) {
-        waitFor([&] {
-            try {
-                driver->acceptDialog(*loop);
-                return true;
-            } catch (const AppError&) {
-                return false;
-            }
-        }, 3000);
+        waitFor(
+            [&] {
+                try {
+                    driver->acceptDialog(*loop);
+                    return true;
+                } catch (const AppError&) {
+                    return false;
+                }
+            },
+            3000);
     }
     typeInto(page, "notes", "typed beside the loop");
     tab(page);
-    EXPECT_TRUE(waitFor([&] { return remembered(site, "notes") == QLatin1String("typed beside the loop"); }));
+    EXPECT_TRUE(waitFor(
+        [&] { return remembered(site, "notes") == QLatin1String("typed beside the loop"); }));
     expectNoErrorBox();
 }
 } // namespace
@@ -255,11 +266,15 @@ TEST_P(TestHostilePages, HeavyLabelsAndNamesInAnyScriptAreReadWithinBounds)
     EXPECT_EQ(fieldValue(page, "heavy"), QString());
     EXPECT_EQ(fieldValue(page, "captioned"), QString());
     for (const char* name : {"имя", "名前", "الاسم", "🎁"}) {
-        clickOn(page, QStringLiteral("document.querySelector('[name=\"%1\"]')").arg(QString::fromUtf8(name)));
+        clickOn(
+            page,
+            QStringLiteral("document.querySelector('[name=\"%1\"]')").arg(QString::fromUtf8(name)));
         type(page, QStringLiteral("typed ") + QString::fromUtf8(name));
         tab(page);
-        EXPECT_TRUE(waitFor([&] { return remembered(site, QString::fromUtf8(name)) == QStringLiteral("typed ") + QString::fromUtf8(name); }))
-            << name;
+        EXPECT_TRUE(waitFor([&] {
+            return remembered(site, QString::fromUtf8(name)) ==
+                   QStringLiteral("typed ") + QString::fromUtf8(name);
+        })) << name;
     }
     expectNoErrorBox();
 }

@@ -20,10 +20,12 @@ const QByteArray LateAd = R"(<html><head><title>Win a bike</title></head><body>
 <script>setTimeout(() => { const ad = document.createElement('iframe');
   ad.src = 'http://localhost:' + location.port + '/ad.html'; document.body.append(ad); }, 2000);</script>
 </body></html>)";
-const QByteArray Ad = R"(<html><head><title>Ad</title></head><body><input name=fname></body></html>)";
+const QByteArray Ad =
+    R"(<html><head><title>Ad</title></head><body><input name=fname></body></html>)";
 
 // A contest widget that renders its form a second after the load.
-const QByteArray Widget = R"(<html><head><title>Widget</title></head><body><div id=slot>Loading...</div>
+const QByteArray Widget =
+    R"(<html><head><title>Widget</title></head><body><div id=slot>Loading...</div>
 <script>addEventListener('load', () => setTimeout(() => { slot.innerHTML =
   '<form><input name=fname><input type=email name=email><select name=state><option value=CA>CA' +
   '<option value=NY>NY</select><textarea name=why></textarea></form>'; }, 1000));</script></body></html>)";
@@ -84,13 +86,19 @@ class TestTodaysPages : public BarFixture
 protected:
     QMap<QString, QByteArray> pages() const override
     {
-        return {{"/signup.html", SignUp},        {"/signup-again.html", SignUp},
-                {"/late-ad.html", LateAd},       {"/ad.html", Ad},
-                {"/widget.html", Widget},        {"/spa.html", SinglePage},
-                {"/components.html", Components}, {"/components-again.html", Components},
-                {"/alert-load.html", AlertOnLoad}, {"/alert-typing.html", AlertWhileTyping},
+        return {{"/signup.html", SignUp},
+                {"/signup-again.html", SignUp},
+                {"/late-ad.html", LateAd},
+                {"/ad.html", Ad},
+                {"/widget.html", Widget},
+                {"/spa.html", SinglePage},
+                {"/components.html", Components},
+                {"/components-again.html", Components},
+                {"/alert-load.html", AlertOnLoad},
+                {"/alert-typing.html", AlertWhileTyping},
                 {"/hydrating.html", Hydrating},
-                {"/front-tab.html", titled("Front tab")}, {"/background-tab.html", titled("Background tab")},
+                {"/front-tab.html", titled("Front tab")},
+                {"/background-tab.html", titled("Background tab")},
                 {"/untitled.html", QByteArray("<html><body>no title</body></html>")}};
     }
     QString any(const char* key) { return stored("zAny.ini", "Any", QLatin1String(key)); }
@@ -109,10 +117,7 @@ protected:
             return true;
         }
     }
-    void acceptDialog(const std::shared_ptr<ScriptWindow>& page)
-    {
-        driver->acceptDialog(*page);
-    }
+    void acceptDialog(const std::shared_ptr<ScriptWindow>& page) { driver->acceptDialog(*page); }
     // Opens a page without waiting for it to complete (a dialog may hold it up).
     std::shared_ptr<ScriptWindow> openNoWait(const QString& url)
     {
@@ -138,7 +143,8 @@ TEST_P(TestTodaysPages, EmailPhoneAndOtherHtml5FieldsAreRememberedAndFilled)
     tab(page);
     type(page, "42");
     tab(page);
-    ASSERT_TRUE(waitFor([&] { return any("age") == QLatin1String("42"); })) << any("age").toStdString();
+    ASSERT_TRUE(waitFor([&] { return any("age") == QLatin1String("42"); }))
+        << any("age").toStdString();
     EXPECT_EQ(any("email"), QStringLiteral("ann@example.org"));
     EXPECT_EQ(any("phone"), QStringLiteral("+1 555 0100"));
     EXPECT_EQ(siteValue(site, "email"), QStringLiteral("ann@example.org"));
@@ -165,7 +171,8 @@ TEST_P(TestTodaysPages, AnAdFrameLoadingLateLeavesTheMainFormFollowed)
     const QString site = server->url("/late-ad.html");
     auto page = open(site);
     const QString ad = server->url("/ad.html", true);
-    ASSERT_TRUE(waitFor([&] { return heldUrls(page).contains(ad); }, 8000)) << heldUrls(page).join(' ').toStdString();
+    ASSERT_TRUE(waitFor([&] { return heldUrls(page).contains(ad); }, 8000))
+        << heldUrls(page).join(' ').toStdString();
     EXPECT_EQ(heldUrls(page).first(), site);
 
     click(page, "[name=fname]");
@@ -173,7 +180,8 @@ TEST_P(TestTodaysPages, AnAdFrameLoadingLateLeavesTheMainFormFollowed)
     tab(page);
     type(page, "ann@example.org");
     click(page, "[name=fname]");
-    EXPECT_TRUE(waitFor([&] { return siteValue(site, "email") == QLatin1String("ann@example.org"); }));
+    EXPECT_TRUE(
+        waitFor([&] { return siteValue(site, "email") == QLatin1String("ann@example.org"); }));
     EXPECT_EQ(siteValue(site, "fname"), QStringLiteral("Ann"));
     EXPECT_EQ(any("fname"), QStringLiteral("Ann"));
     expectNoErrorBox();
@@ -187,7 +195,8 @@ TEST_P(TestTodaysPages, AFormRenderedAfterTheLoadIsFilled)
     form->valueStore().SetValue(server->url("/elsewhere"), "why", "Because\nI ride");
     const QString site = server->url("/widget.html");
     auto page = open(site);
-    ASSERT_TRUE(waitFor([&] { return fieldValue(page, "why") == QLatin1String("Because\nI ride"); }, 5000));
+    ASSERT_TRUE(
+        waitFor([&] { return fieldValue(page, "why") == QLatin1String("Because\nI ride"); }, 5000));
     EXPECT_EQ(fieldValue(page, "fname"), QStringLiteral("Ann"));
     EXPECT_EQ(fieldValue(page, "email"), QStringLiteral("ann@example.org"));
     EXPECT_EQ(fieldValue(page, "state"), QStringLiteral("NY"));
@@ -202,7 +211,8 @@ TEST_P(TestTodaysPages, ARouteChangeOfASinglePageAppIsFilledUnderItsNewAddress)
     form->valueStore().SetValue(server->url("/elsewhere"), "phone", "555 0100");
     auto page = open(server->url("/spa.html"));
     click(page, "#enter");
-    ASSERT_TRUE(waitFor([&] { return fieldValue(page, "phone") == QLatin1String("555 0100"); }, 5000));
+    ASSERT_TRUE(
+        waitFor([&] { return fieldValue(page, "phone") == QLatin1String("555 0100"); }, 5000));
     EXPECT_EQ(fieldValue(page, "fname"), QStringLiteral("Ann"));
 
     // What the user types there belongs to the new address.
@@ -232,16 +242,21 @@ TEST_P(TestTodaysPages, FieldsInOpenShadowRootsAreRememberedAndFilled)
     // A list inside the shadow root, chosen with the keyboard.
     driver->press(*page, PageDriver::Key::ArrowDown);
     tab(page);
-    ASSERT_TRUE(waitFor([&] { return any("state") == QLatin1String("NY"); })) << any("state").toStdString();
+    ASSERT_TRUE(waitFor([&] { return any("state") == QLatin1String("NY"); }))
+        << any("state").toStdString();
     EXPECT_EQ(any("fname"), QStringLiteral("Ann"));
     EXPECT_EQ(any("email"), QStringLiteral("ann@example.org"));
 
     form->valueStore().SetValue(site, "sealed", "out of reach");
     auto again = open(server->url("/components-again.html", true));
-    const auto inner = [&](const QString& path) { return evaluate(again, path + QStringLiteral(".value")).toString(); };
+    const auto inner = [&](const QString& path) {
+        return evaluate(again, path + QStringLiteral(".value")).toString();
+    };
     const QString root = QStringLiteral("document.querySelector('contest-entry').shadowRoot");
-    EXPECT_EQ(inner(root + QStringLiteral(".querySelector('[name=fname]')")), QStringLiteral("Ann"));
-    EXPECT_EQ(inner(root + QStringLiteral(".querySelector('name-part').shadowRoot.querySelector('input')")),
+    EXPECT_EQ(inner(root + QStringLiteral(".querySelector('[name=fname]')")),
+              QStringLiteral("Ann"));
+    EXPECT_EQ(inner(root + QStringLiteral(
+                               ".querySelector('name-part').shadowRoot.querySelector('input')")),
               QStringLiteral("ann@example.org"));
     EXPECT_EQ(inner(root + QStringLiteral(".querySelector('select')")), QStringLiteral("NY"));
     expectNoErrorBox();
@@ -271,7 +286,8 @@ TEST_P(TestTodaysPages, ADialogNeitherFreezesTheBarNorLosesTheFill)
     const QString typed = fieldValue(typing, "email");
     EXPECT_EQ(typed, QStringLiteral("ann@example.org"));
     click(typing, "[name=fname]");
-    EXPECT_TRUE(waitFor([&] { return siteValue(site, "email") == typed; })) << siteValue(site, "email").toStdString();
+    EXPECT_TRUE(waitFor([&] { return siteValue(site, "email") == typed; }))
+        << siteValue(site, "email").toStdString();
     expectNoErrorBox();
 }
 
@@ -281,7 +297,8 @@ TEST_P(TestTodaysPages, AFormReplacingItsInputsWhileFilledEndsUpFilled)
     form->valueStore().SetValue(server->url("/elsewhere"), "email", "ann@example.org");
     form->valueStore().SetValue(server->url("/elsewhere"), "phone", "555 0100");
     auto page = open(server->url("/hydrating.html"));
-    EXPECT_TRUE(waitFor([&] { return fieldValue(page, "email") == QLatin1String("ann@example.org"); }, 5000))
+    EXPECT_TRUE(waitFor(
+        [&] { return fieldValue(page, "email") == QLatin1String("ann@example.org"); }, 5000))
         << fieldValue(page, "email").toStdString();
     EXPECT_EQ(fieldValue(page, "fname"), QStringLiteral("Ann"));
     EXPECT_EQ(fieldValue(page, "phone"), QStringLiteral("555 0100"));

@@ -12,8 +12,8 @@ class TestFillByMeaning : public FormMemoryFixture
 {
 protected:
     std::shared_ptr<ModelElement> described(const std::shared_ptr<ModelDocument>& page,
-                                            std::shared_ptr<ModelElement> element, const char* label,
-                                            const char* type = "text")
+                                            std::shared_ptr<ModelElement> element,
+                                            const char* label, const char* type = "text")
     {
         FieldDescription description;
         description.label = QString::fromUtf8(label);
@@ -24,7 +24,9 @@ protected:
     }
     QString byMeaning(const char* key)
     {
-        return f.ini.readEntry(f.form.valueStore().anyFile(), QStringLiteral("Meaning"), QString::fromLatin1(key))
+        return f.ini
+            .readEntry(f.form.valueStore().anyFile(), QStringLiteral("Meaning"),
+                       QString::fromLatin1(key))
             .value_or(QStringLiteral("<missing>"));
     }
 };
@@ -32,15 +34,20 @@ protected:
 TEST_F(TestFillByMeaning, WhatTheDescriptionFillsByNameIsUnchanged)
 {
     f.form.valueStore().SetMeaningValue(QStringLiteral("given-name"), QStringLiteral("Ann"));
-    f.form.valueStore().SetMeaningValue(QStringLiteral("address-level1"), QStringLiteral("Illinois"));
+    f.form.valueStore().SetMeaningValue(QStringLiteral("address-level1"),
+                                        QStringLiteral("Illinois"));
     // By name on any site, by name on this site, a list's remembered position: all win.
     f.form.valueStore().SetValue(Shop, QStringLiteral("first"), QStringLiteral("Zoe"));
-    f.form.valueStore().SetValue(Draw, QStringLiteral("fn"), QStringLiteral("  "), ValueReach::SiteOnly);
-    f.form.valueStore().SetValue(Draw, QStringLiteral("st SelectedIndex"), QStringLiteral("1"), ValueReach::SiteOnly);
+    f.form.valueStore().SetValue(Draw, QStringLiteral("fn"), QStringLiteral("  "),
+                                 ValueReach::SiteOnly);
+    f.form.valueStore().SetValue(Draw, QStringLiteral("st SelectedIndex"), QStringLiteral("1"),
+                                 ValueReach::SiteOnly);
     auto draw = formPage(Draw);
     auto first = described(draw, ModelElement::input("text", "first"), "First name");
     auto blank = described(draw, ModelElement::input("text", "fn"), "First name");
-    auto region = described(draw, ModelElement::select("st", {{"", "--"}, {"NY", "New York"}, {"IL", "Illinois"}}), "State");
+    auto region = described(
+        draw, ModelElement::select("st", {{"", "--"}, {"NY", "New York"}, {"IL", "Illinois"}}),
+        "State");
     load(draw);
     EXPECT_EQ(first->value(), QStringLiteral("Zoe"));
     // A blank entry reads as none (the INI layer trims it): the meaning fills that field.
@@ -64,25 +71,53 @@ TEST(MeaningValues, RelatedMeaningsMakeWhatASiteAsksFor)
         {"given from full", {{"name", "Mary Ann Lee"}}, Meaning::GivenName, "", "Mary Ann"},
         {"family from full", {{"name", "Mary Ann Lee"}}, Meaning::FamilyName, "", "Lee"},
         {"one word is no split", {{"name", "Cher"}}, Meaning::FamilyName, "", ""},
-        {"full from parts", {{"given-name", "Ann"}, {"family-name", "Lee"}}, Meaning::FullName, "", "Ann Lee"},
-        {"own value first", {{"given-name", "Ann"}, {"name", "Mary Lee"}}, Meaning::GivenName, "", "Ann"},
+        {"full from parts",
+         {{"given-name", "Ann"}, {"family-name", "Lee"}},
+         Meaning::FullName,
+         "",
+         "Ann Lee"},
+        {"own value first",
+         {{"given-name", "Ann"}, {"name", "Mary Lee"}},
+         Meaning::GivenName,
+         "",
+         "Ann"},
         {"area code", {{"tel", "(312) 555-0123"}}, Meaning::PhoneAreaCode, "", "312"},
         {"prefix", {{"tel", "+1 312 555 0123"}}, Meaning::PhoneLocalPrefix, "", "555"},
         {"suffix", {{"tel", "312.555.0123"}}, Meaning::PhoneLocalSuffix, "", "0123"},
         {"local", {{"tel", "3125550123"}}, Meaning::PhoneLocal, "", "5550123"},
-        {"no parts of other numbers", {{"tel", "+44 20 7946 0958"}}, Meaning::PhoneAreaCode, "", ""},
+        {"no parts of other numbers",
+         {{"tel", "+44 20 7946 0958"}},
+         Meaning::PhoneAreaCode,
+         "",
+         ""},
         {"country code", {{"tel", "+44 20 7946 0958"}}, Meaning::PhoneCountryCode, "", "44"},
-        {"whole from parts", {{"tel-area-code", "312"}, {"tel-local-prefix", "555"}, {"tel-local-suffix", "0123"}},
-         Meaning::Phone, "", "3125550123"},
-        {"street from lines", {{"address-line1", "1 Main St"}, {"address-line2", "Apt 2"}}, Meaning::StreetAddress, "",
+        {"whole from parts",
+         {{"tel-area-code", "312"}, {"tel-local-prefix", "555"}, {"tel-local-suffix", "0123"}},
+         Meaning::Phone,
+         "",
+         "3125550123"},
+        {"street from lines",
+         {{"address-line1", "1 Main St"}, {"address-line2", "Apt 2"}},
+         Meaning::StreetAddress,
+         "",
          "1 Main St\nApt 2"},
-        {"line from street", {{"street-address", "1 Main St\nApt 2"}}, Meaning::AddressLine2, "", "Apt 2"},
+        {"line from street",
+         {{"street-address", "1 Main St\nApt 2"}},
+         Meaning::AddressLine2,
+         "",
+         "Apt 2"},
         {"birth parts", {{"bday", "1990-05-17"}}, Meaning::BirthMonth, "", "05"},
         {"birth year", {{"bday", "1990-05-17"}}, Meaning::BirthYear, "", "1990"},
-        {"birth date for a date field", {{"bday-year", "1990"}, {"bday-month", "May"}, {"bday-day", "7"}},
-         Meaning::BirthDate, "date", "1990-05-07"},
-        {"no guessed date format", {{"bday-year", "1990"}, {"bday-month", "5"}, {"bday-day", "7"}},
-         Meaning::BirthDate, "text", ""},
+        {"birth date for a date field",
+         {{"bday-year", "1990"}, {"bday-month", "May"}, {"bday-day", "7"}},
+         Meaning::BirthDate,
+         "date",
+         "1990-05-07"},
+        {"no guessed date format",
+         {{"bday-year", "1990"}, {"bday-month", "5"}, {"bday-day", "7"}},
+         Meaning::BirthDate,
+         "text",
+         ""},
         {"nothing known", {}, Meaning::City, "", ""},
     };
     for (const Case& c : cases) {
@@ -95,9 +130,12 @@ TEST(MeaningValues, RelatedMeaningsMakeWhatASiteAsksFor)
 
 TEST(MeaningValues, OptionsArePickedByCodeNameOrNumber)
 {
-    const QList<std::pair<QString, QString>> states = {{"", "Choose"}, {"IL", "Illinois"}, {"NY", "New York"}};
-    const QList<std::pair<QString, QString>> countries = {{"", "--"}, {"CA", "Canada"}, {"US", "United States"}};
-    const QList<std::pair<QString, QString>> months = {{"", "Month"}, {"1", "January"}, {"5", "May"}, {"12", "December"}};
+    const QList<std::pair<QString, QString>> states = {
+        {"", "Choose"}, {"IL", "Illinois"}, {"NY", "New York"}};
+    const QList<std::pair<QString, QString>> countries = {
+        {"", "--"}, {"CA", "Canada"}, {"US", "United States"}};
+    const QList<std::pair<QString, QString>> months = {
+        {"", "Month"}, {"1", "January"}, {"5", "May"}, {"12", "December"}};
     const QList<std::pair<QString, QString>> titles = {{"", ""}, {"mr", "Mr."}, {"mrs", "Mrs."}};
     struct Case
     {
@@ -106,15 +144,21 @@ TEST(MeaningValues, OptionsArePickedByCodeNameOrNumber)
         const QList<std::pair<QString, QString>>& options;
         int expected;
     } cases[] = {
-        {Meaning::Region, "IL", states, 1},          {Meaning::Region, "new york", states, 2},
-        {Meaning::Region, "Texas", states, -1},      {Meaning::Country, "USA", countries, 2},
-        {Meaning::Country, "United States of America", countries, 2}, {Meaning::Country, "Kanada", countries, 1},
-        {Meaning::BirthMonth, "05", months, 2},      {Meaning::BirthMonth, "mai", months, 2},
-        {Meaning::BirthMonth, "December", months, 3}, {Meaning::Honorific, "Mrs", titles, 2},
+        {Meaning::Region, "IL", states, 1},
+        {Meaning::Region, "new york", states, 2},
+        {Meaning::Region, "Texas", states, -1},
+        {Meaning::Country, "USA", countries, 2},
+        {Meaning::Country, "United States of America", countries, 2},
+        {Meaning::Country, "Kanada", countries, 1},
+        {Meaning::BirthMonth, "05", months, 2},
+        {Meaning::BirthMonth, "mai", months, 2},
+        {Meaning::BirthMonth, "December", months, 3},
+        {Meaning::Honorific, "Mrs", titles, 2},
         {Meaning::City, "  ", states, -1},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(MatchingOption(c.meaning, QString::fromUtf8(c.remembered), c.options), c.expected) << c.remembered;
+        EXPECT_EQ(MatchingOption(c.meaning, QString::fromUtf8(c.remembered), c.options), c.expected)
+            << c.remembered;
     EXPECT_EQ(ChosenOptionText(states, 1, "IL"), QStringLiteral("Illinois"));
     EXPECT_EQ(ChosenOptionText(months, 2, "5"), QStringLiteral("May"));
     EXPECT_EQ(ChosenOptionText(states, 0, ""), QString()); // a placeholder is no choice
@@ -125,15 +169,20 @@ namespace {
 // What memory must never learn, and where a remembered value must never go.
 TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldNot)
 {
-    f.form.valueStore().SetMeaningValue(QStringLiteral("address-level1"), QStringLiteral("Illinois"));
+    f.form.valueStore().SetMeaningValue(QStringLiteral("address-level1"),
+                                        QStringLiteral("Illinois"));
     f.form.valueStore().SetMeaningValue(QStringLiteral("email"), QStringLiteral("ann@example.org"));
     f.form.valueStore().SetMeaningValue(QStringLiteral("name"), QStringLiteral("Ann Lee"));
     auto shop = formPage(Shop);
-    auto state = described(shop, ModelElement::select("st", {{"", "Select an option…"}, {"14", "Illinois"}, {"33", ""}}), "State");
+    auto state = described(
+        shop,
+        ModelElement::select("st", {{"", "Select an option…"}, {"14", "Illinois"}, {"33", ""}}),
+        "State");
     auto mail = described(shop, ModelElement::input("text", "mail"), "E-mail");
     auto street = described(shop, ModelElement::input("text", "street"), "Street address");
     auto bareName = described(shop, ModelElement::input("text", "name"), "Name");
-    auto friendMail = described(shop, ModelElement::input("text", "email"), "Friend's e-mail", "email");
+    auto friendMail =
+        described(shop, ModelElement::input("text", "email"), "Friend's e-mail", "email");
     load(shop);
     const struct
     {
@@ -141,11 +190,12 @@ TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldN
         const char* key;
         const char* kept;
     } typed[] = {
-        {[&] { shop->choose(state, 0); }, "address-level1", "Illinois"},      // a placeholder
-        {[&] { shop->choose(state, 2); }, "address-level1", "Illinois"},      // a code with no text
+        {[&] { shop->choose(state, 0); }, "address-level1", "Illinois"}, // a placeholder
+        {[&] { shop->choose(state, 2); }, "address-level1", "Illinois"}, // a code with no text
         {[&] { shop->type(mail, "not an address"); }, "email", "ann@example.org"},
-        {[&] { shop->type(street, "Illinois"); }, "address-line1", "<missing>"}, // the state in a street box
-        {[&] { shop->type(bareName, "Zoe Q"); }, "name", "Ann Lee"},          // a bare name fills gaps only
+        {[&] { shop->type(street, "Illinois"); }, "address-line1",
+         "<missing>"},                                               // the state in a street box
+        {[&] { shop->type(bareName, "Zoe Q"); }, "name", "Ann Lee"}, // a bare name fills gaps only
         {[&] { shop->type(friendMail, "bob@example.org"); }, "email", "ann@example.org"},
     };
     for (const auto& row : typed) {
@@ -153,14 +203,15 @@ TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldN
         EXPECT_EQ(byMeaning(row.key), QString::fromUtf8(row.kept)) << row.key;
     }
     EXPECT_EQ(stored("zAny.ini", "Any", "email"), QStringLiteral("<missing>"));
-    EXPECT_EQ(stored("zSHOP.EXAMPLE!CHECKOUT.ini", Shop, "email"), QStringLiteral("bob@example.org"));
+    EXPECT_EQ(stored("zSHOP.EXAMPLE!CHECKOUT.ini", Shop, "email"),
+              QStringLiteral("bob@example.org"));
 
     // On another site: a field of another meaning under a remembered name, a friend's box named
     // as the user's was, a read-only field, one the page filled, a bare "Name" beside a first name.
-    f.form.valueStore().SetValue(Shop, QStringLiteral("street"), QStringLiteral("1 Main St"), ValueReach::AnySite,
-                                 QStringLiteral("address-line1"));
-    f.form.valueStore().SetValue(Shop, QStringLiteral("mail"), QStringLiteral("ann@example.org"), ValueReach::AnySite,
-                                 QStringLiteral("email"));
+    f.form.valueStore().SetValue(Shop, QStringLiteral("street"), QStringLiteral("1 Main St"),
+                                 ValueReach::AnySite, QStringLiteral("address-line1"));
+    f.form.valueStore().SetValue(Shop, QStringLiteral("mail"), QStringLiteral("ann@example.org"),
+                                 ValueReach::AnySite, QStringLiteral("email"));
     auto draw = formPage(Draw);
     auto streetState = described(draw, ModelElement::input("text", "street"), "State");
     auto friendBox = described(draw, ModelElement::input("text", "mail"), "Your friend's e-mail");

@@ -60,9 +60,17 @@ TEST_F(TestFormCapture, EveryKindOfFieldHasItsKey)
     page->focus(caps);
 
     const std::pair<const char*, const char*> expected[] = {
-        {"optin_yes", "False"}, {"_", "True"}, {"size_M", "True"}, {"size_S", "<missing>"},
-        {"state", "NY"}, {"state SelectedIndex", "33"}, {"", "b"}, {"SelectedIndex", "1"},
-        {"comments", "line one<VBCR><VBLF>line two"}, {"City", "Oslo"}, {"pw", "<missing>"},
+        {"optin_yes", "False"},
+        {"_", "True"},
+        {"size_M", "True"},
+        {"size_S", "<missing>"},
+        {"state", "NY"},
+        {"state SelectedIndex", "33"},
+        {"", "b"},
+        {"SelectedIndex", "1"},
+        {"comments", "line one<VBCR><VBLF>line two"},
+        {"City", "Oslo"},
+        {"pw", "<missing>"},
         {"token", "<missing>"},
     };
     for (const auto& [key, value] : expected)
@@ -136,7 +144,8 @@ TEST_F(TestFormCapture, FieldsWithoutANameAreRememberedForTheirSiteOnly)
     for (const auto& [key, value] : kept)
         EXPECT_EQ(stored(SiteFile, Url, QString::fromUtf8(key)), QString::fromUtf8(value)) << key;
     for (const char* key : {"_n1", " SelectedIndex"})
-        EXPECT_EQ(stored("zAny.ini", "Any", QString::fromUtf8(key)), QStringLiteral("<missing>")) << key;
+        EXPECT_EQ(stored("zAny.ini", "Any", QString::fromUtf8(key)), QStringLiteral("<missing>"))
+            << key;
     EXPECT_EQ(stored("zAny.ini", "Any", QString()), QStringLiteral("<missing>"));
 
     // Another site's nameless fields stay as the page has them; the same site's come back.

@@ -16,7 +16,8 @@ TEST_F(TestFormFill, AnotherSitesFormIsFilledAndTheSitesOwnValueWins)
     first->type(field(first, "email"), QStringLiteral("ann@example.org"));
     first->focus(field(first, "fname"));
 
-    f.form.valueStore().SetValue(Second, QStringLiteral("email"), QStringLiteral("contests@example.org"));
+    f.form.valueStore().SetValue(Second, QStringLiteral("email"),
+                                 QStringLiteral("contests@example.org"));
     f.form.valueStore().SetValue(First, QStringLiteral("email"), QStringLiteral("ann@example.org"));
     auto second = formPage(Second, {"fname", "email", "phone"});
     field(second, "phone")->setValue(QStringLiteral("555-0100"));
@@ -50,9 +51,11 @@ TEST_F(TestFormFill, ChoicesListsAndTextAreasComeBack)
     auto sizeS = page->add(ModelElement::input("radio", "size", "S"));
     auto sizeM = page->add(ModelElement::input("radio", "size", "M"));
     auto state = page->add(ModelElement::select("state", {{"CA", ""}, {"NY", ""}, {"TX", ""}}));
-    auto byindex = page->add(ModelElement::select("byindex", {{"", "one"}, {"", "two"}, {"", "three"}, {"", "four"}}));
+    auto byindex = page->add(
+        ModelElement::select("byindex", {{"", "one"}, {"", "two"}, {"", "three"}, {"", "four"}}));
     auto untouched = page->add(ModelElement::select(
-        "untouched", {ModelElement::Option::textOnly("one"), ModelElement::Option::textOnly("two")}, 1));
+        "untouched", {ModelElement::Option::textOnly("one"), ModelElement::Option::textOnly("two")},
+        1));
     auto comments = page->add(ModelElement::textarea("comments", QStringLiteral("old")));
     load(page);
 
@@ -79,8 +82,9 @@ TEST_F(TestFormFill, TheThreePassesRunInTheirFixedOrder)
     const int turnsBefore = f.pump.turns;
     statuses.clear();
     load(page);
-    EXPECT_EQ(statuses, (QStringList{" retrieving text1", " retrieving go", " retrieving r",
-                                     " retrieving area1", " retrieving area2", " retrieving list1"}));
+    EXPECT_EQ(statuses,
+              (QStringList{" retrieving text1", " retrieving go", " retrieving r",
+                           " retrieving area1", " retrieving area2", " retrieving list1"}));
     EXPECT_EQ(f.pump.turns - turnsBefore, 6);
 }
 
@@ -173,8 +177,9 @@ TEST_F(TestFormFill, AnUnreadableChoiceEndsTheFillAndLeavesTheRepeatOpen)
     auto after = page->add(ModelElement::input("text", "after"));
     load(page);
     ASSERT_EQ(f.boxes.shown.size(), 1u);
-    EXPECT_EQ(f.boxes.shown[0].text,
-              QStringLiteral("An error occured in procedure IEHolder_NewDoc.\r\n\r\n13 Type mismatch"));
+    EXPECT_EQ(
+        f.boxes.shown[0].text,
+        QStringLiteral("An error occured in procedure IEHolder_NewDoc.\r\n\r\n13 Type mismatch"));
     EXPECT_EQ(after->value(), QString());
     EXPECT_NE(f.form.formFill().LastFillURL(), First);
 
@@ -195,7 +200,8 @@ TEST_F(TestFormFill, CaptureDuringAFillsPumpAndAWindowClosingMidFill)
         f.pump.pending.push_back([&] { f.shellWindows.close(window); });
     });
     load(page);
-    EXPECT_EQ(stored(QStringLiteral("zPRIZES.EXAMPLE!ENTER.HTML.ini"), First, "c"), QStringLiteral("typed meanwhile"));
+    EXPECT_EQ(stored(QStringLiteral("zPRIZES.EXAMPLE!ENTER.HTML.ini"), First, "c"),
+              QStringLiteral("typed meanwhile"));
     // The fill reports the vanished page, then the window holder its frames it can no longer read.
     ASSERT_EQ(f.boxes.shown.size(), 2u);
     EXPECT_TRUE(f.boxes.shown[0].text.contains(QStringLiteral("procedure IEHolder_NewDoc.")));
@@ -209,8 +215,11 @@ namespace {
 TEST_F(TestFormFill, FieldsAddedAfterTheFillAreFilledOnceUnlessTheUserWasThere)
 {
     const std::tuple<QString, const char*, const char*> remembered[] = {
-        {Second, "fname", "Ann"}, {First, "email", "ann@example.org"}, {First, "optin_yes", "True"},
-        {First, "state", "NY"},   {First, "note", "hello"}};
+        {Second, "fname", "Ann"},
+        {First, "email", "ann@example.org"},
+        {First, "optin_yes", "True"},
+        {First, "state", "NY"},
+        {First, "note", "hello"}};
     for (const auto& [site, key, value] : remembered)
         f.form.valueStore().SetValue(site, QLatin1String(key), QLatin1String(value));
     auto page = formPage(First);

@@ -71,7 +71,8 @@ TEST_F(TestPageNotices, BrowserStatusTextsReachTheStatusLine)
 // user has just closed can still be added as a shortcut.
 TEST_F(TestPageNotices, TheActivePageStaysShownWhenItsWindowCloses)
 {
-    auto page = std::make_shared<ModelDocument>(QStringLiteral("http://a.example/draw"), QStringLiteral("Spring draw"));
+    auto page = std::make_shared<ModelDocument>(QStringLiteral("http://a.example/draw"),
+                                                QStringLiteral("Spring draw"));
     load(page);
     page->activate();
     ASSERT_TRUE(f.form.cmdAddShortcut.isEnabled());

@@ -142,28 +142,33 @@ std::optional<std::string> iniFile(const QByteArray& input)
     const QString section = QString::fromUtf8(part(0));
     const QString key = QString::fromUtf8(part(1));
     const QString value = QString::fromUtf8(part(2));
-    const QByteArray before =
-        input.mid(std::min<qsizetype>(input.size(), part(0).size() + part(1).size() + part(2).size() + 3));
-    const QString path = QDir::tempPath() + QStringLiteral("/tolvane-fuzz-%1.ini").arg(QCoreApplication::applicationPid());
+    const QByteArray before = input.mid(
+        std::min<qsizetype>(input.size(), part(0).size() + part(1).size() + part(2).size() + 3));
+    const QString path =
+        QDir::tempPath() +
+        QStringLiteral("/tolvane-fuzz-%1.ini").arg(QCoreApplication::applicationPid());
     const auto bytesOf = [&] {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     };
     {
         QFile file(path);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(before) != before.size())
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
+            file.write(before) != before.size())
             return std::nullopt; // the machine, not the code
     }
     const bool utf8 = before.startsWith(Bom);
     const auto textOf = [&](const QByteArray& bytes) {
-        return bytes.startsWith(Bom) ? QString::fromUtf8(bytes.mid(Bom.size())) : Cp1252::decode(bytes);
+        return bytes.startsWith(Bom) ? QString::fromUtf8(bytes.mid(Bom.size()))
+                                     : Cp1252::decode(bytes);
     };
     IniFileStore store; // a cache of its own: the file is rewritten between inputs
     store.readEntry(path, section, key);
     if (!store.writeEntry(path, section, key, value)) {
         if (!hasBreak(section) && !hasBreak(key) && !hasBreak(value))
             return "a write without line break or NUL was refused";
-        return bytesOf() == before ? std::nullopt : std::optional<std::string>("a refused write changed the file");
+        return bytesOf() == before ? std::nullopt
+                                   : std::optional<std::string>("a refused write changed the file");
     }
     const QByteArray after = bytesOf();
     if (IniFileStore().readEntry(path, section, key) != asRead(value))

@@ -143,7 +143,8 @@ void ModelBrowser::close()
 QList<BrowserPtr> ModelShell::items()
 {
     if (m_walkFails)
-        throw AppError(ErrorNumber::BrowserCall, QStringLiteral("The shell window list is not available."));
+        throw AppError(ErrorNumber::BrowserCall,
+                       QStringLiteral("The shell window list is not available."));
     QList<BrowserPtr> items;
     for (const auto& window : std::as_const(m_windows))
         items.append(window);

@@ -17,7 +17,8 @@ QString nextViewId()
 }
 } // namespace
 
-ModelFrame::ModelFrame(DocPtr document, bool accessDenied) : m_id(nextViewId()), m_denied(accessDenied)
+ModelFrame::ModelFrame(DocPtr document, bool accessDenied)
+    : m_id(nextViewId()), m_denied(accessDenied)
 {
     show(std::move(document));
 }
@@ -46,7 +47,10 @@ void ModelDocument::addLater(const std::shared_ptr<ModelElement>& element, bool 
 {
     m_added.append(add(element));
     if (reportNow)
-        raise([](DocumentEvents& e) { e.HTML_onfieldsadded(); return true; });
+        raise([](DocumentEvents& e) {
+            e.HTML_onfieldsadded();
+            return true;
+        });
 }
 
 QList<ElementPtr> ModelDocument::addedFields()
@@ -129,7 +133,8 @@ FramePtr ModelDocument::frameItem(int index) const
 {
     checkAlive();
     if (index < 0 || index >= m_frames.size())
-        throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+        throw AppError(ErrorNumber::InvalidCall,
+                       QStringLiteral("Invalid procedure call or argument"));
     return m_frames.at(index);
 }
 
@@ -179,8 +184,14 @@ void ModelDocument::focus(const ElementPtr& element)
     m_active = element;
     if (auto* field = dynamic_cast<ModelElement*>(element.get()))
         field->markTouched();
-    raise([](DocumentEvents& e) { e.HTML_onfocusin(); return true; });
-    raise([](DocumentEvents& e) { e.HTML_onpropertychange(); return true; });
+    raise([](DocumentEvents& e) {
+        e.HTML_onfocusin();
+        return true;
+    });
+    raise([](DocumentEvents& e) {
+        e.HTML_onpropertychange();
+        return true;
+    });
 }
 
 void ModelDocument::edit(const ElementPtr& element, const std::function<void()>& change)
@@ -188,7 +199,10 @@ void ModelDocument::edit(const ElementPtr& element, const std::function<void()>&
     if (m_active != element)
         focus(element);
     change();
-    raise([](DocumentEvents& e) { e.HTML_onpropertychange(); return true; });
+    raise([](DocumentEvents& e) {
+        e.HTML_onpropertychange();
+        return true;
+    });
 }
 
 void ModelDocument::type(const std::shared_ptr<ModelElement>& element, const QString& text)
@@ -218,11 +232,17 @@ bool ModelDocument::dblclick()
 
 void ModelDocument::activate()
 {
-    raise([](DocumentEvents& e) { e.HTML_onactivate(); return true; });
+    raise([](DocumentEvents& e) {
+        e.HTML_onactivate();
+        return true;
+    });
 }
 
 void ModelDocument::setReadyState(const QString& state)
 {
     m_readyState = state;
-    raise([](DocumentEvents& e) { e.HTML_onreadystatechange(); return true; });
+    raise([](DocumentEvents& e) {
+        e.HTML_onreadystatechange();
+        return true;
+    });
 }

@@ -17,8 +17,8 @@ std::shared_ptr<ModelElement> ModelElement::input(const QString& type, const QSt
     return element;
 }
 
-std::shared_ptr<ModelElement> ModelElement::select(const QString& name, const QList<Option>& options,
-                                                   int selectedIndex)
+std::shared_ptr<ModelElement> ModelElement::select(const QString& name,
+                                                   const QList<Option>& options, int selectedIndex)
 {
     std::shared_ptr<ModelElement> element(new ModelElement(QStringLiteral("SELECT")));
     element->m_type = QStringLiteral("select-one");
@@ -55,7 +55,8 @@ void ModelElement::requireKind(bool supported) const
     if (m_document)
         m_document->checkAlive();
     if (!supported)
-        throw AppError(NotSupported, QStringLiteral("Object doesn't support this property or method"));
+        throw AppError(NotSupported,
+                       QStringLiteral("Object doesn't support this property or method"));
 }
 
 QString ModelElement::tagName() const

@@ -10,7 +10,7 @@ class ScriptedWindows : public ScriptWindowList
 {
 public:
     std::function<void(ScriptedWindows&)> onConnect;
-    QString failure;   // what connecting throws, if anything
+    QString failure; // what connecting throws, if anything
     bool connected = false;
     int connections = 0;
 
@@ -116,7 +116,8 @@ TEST(ScriptWindowList, WindowsAnnouncedWhileConnectingAreListedAndHandlesAreNeve
 
     windows.onConnect = [](ScriptedWindows& w) { w.addWindow("second"); };
     windows.reconnect();
-    EXPECT_EQ(tracking->registered, (QList<int>{1, 2, 3})) << "the same tab id in a new browser gets a new handle";
+    EXPECT_EQ(tracking->registered, (QList<int>{1, 2, 3}))
+        << "the same tab id in a new browser gets a new handle";
     EXPECT_THROW(old->HWND(), AppError) << "the old browser's window stays closed";
 }
 
@@ -131,13 +132,20 @@ TEST(ScriptWindowList, ATitleBringsForwardTheFirstShownTabOfThatTitle)
     };
     windows.items();
     windows.windowClosed("closed");
-    const QHash<QString, QString> titles{{"closed", "Win a car"}, {"hidden", "Win a car"}, {"prefix", "Win a car - step 2"},
-                                         {"exact", "Win a car"}, {"later", "Win a car"}};
+    const QHash<QString, QString> titles{{"closed", "Win a car"},
+                                         {"hidden", "Win a car"},
+                                         {"prefix", "Win a car - step 2"},
+                                         {"exact", "Win a car"},
+                                         {"later", "Win a car"}};
     struct Case
     {
         const char* title;
         const char* broughtForward; // nullptr: an error
-    } cases[] = {{"Win a car", "exact"}, {"Win a", "prefix"}, {"Win a car - step 2", "prefix"}, {"Lose", nullptr}, {"", nullptr}};
+    } cases[] = {{"Win a car", "exact"},
+                 {"Win a", "prefix"},
+                 {"Win a car - step 2", "prefix"},
+                 {"Lose", nullptr},
+                 {"", nullptr}};
     for (const Case& c : cases) {
         QString forward;
         const auto activate = [&] {

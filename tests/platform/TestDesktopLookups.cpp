@@ -8,8 +8,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
 #include <QLockFile>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -32,14 +32,18 @@ class Desktop
 public:
     Desktop()
     {
-        for (const auto& [name, sub] : {std::pair{"XDG_CONFIG_HOME", "config"}, {"XDG_CONFIG_DIRS", "etc"},
-                                        {"XDG_DATA_HOME", "data"}, {"XDG_DATA_DIRS", "share"},
-                                        {"TMPDIR", "tmp"}, {"XDG_RUNTIME_DIR", "run"}}) {
+        for (const auto& [name, sub] : {std::pair{"XDG_CONFIG_HOME", "config"},
+                                        {"XDG_CONFIG_DIRS", "etc"},
+                                        {"XDG_DATA_HOME", "data"},
+                                        {"XDG_DATA_DIRS", "share"},
+                                        {"TMPDIR", "tmp"},
+                                        {"XDG_RUNTIME_DIR", "run"}}) {
             m_saved.emplace_back(name, qgetenv(name));
             QDir().mkpath(path(QString::fromLatin1(sub)));
             // A runtime folder is the user's alone, or it is not taken for one.
-            QFile::setPermissions(path(QString::fromLatin1(sub)),
-                                  QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+            QFile::setPermissions(path(QString::fromLatin1(sub)), QFileDevice::ReadOwner |
+                                                                      QFileDevice::WriteOwner |
+                                                                      QFileDevice::ExeOwner);
             qputenv(name, QFile::encodeName(path(QString::fromLatin1(sub))));
         }
     }
@@ -134,8 +138,10 @@ TEST(BrowserLocator, PrefersTheDefaultBrowserWhenItCanBeFollowed)
         const QString list = desktop.path(QStringLiteral("config/mimeapps.list"));
         QFile::remove(list);
         if (c.defaultEntry)
-            writeFile(list, QByteArray("[Default Applications]\nx-scheme-handler/http=") + c.defaultEntry + "\n");
-        EXPECT_EQ(BrowserLocator::executable(), c.chosen) << (c.defaultEntry ? c.defaultEntry : "no default");
+            writeFile(list, QByteArray("[Default Applications]\nx-scheme-handler/http=") +
+                                c.defaultEntry + "\n");
+        EXPECT_EQ(BrowserLocator::executable(), c.chosen)
+            << (c.defaultEntry ? c.defaultEntry : "no default");
     }
 
     // Firefox's identity for the start-up checks.
@@ -193,14 +199,16 @@ TEST(DesktopShell, TheInstanceLockIsTheUsersOwnAndOutlivesNoProcess)
     DesktopShell mine;
     ASSERT_FALSE(mine.IsAnotherInstanceRunning());
     QTemporaryDir otherUser;
-    QFile::setPermissions(otherUser.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    QFile::setPermissions(otherUser.path(),
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     qputenv("XDG_RUNTIME_DIR", QFile::encodeName(otherUser.path()));
     DesktopShell theirs;
     EXPECT_FALSE(theirs.IsAnotherInstanceRunning());
 
     // A copy killed while it held the lock: its file stays, naming a process that is gone.
     QTemporaryDir crashed;
-    QFile::setPermissions(crashed.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    QFile::setPermissions(crashed.path(),
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     const QString lockFile = crashed.path() + QStringLiteral("/Tolvane.lock");
     const pid_t child = ::fork();
     if (child == 0) {
@@ -228,9 +236,12 @@ TEST(DesktopShell, TheProgramsFilesAreFoundWhereverItIsInstalled)
     QFile(base + QStringLiteral("/build/src/app/Tolvane.hlp")).open(QIODevice::WriteOnly);
     QFile(base + QStringLiteral("/prefix/share/tolvane/Tolvane.hlp")).open(QIODevice::WriteOnly);
     QDir::setCurrent(QDir::tempPath());
-    EXPECT_EQ(DesktopShell::programFilesFolder(base + QStringLiteral("/build/src/app")), base + QStringLiteral("/build/src/app"));
-    EXPECT_EQ(DesktopShell::programFilesFolder(base + QStringLiteral("/prefix/bin")), base + QStringLiteral("/prefix/share/tolvane"));
+    EXPECT_EQ(DesktopShell::programFilesFolder(base + QStringLiteral("/build/src/app")),
+              base + QStringLiteral("/build/src/app"));
+    EXPECT_EQ(DesktopShell::programFilesFolder(base + QStringLiteral("/prefix/bin")),
+              base + QStringLiteral("/prefix/share/tolvane"));
     // Nothing installed beside it: the program's own folder, as before.
-    EXPECT_EQ(DesktopShell::programFilesFolder(base + QStringLiteral("/bare/bin")), base + QStringLiteral("/bare/bin"));
+    EXPECT_EQ(DesktopShell::programFilesFolder(base + QStringLiteral("/bare/bin")),
+              base + QStringLiteral("/bare/bin"));
 }
 } // namespace

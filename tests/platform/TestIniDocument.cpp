@@ -70,7 +70,8 @@ TEST(IniDocumentWrite, ChangesOnlyWhatItMust)
     } cases[] = {
         {"new file", "", "A", "k", "v", "[A]\r\nk=v\r\n"},
         {"replace in place", "[A]\nk = old\nj=1\n", "a", "K", "new", "[A]\nk =new\nj=1\n"},
-        {"first duplicate replaced", "[A]\r\nk=1\r\nk=2\r\n", "A", "k", "3", "[A]\r\nk=3\r\nk=2\r\n"},
+        {"first duplicate replaced", "[A]\r\nk=1\r\nk=2\r\n", "A", "k", "3",
+         "[A]\r\nk=3\r\nk=2\r\n"},
         {"new key after last key", "[A]\r\nk=1\r\n\r\n;note\r\n[B]\r\n", "A", "j", "2",
          "[A]\r\nk=1\r\nj=2\r\n\r\n;note\r\n[B]\r\n"},
         {"new key in empty section", "[A]\r\n[B]\r\nx=1\r\n", "A", "j", "2",
@@ -82,8 +83,8 @@ TEST(IniDocumentWrite, ChangesOnlyWhatItMust)
         {"value written unchanged", "", "A", "k", "  spaced  ", "[A]\r\nk=  spaced  \r\n"},
         {"empty value", "[A]\r\nk=v\r\n", "A", "k", "", "[A]\r\nk=\r\n"},
         {"comment lookalike untouched", "[A]\r\n;k=c\r\n", "A", "k", "v", "[A]\r\nk=v\r\n;k=c\r\n"},
-        {"key of a repeated section written in the first", "[A]\r\nj=1\r\n[A]\r\nk=2\r\n", "A", "k", "3",
-         "[A]\r\nj=1\r\nk=3\r\n[A]\r\nk=2\r\n"},
+        {"key of a repeated section written in the first", "[A]\r\nj=1\r\n[A]\r\nk=2\r\n", "A", "k",
+         "3", "[A]\r\nj=1\r\nk=3\r\n[A]\r\nk=2\r\n"},
     };
     for (const Case& c : cases) {
         IniDocument document(QString::fromUtf8(c.before));
@@ -106,7 +107,8 @@ TEST(IniDocumentWrite, RefusesLineBreaksAndNul)
         {QStringLiteral("Any"), QStringLiteral("x\r\nname"), QStringLiteral("Eve")},
         {QStringLiteral("Any"), QStringLiteral("x\nname"), QStringLiteral("Eve")},
         {QStringLiteral("Any\r\n[Any"), QStringLiteral("name"), QStringLiteral("Eve")},
-        {QStringLiteral("Any"), QStringLiteral("n") + QChar(0) + QStringLiteral("x"), QStringLiteral("Eve")},
+        {QStringLiteral("Any"), QStringLiteral("n") + QChar(0) + QStringLiteral("x"),
+         QStringLiteral("Eve")},
         {QStringLiteral("Any"), QStringLiteral("city"), QStringLiteral("Oslo\r\nname=Eve")},
         {QStringLiteral("Any"), QStringLiteral("city"), QStringLiteral("Oslo\rname=Eve")},
     };
@@ -131,18 +133,22 @@ TEST(IniDocumentWrite, HostileNamesAreWrittenEscapedAndNeverForgeAnother)
         {QStringLiteral("Any"), QStringLiteral("name=x"), QStringLiteral("name%3Dx=Eve\r\n")},
         {QStringLiteral("Any"), QStringLiteral("[Any]"), QStringLiteral("%5BAny]=Eve\r\n")},
         {QStringLiteral("Any"), QStringLiteral(";name"), QStringLiteral("%3Bname=Eve\r\n")},
-        {QStringLiteral("Any"), QStringLiteral("user[email]"), QStringLiteral("user[email]=Eve\r\n")},
+        {QStringLiteral("Any"), QStringLiteral("user[email]"),
+         QStringLiteral("user[email]=Eve\r\n")},
         {QStringLiteral("Any"), QStringLiteral("  "), QStringLiteral("=Eve\r\n")},
-        {QStringLiteral("Any]\tx"), QStringLiteral("name"), QStringLiteral("[Any%5D\tx]\r\nname=Eve\r\n")},
+        {QStringLiteral("Any]\tx"), QStringLiteral("name"),
+         QStringLiteral("[Any%5D\tx]\r\nname=Eve\r\n")},
         {QStringLiteral("http://x/?a[]=1"), QStringLiteral("name"),
          QStringLiteral("[http://x/?a[%5D=1]\r\nname=Eve\r\n")},
     };
     for (const Case& c : cases) {
         IniDocument document(before);
-        ASSERT_TRUE(document.setValue(c.section, c.key, QStringLiteral("Eve"))) << c.key.toStdString();
+        ASSERT_TRUE(document.setValue(c.section, c.key, QStringLiteral("Eve")))
+            << c.key.toStdString();
         EXPECT_EQ(document.text(), before + c.addedLines) << c.key.toStdString();
         EXPECT_EQ(document.value(c.section, c.key), QStringLiteral("Eve"));
-        EXPECT_EQ(document.value(QStringLiteral("Any"), QStringLiteral("name")), QStringLiteral("Ann"));
+        EXPECT_EQ(document.value(QStringLiteral("Any"), QStringLiteral("name")),
+                  QStringLiteral("Ann"));
     }
 }
 

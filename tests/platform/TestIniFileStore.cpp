@@ -41,15 +41,17 @@ protected:
 // whole file into UTF-8 with a byte-order mark, and every entry stays readable.
 TEST_F(TestIniFileStore, TextInAnyScriptIsKeptAndTheFileSwitchesToUtf8OnlyWhenItMust)
 {
-    const QByteArray windowsFile = "[S]\r\nname=Ren\xe9" "e \x80 5\r\n; Zo\xeb's note\r\n";
+    const QByteArray windowsFile = "[S]\r\nname=Ren\xe9"
+                                   "e \x80 5\r\n; Zo\xeb's note\r\n";
     writeRaw(windowsFile);
     ASSERT_TRUE(write(QStringLiteral("city"), QStringLiteral("Z\u00fcrich")));
-    EXPECT_EQ(readRaw(), QByteArray("[S]\r\nname=Ren\xe9" "e \x80 5\r\ncity=Z\xfcrich\r\n; Zo\xeb's note\r\n"));
+    EXPECT_EQ(readRaw(), QByteArray("[S]\r\nname=Ren\xe9"
+                                    "e \x80 5\r\ncity=Z\xfcrich\r\n; Zo\xeb's note\r\n"));
 
     const std::pair<const char*, const char*> scripts[] = {
-        {"Polish", "Zo\u00eb \u0141ukasz"},    {"Greek", "\u0395\u03bb\u03ad\u03bd\u03b7"},
+        {"Polish", "Zo\u00eb \u0141ukasz"},       {"Greek", "\u0395\u03bb\u03ad\u03bd\u03b7"},
         {"Cyrillic", "\u0410\u043d\u043d\u0430"}, {"Arabic", "\u0633\u0627\u0631\u0629"},
-        {"CJK", "\u6771\u4eac \u540d\u524d"},      {"emoji", "\U0001F3C6 winner"},
+        {"CJK", "\u6771\u4eac \u540d\u524d"},     {"emoji", "\U0001F3C6 winner"},
     };
     for (const auto& [script, text] : scripts) {
         const QString value = QString::fromUtf8(text);
@@ -57,13 +59,16 @@ TEST_F(TestIniFileStore, TextInAnyScriptIsKeptAndTheFileSwitchesToUtf8OnlyWhenIt
         EXPECT_EQ(read(value + QStringLiteral(" key")), value) << script;
     }
     const QByteArray bytes = readRaw();
-    EXPECT_TRUE(bytes.startsWith("\xEF\xBB\xBF[S]\r\nname=Ren\xc3\xa9" "e \xe2\x82\xac 5\r\n")) << bytes.toStdString();
+    EXPECT_TRUE(bytes.startsWith("\xEF\xBB\xBF[S]\r\nname=Ren\xc3\xa9"
+                                 "e \xe2\x82\xac 5\r\n"))
+        << bytes.toStdString();
     EXPECT_EQ(read(QStringLiteral("name")), QStringLiteral("Ren\u00e9e \u20ac 5"));
     EXPECT_EQ(read(QStringLiteral("city")), QStringLiteral("Z\u00fcrich"));
     // Once UTF-8, it stays so, whatever is written next.
     ASSERT_TRUE(write(QStringLiteral("plain"), QStringLiteral("ascii")));
     EXPECT_TRUE(readRaw().startsWith("\xEF\xBB\xBF"));
-    EXPECT_EQ(read(QString::fromUtf8("\U0001F3C6 winner key")), QString::fromUtf8("\U0001F3C6 winner"));
+    EXPECT_EQ(read(QString::fromUtf8("\U0001F3C6 winner key")),
+              QString::fromUtf8("\U0001F3C6 winner"));
 }
 
 // Damaged bytes read without a fault and cost no other entry.

@@ -17,16 +17,26 @@ protected:
     }
     QString target(int number, const char* key, const QString& prefix = "v")
     {
-        return f.ini.readEntry(f.dataFile(prefix + "Shortcuts.ini"), ShortcutFile::Section(number), key)
+        return f.ini
+            .readEntry(f.dataFile(prefix + "Shortcuts.ini"), ShortcutFile::Section(number), key)
             .value_or("<missing>");
     }
     void targetHas(int number, const QString& title, const QString& prefix = "v")
     {
-        f.ini.writeEntry(f.dataFile(prefix + "Shortcuts.ini"), ShortcutFile::Section(number), "Title", title);
-        f.ini.writeEntry(f.dataFile(prefix + "Shortcuts.ini"), ShortcutFile::Section(number), "Source", "kept");
+        f.ini.writeEntry(f.dataFile(prefix + "Shortcuts.ini"), ShortcutFile::Section(number),
+                         "Title", title);
+        f.ini.writeEntry(f.dataFile(prefix + "Shortcuts.ini"), ShortcutFile::Section(number),
+                         "Source", "kept");
     }
-    void targetMax(int max) { f.ini.writeEntry(f.dataFile("vShortcuts.ini"), "Shortcuts", "Max", QString::number(max)); }
-    QString max() { return f.ini.readEntry(f.dataFile("vShortcuts.ini"), "Shortcuts", "Max").value_or("<missing>"); }
+    void targetMax(int max)
+    {
+        f.ini.writeEntry(f.dataFile("vShortcuts.ini"), "Shortcuts", "Max", QString::number(max));
+    }
+    QString max()
+    {
+        return f.ini.readEntry(f.dataFile("vShortcuts.ini"), "Shortcuts", "Max")
+            .value_or("<missing>");
+    }
 };
 
 TEST_F(TestCopyToProfile, ThePositionTakenAndMax)

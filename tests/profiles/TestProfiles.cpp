@@ -12,7 +12,8 @@ protected:
         const QString other = f.dataFile(prefix + "Shortcuts.ini");
         f.ini.writeEntry(other, "Shortcuts", "Max", QString::number(number));
         f.ini.writeEntry(other, ShortcutFile::Section(number), "Title", title);
-        f.ini.writeEntry(other, ShortcutFile::Section(number), "URL", "http://" + title + ".example/");
+        f.ini.writeEntry(other, ShortcutFile::Section(number), "URL",
+                         "http://" + title + ".example/");
     }
     QStringList titles() const
     {
@@ -41,10 +42,8 @@ TEST_F(TestProfiles, TheSavedProfileIsSelectedAtStartUp)
         QStringList list;
         bool reported;
     } cases[] = {
-        {std::nullopt, 0, {"first"}, false},
-        {QStringLiteral("3"), 3, {"fourth"}, false},
-        {QStringLiteral("9"), 0, {"first"}, false},
-        {QStringLiteral("-1"), 0, {"first"}, false},
+        {std::nullopt, 0, {"first"}, false},          {QStringLiteral("3"), 3, {"fourth"}, false},
+        {QStringLiteral("9"), 0, {"first"}, false},   {QStringLiteral("-1"), 0, {"first"}, false},
         {QStringLiteral("abc"), -1, {"first"}, true},
     };
     for (const Case& c : cases) {
@@ -53,17 +52,20 @@ TEST_F(TestProfiles, TheSavedProfileIsSelectedAtStartUp)
         if (c.saved)
             g.settings.values.insert("Settings/Profile", *c.saved);
         g.form.Form_Load();
-        EXPECT_EQ(g.form.cboProfiles.listIndex(), c.selected) << c.saved.value_or("none").toStdString();
+        EXPECT_EQ(g.form.cboProfiles.listIndex(), c.selected)
+            << c.saved.value_or("none").toStdString();
         QStringList shown;
         for (int i = 0; i < g.form.lvShortcuts.count(); ++i)
             shown << g.form.lvShortcuts.row(i).text;
         EXPECT_EQ(shown, c.list);
         EXPECT_EQ(!g.boxes.shown.empty(), c.reported);
         if (c.reported) {
-            EXPECT_TRUE(g.boxes.shown[0].text.startsWith("An error occured in procedure RequeryProfiles."));
+            EXPECT_TRUE(
+                g.boxes.shown[0].text.startsWith("An error occured in procedure RequeryProfiles."));
         } else {
-            EXPECT_EQ(g.form.cboProfiles.items(),
-                      (QStringList{"Profile 1", "Profile 2", "Profile 3", "Profile 4", "Profile 5"}));
+            EXPECT_EQ(
+                g.form.cboProfiles.items(),
+                (QStringList{"Profile 1", "Profile 2", "Profile 3", "Profile 4", "Profile 5"}));
         }
     }
 }
@@ -94,7 +96,8 @@ TEST_F(TestProfiles, ChangingTheProfileReloadsTheListMenuAndEveryPage)
     EXPECT_TRUE(QFile::exists(f.dataFile("wA.EXAMPLE!.ini")));
     f.form.cboProfiles.setListIndex(0);
     EXPECT_EQ(titles(), QStringList{"first"});
-    EXPECT_EQ(f.form.valueStore().GetValue("http://a.example/", "name", "none"), QStringLiteral("none"));
+    EXPECT_EQ(f.form.valueStore().GetValue("http://a.example/", "name", "none"),
+              QStringLiteral("none"));
     EXPECT_EQ(f.form.siteFiles().GetTotalVisits("http://a.example/"), 0);
     EXPECT_EQ(one->refreshCount(), 2);
 }

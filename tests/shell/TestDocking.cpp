@@ -16,8 +16,9 @@ protected:
 TEST_F(TestDocking, FirstShowTakesTheRightEdgeAtTheBarsWidth)
 {
     f.form.Form_Resize();
-    EXPECT_EQ(dock.calls, (QStringList{"hide", "SHAppBarMessage 1", "SHAppBarMessage 0", "SHAppBarMessage 3",
-                                       "SetWindowPos 1105,0 175x760", "show"}));
+    EXPECT_EQ(dock.calls,
+              (QStringList{"hide", "SHAppBarMessage 1", "SHAppBarMessage 0", "SHAppBarMessage 3",
+                           "SetWindowPos 1105,0 175x760", "show"}));
     EXPECT_EQ(dock.windowTwips, QRect(1105 * 15, 0, 175 * 15, 760 * 15));
     EXPECT_EQ(dock.SystemWorkArea().right, 1105);
     EXPECT_TRUE(f.form.isDocked());
@@ -65,7 +66,8 @@ TEST_F(TestDocking, AFailedDockIsReportedAndNotRetried)
     dock.failNext = true;
     f.form.Form_Resize();
     ASSERT_EQ(f.boxes.shown.size(), 1u);
-    EXPECT_TRUE(f.boxes.shown[0].text.startsWith("An error occured in procedure frmMain.Form_Resize."));
+    EXPECT_TRUE(
+        f.boxes.shown[0].text.startsWith("An error occured in procedure frmMain.Form_Resize."));
     dock.calls.clear();
     f.form.Form_Resize();
     EXPECT_TRUE(dock.calls.isEmpty());
@@ -96,8 +98,8 @@ TEST_F(TestDocking, ResizesDuringDockingDoNotReenter)
     shell.appDataFolder = f.shell.appDataFolder;
     shell.tempFolder = f.shell.tempFolder;
     shell.programFolder = f.shell.programFolder;
-    frmMain form({shell, f.settings, f.boxes, f.clock, f.ini, f.shellWindows, f.pump, f.metrics, f.editor,
-                  f.profilesEditor, reentrant});
+    frmMain form({shell, f.settings, f.boxes, f.clock, f.ini, f.shellWindows, f.pump, f.metrics,
+                  f.editor, f.profilesEditor, reentrant});
     reentrant.form = &form;
     form.Form_Resize();
     EXPECT_EQ(reentrant.calls.count("SHAppBarMessage 0"), 1);

@@ -48,7 +48,8 @@ TEST(StatusLine, ClearsBetweenOneAndOneAndAHalfSecondsAfterTheLastText)
         qint64 nextTick = c.tickPhaseMs;
         qint64 clearedAt = -1;
         while (now < 5000 && clearedAt < 0) {
-            const qint64 next = (c.secondTextAtMs > now) ? std::min(nextTick, c.secondTextAtMs) : nextTick;
+            const qint64 next =
+                (c.secondTextAtMs > now) ? std::min(nextTick, c.secondTextAtMs) : nextTick;
             f.clock.advanceMs(next - now);
             now = next;
             if (now == c.secondTextAtMs) {
@@ -75,9 +76,10 @@ TEST(ErrorReport, ShowsTheFixedMessageWithoutIcon)
     f.form.ReportError(AppError(5, QStringLiteral("Invalid procedure call or argument")),
                        QStringLiteral("GetValue"));
     ASSERT_EQ(f.boxes.shown.size(), 1u);
-    EXPECT_EQ(f.boxes.shown[0].text,
-              QStringLiteral("An error occured in procedure GetValue.\r\n\r\n5 Invalid procedure call "
-                             "or argument"));
+    EXPECT_EQ(
+        f.boxes.shown[0].text,
+        QStringLiteral("An error occured in procedure GetValue.\r\n\r\n5 Invalid procedure call "
+                       "or argument"));
     EXPECT_EQ(f.boxes.shown[0].icon, MsgIcon::None);
     EXPECT_EQ(f.boxes.shown[0].buttons, MsgButtons::Ok);
     EXPECT_EQ(f.boxes.shown[0].title, QStringLiteral("Tolvane"));
@@ -102,7 +104,7 @@ TEST(Settings, AutojumpIsReadAsANumberAndBothAreSavedAtUnload)
         std::optional<QString> stored;
         int checked;
     } cases[] = {
-        {std::nullopt, 1}, {QStringLiteral("1"), 1}, {QStringLiteral("0"), 0},
+        {std::nullopt, 1},          {QStringLiteral("1"), 1},   {QStringLiteral("0"), 0},
         {QStringLiteral("abc"), 0}, {QStringLiteral(" 1x"), 1}, {QString(), 0},
     };
     for (const Case& c : cases) {
@@ -110,9 +112,11 @@ TEST(Settings, AutojumpIsReadAsANumberAndBothAreSavedAtUnload)
         if (c.stored)
             f.settings.values.insert(QStringLiteral("Settings/Autojump"), *c.stored);
         f.form.Form_Load();
-        EXPECT_EQ(f.form.chkAutoJump.value(), c.checked) << c.stored.value_or("<none>").toStdString();
+        EXPECT_EQ(f.form.chkAutoJump.value(), c.checked)
+            << c.stored.value_or("<none>").toStdString();
         f.form.Form_Unload();
-        EXPECT_EQ(f.settings.values.value(QStringLiteral("Settings/Autojump")), QString::number(c.checked));
+        EXPECT_EQ(f.settings.values.value(QStringLiteral("Settings/Autojump")),
+                  QString::number(c.checked));
         EXPECT_EQ(f.settings.values.value(QStringLiteral("Settings/Profile")), QStringLiteral("0"));
     }
 }
@@ -149,7 +153,8 @@ TEST(Caption, IsTheNameAndThreePartVersion)
 {
     FormFixture f;
     f.form.Form_Load();
-    EXPECT_TRUE(f.form.window.text().contains(QRegularExpression(QStringLiteral("^Tolvane v\\d+\\.\\d+\\.\\d+$"))))
+    EXPECT_TRUE(f.form.window.text().contains(
+        QRegularExpression(QStringLiteral("^Tolvane v\\d+\\.\\d+\\.\\d+$"))))
         << f.form.window.text().toStdString();
 }
 

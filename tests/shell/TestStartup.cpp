@@ -31,13 +31,33 @@ TEST(Startup, BrowserChecksWarnOnlyWhenTheirConditionHolds)
         QStringList warnings;
     } cases[] = {
         {"5.0 is enough", DllVersion{5, 0}, QStringLiteral("C:\\IEXPLORE.EXE"), false, {}},
-        {"6.0, lower case", DllVersion{6, 0}, QStringLiteral("c:\\program files\\iexplore.exe"), false, {}},
-        {"4.72 is old", DllVersion{4, 72}, QStringLiteral("C:\\IEXPLORE.EXE"), false, {OldBrowserWarning}},
-        {"no version", std::nullopt, QStringLiteral("C:\\IEXPLORE.EXE"), false, {OldBrowserWarning}},
+        {"6.0, lower case",
+         DllVersion{6, 0},
+         QStringLiteral("c:\\program files\\iexplore.exe"),
+         false,
+         {}},
+        {"4.72 is old",
+         DllVersion{4, 72},
+         QStringLiteral("C:\\IEXPLORE.EXE"),
+         false,
+         {OldBrowserWarning}},
+        {"no version",
+         std::nullopt,
+         QStringLiteral("C:\\IEXPLORE.EXE"),
+         false,
+         {OldBrowserWarning}},
         {"5.50 reads 5.5", DllVersion{5, 50}, QStringLiteral("x:\\iexplore.exe"), false, {}},
-        {"other browser", DllVersion{6, 0}, QStringLiteral("C:\\firefox.exe"), false, {NotDefaultWarning}},
+        {"other browser",
+         DllVersion{6, 0},
+         QStringLiteral("C:\\firefox.exe"),
+         false,
+         {NotDefaultWarning}},
         {"no association", DllVersion{6, 0}, QString(), false, {NotDefaultWarning}},
-        {"no temp folder", DllVersion{6, 0}, QStringLiteral("C:\\IEXPLORE.EXE"), true, {NotDefaultWarning}},
+        {"no temp folder",
+         DllVersion{6, 0},
+         QStringLiteral("C:\\IEXPLORE.EXE"),
+         true,
+         {NotDefaultWarning}},
         {"both", DllVersion{4, 0}, QString(), false, {OldBrowserWarning, NotDefaultWarning}},
     };
     for (const Case& c : cases) {
@@ -68,7 +88,8 @@ TEST(Startup, DefaultBrowserTestFileIsNamedByTheTimeAndRemoved)
     };
     f.form.Form_Load();
     ASSERT_EQ(f.shell.filesAskedFor.size(), 1);
-    EXPECT_EQ(f.shell.filesAskedFor.first(), f.shell.tempFolder + QStringLiteral("/Test143025.html"));
+    EXPECT_EQ(f.shell.filesAskedFor.first(),
+              f.shell.tempFolder + QStringLiteral("/Test143025.html"));
     EXPECT_TRUE(existedDuringLookup);
     EXPECT_EQ(content, QByteArray("\r\n"));
     EXPECT_FALSE(QFile::exists(f.shell.filesAskedFor.first()));
@@ -94,13 +115,16 @@ TEST(Startup, DataFolderIsMadeUnderAppDataOrElseBesideTheProgram)
     withAppData.form.Form_Load();
     EXPECT_EQ(withAppData.form.DataFolder(), withAppData.dataFolder());
     EXPECT_TRUE(QFileInfo(withAppData.dataFolder()).isDir());
-    EXPECT_EQ(withAppData.form.ProfilesFile(), withAppData.dataFile(QStringLiteral("Profiles.ini")));
-    EXPECT_EQ(withAppData.form.ShortcutsFile(), withAppData.dataFile(QStringLiteral("zShortcuts.ini")));
+    EXPECT_EQ(withAppData.form.ProfilesFile(),
+              withAppData.dataFile(QStringLiteral("Profiles.ini")));
+    EXPECT_EQ(withAppData.form.ShortcutsFile(),
+              withAppData.dataFile(QStringLiteral("zShortcuts.ini")));
 
     FormFixture without;
     without.shell.appDataFolder = std::nullopt;
     without.form.Form_Load();
-    EXPECT_EQ(without.form.DataFolder(), without.shell.programFolder + QStringLiteral("/Tolvane Data"));
+    EXPECT_EQ(without.form.DataFolder(),
+              without.shell.programFolder + QStringLiteral("/Tolvane Data"));
     EXPECT_TRUE(QFileInfo(without.form.DataFolder()).isDir());
 }
 
@@ -110,7 +134,8 @@ TEST(Startup, DataFolderThatCannotBeFoundEndsWithTheCriticalMessage)
     f.shell.appDataFails = true;
     EXPECT_EQ(f.form.Form_Load(), frmMain::LoadResult::End);
     ASSERT_EQ(f.boxes.shown.size(), 1u);
-    EXPECT_EQ(f.boxes.shown[0].text, QStringLiteral("Tolvane is unable to find the application data folder."));
+    EXPECT_EQ(f.boxes.shown[0].text,
+              QStringLiteral("Tolvane is unable to find the application data folder."));
     EXPECT_EQ(f.boxes.shown[0].icon, MsgIcon::Critical);
 }
 
@@ -123,7 +148,8 @@ TEST(Startup, OldReleaseFilesTakeTheFirstProfilesNamesOnce)
         QStringList after;
     } cases[] = {
         {"both old", {"Any.ini", "Shortcuts.ini"}, {"zAny.ini", "zShortcuts.ini"}},
-        {"new already there", {"Any.ini", "zAny.ini", "Shortcuts.ini", "zShortcuts.ini"},
+        {"new already there",
+         {"Any.ini", "zAny.ini", "Shortcuts.ini", "zShortcuts.ini"},
          {"Any.ini", "Shortcuts.ini", "zAny.ini", "zShortcuts.ini"}},
         {"only shortcuts", {"Shortcuts.ini"}, {"zShortcuts.ini"}},
         {"nothing", {}, {}},
@@ -138,7 +164,8 @@ TEST(Startup, OldReleaseFilesTakeTheFirstProfilesNamesOnce)
         files.removeAll(QStringLiteral("Profiles.ini"));
         EXPECT_EQ(files, c.after) << c.name;
         if (c.present.contains(QStringLiteral("zAny.ini"))) {
-            EXPECT_EQ(f.readDataFile(QStringLiteral("zAny.ini")), QByteArray("[X]\r\nfrom=zAny.ini\r\n"));
+            EXPECT_EQ(f.readDataFile(QStringLiteral("zAny.ini")),
+                      QByteArray("[X]\r\nfrom=zAny.ini\r\n"));
         }
     }
 }
@@ -148,7 +175,8 @@ TEST(Startup, ProfileNamesMoveToProfilesIniOnce)
     FormFixture f;
     f.writeDataFile(QStringLiteral("zShortcuts.ini"),
                     "[Shortcuts]\r\nMax=3\r\n[Profiles]\r\nProfile2=Anna\r\nProfile4=\r\n");
-    f.writeDataFile(QStringLiteral("Profiles.ini"), "[Profiles]\r\nProfile1=Kept\r\nProfile2=Old\r\n");
+    f.writeDataFile(QStringLiteral("Profiles.ini"),
+                    "[Profiles]\r\nProfile1=Kept\r\nProfile2=Old\r\n");
     f.form.Form_Load();
     EXPECT_EQ(f.readDataFile(QStringLiteral("Profiles.ini")),
               QByteArray("[Profiles]\r\nProfile1=Kept\r\nProfile2=Anna\r\n"));
@@ -160,7 +188,8 @@ TEST(Startup, ProfileNamesMoveToProfilesIniOnce)
     FormFixture again;
     again.shell.appDataFolder = f.shell.appDataFolder;
     again.form.Form_Load();
-    EXPECT_EQ(f.readDataFile(QStringLiteral("Profiles.ini")), QByteArray("[Profiles]\r\nProfile2=Renamed\r\n"));
+    EXPECT_EQ(f.readDataFile(QStringLiteral("Profiles.ini")),
+              QByteArray("[Profiles]\r\nProfile2=Renamed\r\n"));
 }
 
 TEST(Startup, ProfileNameStaysWhenItsNewFileCannotBeWritten)
@@ -169,7 +198,8 @@ TEST(Startup, ProfileNameStaysWhenItsNewFileCannotBeWritten)
     f.writeDataFile(QStringLiteral("zShortcuts.ini"), "[Profiles]\r\nProfile1=Bo\r\n");
     QDir(f.dataFolder()).mkdir(QStringLiteral("Profiles.ini"));
     f.form.Form_Load();
-    EXPECT_EQ(f.readDataFile(QStringLiteral("zShortcuts.ini")), QByteArray("[Profiles]\r\nProfile1=Bo\r\n"));
+    EXPECT_EQ(f.readDataFile(QStringLiteral("zShortcuts.ini")),
+              QByteArray("[Profiles]\r\nProfile1=Bo\r\n"));
 }
 } // namespace
 
@@ -197,9 +227,11 @@ TEST(Startup, WindowsAlreadyOpenAreTakenUpAndLaterOnesFollowed)
 TEST(Startup, PersonalDataIsTheUsersAlone)
 {
     using P = QFileDevice;
-    const P::Permissions groupOrOther = P::ReadGroup | P::WriteGroup | P::ExeGroup | P::ReadOther |
-                                        P::WriteOther | P::ExeOther;
-    const auto open = [&](const QString& path) { return int(QFile::permissions(path) & groupOrOther); };
+    const P::Permissions groupOrOther =
+        P::ReadGroup | P::WriteGroup | P::ExeGroup | P::ReadOther | P::WriteOther | P::ExeOther;
+    const auto open = [&](const QString& path) {
+        return int(QFile::permissions(path) & groupOrOther);
+    };
 
     FormFixture fresh;
     fresh.form.Form_Load();
@@ -219,8 +251,9 @@ TEST(Startup, PersonalDataIsTheUsersAlone)
         ASSERT_TRUE(out.open(QIODevice::WriteOnly));
         out.write("[Any]\r\nfname=Ann\r\n");
     }
-    QFile::setPermissions(older.dataFolder(), P::ReadOwner | P::WriteOwner | P::ExeOwner | P::ReadGroup |
-                                                  P::ExeGroup | P::ReadOther | P::ExeOther);
+    QFile::setPermissions(older.dataFolder(), P::ReadOwner | P::WriteOwner | P::ExeOwner |
+                                                  P::ReadGroup | P::ExeGroup | P::ReadOther |
+                                                  P::ExeOther);
     QFile::setPermissions(any, P::ReadOwner | P::WriteOwner | P::ReadGroup | P::ReadOther);
     QFile::setPermissions(kept, P::ReadOwner | P::ReadGroup | P::ReadOther);
     older.form.Form_Load();
@@ -228,5 +261,6 @@ TEST(Startup, PersonalDataIsTheUsersAlone)
     EXPECT_EQ(open(any), 0);
     EXPECT_EQ(open(kept), 0);
     EXPECT_FALSE(QFile::permissions(kept) & P::WriteOwner); // tightened, never opened up
-    EXPECT_EQ(older.form.valueStore().GetValue(QStringLiteral("http://a/"), "fname", {}), QStringLiteral("Ann"));
+    EXPECT_EQ(older.form.valueStore().GetValue(QStringLiteral("http://a/"), "fname", {}),
+              QStringLiteral("Ann"));
 }

@@ -99,8 +99,13 @@ TEST_F(TestListCommands, TheAddButtonIsForPagesNotListedByTitle)
         const char* title;
         bool enabled;
     } cases[] = {
-        {"Brand New Contest", true}, {"", false}, {"   ", false}, {"car contest", false},
-        {"  CAR CONTEST  ", false}, {"http://cars.example/", true}, {"Trip ", false},
+        {"Brand New Contest", true},
+        {"", false},
+        {"   ", false},
+        {"car contest", false},
+        {"  CAR CONTEST  ", false},
+        {"http://cars.example/", true},
+        {"Trip ", false},
     };
     for (const Case& c : cases) {
         f.form.txtActive.setText(QString::fromLatin1(c.title));

@@ -61,7 +61,8 @@ TEST(ReminderState, OnlyTheFirstTenThousandReminderDatesCount)
 
 TEST(ReminderState, AReminderAboveThreeHasNoInterval)
 {
-    EXPECT_THROW(ShortcutState(QDate(2005, 3, 1), 4, QDate(), QDate(), QDate(2005, 3, 10)), AppError);
+    EXPECT_THROW(ShortcutState(QDate(2005, 3, 1), 4, QDate(), QDate(), QDate(2005, 3, 10)),
+                 AppError);
     EXPECT_EQ(ShortcutState(QDate(2005, 3, 1), 4, QDate(), QDate(2005, 3, 2), QDate(2005, 3, 10)),
               StateIcon::Expired);
 }

@@ -49,7 +49,8 @@ TEST_F(TestShortcutEditor, NewShortcutsTakeTheLowestFreeNumber)
         addActivePage("  Spring Sweepstakes  ", "http://spring.example/enter");
         EXPECT_EQ(key(c.expectedNumber, "Title"), QStringLiteral("Spring Sweepstakes")) << c.name;
         EXPECT_EQ(key(0, "Title"), QStringLiteral("<missing>")) << c.name;
-        EXPECT_EQ(f.ini.readEntry(file(), "Shortcuts", "Max"), QString::number(c.expectedMax)) << c.name;
+        EXPECT_EQ(f.ini.readEntry(file(), "Shortcuts", "Max"), QString::number(c.expectedMax))
+            << c.name;
         EXPECT_TRUE(tags().contains(c.expectedNumber)) << c.name;
     }
 }
@@ -78,10 +79,14 @@ TEST_F(TestShortcutEditor, AddingFillsTheDialogFromTheActivePage)
     EXPECT_EQ(remind, QStringLiteral("Never"));
     EXPECT_EQ(starts, QDate(2005, 3, 10));
     EXPECT_EQ(ends, QDate(2006, 3, 10));
-    const std::pair<const char*, const char*> written[] = {
-        {"Title", "Win a Car"}, {"URL", "http://cars.example/win"}, {"Remind", "0"},
-        {"StartDate", "2005-03-10"}, {"Expires", "2006-03-10"}, {"LastVisit", "never"},
-        {"Source", ""}, {"Notes", ""}};
+    const std::pair<const char*, const char*> written[] = {{"Title", "Win a Car"},
+                                                           {"URL", "http://cars.example/win"},
+                                                           {"Remind", "0"},
+                                                           {"StartDate", "2005-03-10"},
+                                                           {"Expires", "2006-03-10"},
+                                                           {"LastVisit", "never"},
+                                                           {"Source", ""},
+                                                           {"Notes", ""}};
     for (const auto& [k, v] : written)
         EXPECT_EQ(key(1, k), QString::fromLatin1(v)) << k;
 }
@@ -107,9 +112,9 @@ TEST_F(TestShortcutEditor, EditingRewritesTheEightKeysAndLeavesMax)
     EXPECT_EQ(shownRemind, 1);
     EXPECT_EQ(shownExpires, QDate(2006, 3, 10)); // missing "Expires": a year from today
     const std::pair<const char*, const char*> written[] = {
-        {"Title", "New title"}, {"URL", "http://old.example/"}, {"Remind", "3"},
-        {"StartDate", "2005-04-01"}, {"Expires", "2006-03-10"}, {"LastVisit", "never"},
-        {"Source", "Newspaper"}, {"Notes", "Enter daily"}};
+        {"Title", "New title"},      {"URL", "http://old.example/"}, {"Remind", "3"},
+        {"StartDate", "2005-04-01"}, {"Expires", "2006-03-10"},      {"LastVisit", "never"},
+        {"Source", "Newspaper"},     {"Notes", "Enter daily"}};
     for (const auto& [k, v] : written)
         EXPECT_EQ(key(2, k), QString::fromLatin1(v)) << k;
     EXPECT_EQ(f.ini.readEntry(file(), "Shortcuts", "Max"), QStringLiteral("9"));
@@ -141,7 +146,8 @@ TEST_F(TestShortcutEditor, AnUnreadableReminderIsReportedAndTheDialogNotShown)
     EXPECT_EQ(f.editor.shown, 0);
     ASSERT_FALSE(f.boxes.shown.empty());
     EXPECT_EQ(f.boxes.shown.back().text,
-              QStringLiteral("An error occured in procedure EditShortcut.\r\n\r\n380 Invalid property value"));
+              QStringLiteral(
+                  "An error occured in procedure EditShortcut.\r\n\r\n380 Invalid property value"));
 }
 
 TEST_F(TestShortcutEditor, HelpLabelSendsF1)

@@ -8,7 +8,10 @@
 namespace {
 struct LocaleScope
 {
-    explicit LocaleScope(const char* name) { QLocale::setDefault(QLocale(QString::fromLatin1(name))); }
+    explicit LocaleScope(const char* name)
+    {
+        QLocale::setDefault(QLocale(QString::fromLatin1(name)));
+    }
     ~LocaleScope() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
 };
 
@@ -22,12 +25,16 @@ TEST(DateText, WrittenFormsReadBackAsTheSameMomentInEveryLocale)
     const QDateTime moment = at(2026, 1, 5, 0, 7, 9);
     EXPECT_EQ(DateText::fromDateTime(moment), QStringLiteral("2026-01-05 00:07:09"));
     EXPECT_EQ(DateText::fromDate(QDate(2005, 12, 31)), QStringLiteral("2005-12-31"));
-    for (const char* name : {"en_US", "en_GB", "fr_FR", "de_DE", "ja_JP", "en_AU", "ko_KR", "ar_EG"}) {
+    for (const char* name :
+         {"en_US", "en_GB", "fr_FR", "de_DE", "ja_JP", "en_AU", "ko_KR", "ar_EG"}) {
         const LocaleScope locale(name);
         for (int day = 1; day <= 12; ++day) {
             const QDateTime visit = at(2005, 3, day, 16, 7);
-            EXPECT_EQ(DateText::toDateTime(DateText::fromDateTime(visit)), visit) << name << " " << day;
-            EXPECT_EQ(DateText::toDateTime(DateText::fromDate(visit.date())), visit.date().startOfDay()) << name;
+            EXPECT_EQ(DateText::toDateTime(DateText::fromDateTime(visit)), visit)
+                << name << " " << day;
+            EXPECT_EQ(DateText::toDateTime(DateText::fromDate(visit.date())),
+                      visit.date().startOfDay())
+                << name;
         }
     }
 }
@@ -65,7 +72,8 @@ TEST(DateText, TextsOfTheWindowsReleaseAndOfEarlierVersionsReadAsTheyWereMeant)
         {"ja_JP", "3/4/2005", at(2005, 3, 4)},
         // ISO 8601, with or without the T, with a zone.
         {"en_GB", "2005-03-04T16:07:00", at(2005, 3, 4, 16, 7)},
-        {"en_US", "2005-03-04T16:07:00Z", QDateTime(QDate(2005, 3, 4), QTime(16, 7), Qt::UTC).toLocalTime()},
+        {"en_US", "2005-03-04T16:07:00Z",
+         QDateTime(QDate(2005, 3, 4), QTime(16, 7), Qt::UTC).toLocalTime()},
         // What the bar shows reads back.
         {"en_GB", "04/03/2005 4:07 pm", at(2005, 3, 4, 16, 7)},
         {"en_US", " 3/14/2005 ", at(2005, 3, 14)},

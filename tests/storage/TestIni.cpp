@@ -22,7 +22,7 @@ protected:
 
 TEST_F(TestIni, ValuesReadBackTrimmedAndCutAt255Characters)
 {
-    const QString long300 = QString(300, QLatin1Char('x')) ;
+    const QString long300 = QString(300, QLatin1Char('x'));
     struct Case
     {
         QString written;
@@ -37,11 +37,13 @@ TEST_F(TestIni, ValuesReadBackTrimmedAndCutAt255Characters)
         {QStringLiteral("caf\u00e9 \u20ac"), QStringLiteral("caf\u00e9 \u20ac")},
         {QStringLiteral("\u4e2d"), QStringLiteral("\u4e2d")},
         // The cut falls inside the last character: it goes whole.
-        {QString(254, QLatin1Char('x')) + QString::fromUtf8("\U0001F3C6"), QString(254, QLatin1Char('x'))},
+        {QString(254, QLatin1Char('x')) + QString::fromUtf8("\U0001F3C6"),
+         QString(254, QLatin1Char('x'))},
     };
     for (const Case& c : cases) {
         m_ini.WriteINI(QStringLiteral("Any"), QStringLiteral("Key"), c.written, path());
-        EXPECT_EQ(m_ini.ReadINI(QStringLiteral("Any"), QStringLiteral("Key"), {}, path()), c.readBack)
+        EXPECT_EQ(m_ini.ReadINI(QStringLiteral("Any"), QStringLiteral("Key"), {}, path()),
+                  c.readBack)
             << c.written.toStdString();
     }
 }
@@ -49,11 +51,14 @@ TEST_F(TestIni, ValuesReadBackTrimmedAndCutAt255Characters)
 TEST_F(TestIni, EmptyValueIsNotMissingButMissingGivesTrimmedDefault)
 {
     m_ini.WriteINI(QStringLiteral("S"), QStringLiteral("Empty"), QString(), path());
-    EXPECT_EQ(m_ini.ReadINI(QStringLiteral("S"), QStringLiteral("Empty"), QStringLiteral("dflt"), path()),
-              QString());
-    EXPECT_EQ(m_ini.ReadINI(QStringLiteral("S"), QStringLiteral("Missing"), QStringLiteral("  dflt "), path()),
+    EXPECT_EQ(
+        m_ini.ReadINI(QStringLiteral("S"), QStringLiteral("Empty"), QStringLiteral("dflt"), path()),
+        QString());
+    EXPECT_EQ(m_ini.ReadINI(QStringLiteral("S"), QStringLiteral("Missing"),
+                            QStringLiteral("  dflt "), path()),
               QStringLiteral("dflt"));
-    EXPECT_EQ(m_ini.ReadINI(QStringLiteral("Other"), QStringLiteral("Empty"), QStringLiteral("d"), path()),
+    EXPECT_EQ(m_ini.ReadINI(QStringLiteral("Other"), QStringLiteral("Empty"), QStringLiteral("d"),
+                            path()),
               QStringLiteral("d"));
     EXPECT_EQ(m_ini.ReadINI(QStringLiteral("S"), QStringLiteral("Empty"), QStringLiteral("d"),
                             path(QStringLiteral("nofile.ini"))),
@@ -77,17 +82,22 @@ TEST(SameText, ComparesUpperCasedAndTrimmedOfSpaces)
         const char* b;
         bool same;
     } cases[] = {
-        {" Name ", "NAME", true}, {"a b", "ab", false}, {"", "  ", true},
-        {"\tName", "Name", false}, {"caf\xc3\xa9", "CAF\xc3\x89", true}, {"x", "y", false},
+        {" Name ", "NAME", true},
+        {"a b", "ab", false},
+        {"", "  ", true},
+        {"\tName", "Name", false},
+        {"caf\xc3\xa9", "CAF\xc3\x89", true},
+        {"x", "y", false},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(SameText(QString::fromUtf8(c.a), QString::fromUtf8(c.b)), c.same) << c.a << "|" << c.b;
+        EXPECT_EQ(SameText(QString::fromUtf8(c.a), QString::fromUtf8(c.b)), c.same)
+            << c.a << "|" << c.b;
 }
 
 TEST(ProfilePrefixOf, MapsIndexesToLetters)
 {
-    const std::pair<int, const char*> cases[] = {{-1, "z"}, {-7, "z"}, {0, "z"}, {1, "v"},
-                                                 {2, "w"},  {3, "x"},  {4, "y"}, {5, ""}, {99, ""}};
+    const std::pair<int, const char*> cases[] = {{-1, "z"}, {-7, "z"}, {0, "z"}, {1, "v"}, {2, "w"},
+                                                 {3, "x"},  {4, "y"},  {5, ""},  {99, ""}};
     for (const auto& [index, prefix] : cases)
         EXPECT_EQ(ProfilePrefixOf(index), QString::fromLatin1(prefix)) << index;
 }

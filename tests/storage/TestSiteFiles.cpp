@@ -14,20 +14,27 @@ TEST_F(TestSiteFiles, AddressesMapToTheirFileNames)
         int profile;
         QString file;
     } cases[] = {
-        {QStringLiteral("http://prizes.example/enter.html"), 0, QStringLiteral("zPRIZES.EXAMPLE!ENTER.HTML.ini")},
+        {QStringLiteral("http://prizes.example/enter.html"), 0,
+         QStringLiteral("zPRIZES.EXAMPLE!ENTER.HTML.ini")},
         {QStringLiteral("http://prizes.example/contest/entry.asp?id=42&ref=home"), 0,
          QStringLiteral("zPRIZES.EXAMPLE!CONTEST!ENTRY.ASPID=42&R.ini")},
         {QStringLiteral("http://prizes.example/contest/entry.asp?id=42&ref=mail"), 0,
          QStringLiteral("zPRIZES.EXAMPLE!CONTEST!ENTRY.ASPID=42&R.ini")},
-        {QStringLiteral("https://prizes.example/win"), 1, QStringLiteral("vHTTPSPRIZES.EXAMPLE!WIN.ini")},
+        {QStringLiteral("https://prizes.example/win"), 1,
+         QStringLiteral("vHTTPSPRIZES.EXAMPLE!WIN.ini")},
         {QStringLiteral("HTTP://Prizes.Example/"), 0, QStringLiteral("zHTTPPRIZES.EXAMPLE!.ini")},
-        {QStringLiteral("http://prizes.example/a b/c%20d.htm"), 2, QStringLiteral("wPRIZES.EXAMPLE!AB!C%20D.HTM.ini")},
-        {QStringLiteral("http://prizes.example:8080/x y"), 4, QStringLiteral("yPRIZES.EXAMPLE8080!XY.ini")},
-        {QStringLiteral("file://C:\\My Pages\\form.htm"), 0, QStringLiteral("zFILEC!MYPAGES!FORM.HTM.ini")},
-        {QStringLiteral("\\\\server\\share\\form.htm"), 3, QStringLiteral("xSERVER!SHARE!FORM.HTM.ini")},
+        {QStringLiteral("http://prizes.example/a b/c%20d.htm"), 2,
+         QStringLiteral("wPRIZES.EXAMPLE!AB!C%20D.HTM.ini")},
+        {QStringLiteral("http://prizes.example:8080/x y"), 4,
+         QStringLiteral("yPRIZES.EXAMPLE8080!XY.ini")},
+        {QStringLiteral("file://C:\\My Pages\\form.htm"), 0,
+         QStringLiteral("zFILEC!MYPAGES!FORM.HTM.ini")},
+        {QStringLiteral("\\\\server\\share\\form.htm"), 3,
+         QStringLiteral("xSERVER!SHARE!FORM.HTM.ini")},
         {QStringLiteral("about:blank"), 0, QStringLiteral("zABOUTBLANK.ini")},
         {QStringLiteral("http://:;<>\"?*|"), -1, QStringLiteral("z.ini")},
-        {QStringLiteral("http://caf\u00e9.example/\uff21\u4e2d"), 0, QStringLiteral("zCAF.EXAMPLE!.ini")},
+        {QStringLiteral("http://caf\u00e9.example/\uff21\u4e2d"), 0,
+         QStringLiteral("zCAF.EXAMPLE!.ini")},
         {QStringLiteral("http://x/a\r\nb\tc"), 0, QStringLiteral("zX!ABC.ini")},
         {QStringLiteral("http://x/") + QString(10000, QLatin1Char('q')), 0,
          QStringLiteral("zX!") + QString(37, QLatin1Char('Q')) + QStringLiteral(".ini")},
@@ -51,9 +58,9 @@ TEST_F(TestSiteFiles, VisitsCountDaysNotClicks)
         {QDateTime(QDate(2026, 3, 14), QTime(9, 0)), 1},
         {QDateTime(QDate(2026, 3, 14), QTime(12, 30)), 1},
         {QDateTime(QDate(2026, 3, 14), QTime(23, 59, 59)), 1},
-        {QDateTime(QDate(2026, 3, 15), QTime(0, 0, 1)), 2},     // past midnight
+        {QDateTime(QDate(2026, 3, 15), QTime(0, 0, 1)), 2}, // past midnight
         {QDateTime(QDate(2026, 3, 15), QTime(18, 0)), 2},
-        {QDateTime(QDate(2026, 3, 14), QTime(18, 0)), 3},       // clock set back a day
+        {QDateTime(QDate(2026, 3, 14), QTime(18, 0)), 3}, // clock set back a day
         {QDateTime(QDate(2026, 3, 20), QTime(8, 0)), 4},
     };
     EXPECT_EQ(sites.GetLastVisit(page), QStringLiteral("never"));
@@ -88,7 +95,8 @@ TEST_F(TestSiteFiles, LastVisitIsShownInTheLocalesShortDateAndTwelveHourTime)
     }
 
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    ini.WriteINI(QStringLiteral("URL"), QStringLiteral("LastVisit"), QStringLiteral("3/14/2005 4:07:00 PM"), file);
+    ini.WriteINI(QStringLiteral("URL"), QStringLiteral("LastVisit"),
+                 QStringLiteral("3/14/2005 4:07:00 PM"), file);
     EXPECT_EQ(sites.GetLastVisit(page), QStringLiteral("14.03.2005 4:07 PM"));
 }
 
@@ -99,7 +107,8 @@ TEST_F(TestSiteFiles, DamagedRecordsCountAsTheSystemSays)
     clock.current = QDateTime(QDate(2026, 5, 1), QTime(10, 0));
 
     // A last visit that is no date counts as today: this click is not a new day.
-    ini.WriteINI(QStringLiteral("URL"), QStringLiteral("LastVisit"), QStringLiteral("garbage"), file);
+    ini.WriteINI(QStringLiteral("URL"), QStringLiteral("LastVisit"), QStringLiteral("garbage"),
+                 file);
     ini.WriteINI(QStringLiteral("URL"), QStringLiteral("Visits"), QStringLiteral("7"), file);
     sites.SetLastVisit(page);
     EXPECT_EQ(sites.GetTotalVisits(page), 7);
@@ -115,9 +124,11 @@ TEST_F(TestSiteFiles, DamagedRecordsCountAsTheSystemSays)
     }
     EXPECT_TRUE(errors.reports.empty());
 
-    ini.WriteINI(QStringLiteral("URL"), QStringLiteral("Visits"), QStringLiteral("99999999999"), file);
+    ini.WriteINI(QStringLiteral("URL"), QStringLiteral("Visits"), QStringLiteral("99999999999"),
+                 file);
     EXPECT_EQ(sites.GetTotalVisits(page), 0);
-    ini.WriteINI(QStringLiteral("URL"), QStringLiteral("Visits"), QStringLiteral("2147483647"), file);
+    ini.WriteINI(QStringLiteral("URL"), QStringLiteral("Visits"), QStringLiteral("2147483647"),
+                 file);
     clock.current = clock.current.addDays(1);
     sites.SetLastVisit(page);
     ASSERT_EQ(errors.reports.size(), 2u);
@@ -125,10 +136,12 @@ TEST_F(TestSiteFiles, DamagedRecordsCountAsTheSystemSays)
     EXPECT_EQ(errors.reports[0].number, 6);
     EXPECT_EQ(errors.reports[1].procedure, QStringLiteral("SetLastVisit"));
     // What was written before the failure stays written; the count is left alone.
-    EXPECT_EQ(raw(QStringLiteral("zP.EXAMPLE!.ini"), QStringLiteral("URL"), QStringLiteral("LastVisit")),
-              QStringLiteral("2026-05-02 10:00:00"));
-    EXPECT_EQ(raw(QStringLiteral("zP.EXAMPLE!.ini"), QStringLiteral("URL"), QStringLiteral("Visits")),
-              QStringLiteral("2147483647"));
+    EXPECT_EQ(
+        raw(QStringLiteral("zP.EXAMPLE!.ini"), QStringLiteral("URL"), QStringLiteral("LastVisit")),
+        QStringLiteral("2026-05-02 10:00:00"));
+    EXPECT_EQ(
+        raw(QStringLiteral("zP.EXAMPLE!.ini"), QStringLiteral("URL"), QStringLiteral("Visits")),
+        QStringLiteral("2147483647"));
 }
 
 TEST_F(TestSiteFiles, RecordsAreSharedByTheFirstFortyCharactersAndKeptPerProfile)

@@ -23,7 +23,9 @@ public:
     }
     void IEHolder_DocChanged(int Index, const DocPtr& document, const ElementPtr& element) override
     {
-        lines << QStringLiteral("DocChanged %1 %2 %3").arg(Index).arg(document->url(), element->tagName());
+        lines << QStringLiteral("DocChanged %1 %2 %3")
+                     .arg(Index)
+                     .arg(document->url(), element->tagName());
     }
     void IEHolder_HTMLGotFocus(int Index, const DocPtr& document) override
     {

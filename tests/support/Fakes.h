@@ -160,7 +160,10 @@ public:
 class FakeTextMetrics : public TextMetrics
 {
 public:
-    int TextWidth(const QString& text, double) const override { return 100 * static_cast<int>(text.size()); }
+    int TextWidth(const QString& text, double) const override
+    {
+        return 100 * static_cast<int>(text.size());
+    }
 };
 
 // A dialog shown modally: what the user does in it is scripted by the test.
@@ -178,7 +181,6 @@ public:
 };
 using FakeEditorDisplay = FakeDisplay<frmShortcut>;
 using FakeProfilesDisplay = FakeDisplay<frmProfiles>;
-
 
 // A desktop 1280 by 800 pixels whose shell reserves the strip an application bar asks for,
 // and a main window on it; every call is recorded.
@@ -199,7 +201,8 @@ public:
     {
         if (failNext) {
             failNext = false;
-            throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+            throw AppError(ErrorNumber::InvalidCall,
+                           QStringLiteral("Invalid procedure call or argument"));
         }
         calls << QStringLiteral("SHAppBarMessage %1").arg(message);
         if (message == AppBar::ABM_REMOVE)
@@ -219,7 +222,10 @@ public:
     void SetWindowPosTopmost(const PixelRect& rect) override
     {
         calls << QStringLiteral("SetWindowPos %1,%2 %3x%4")
-                     .arg(rect.left).arg(rect.top).arg(rect.right - rect.left).arg(rect.bottom - rect.top);
+                     .arg(rect.left)
+                     .arg(rect.top)
+                     .arg(rect.right - rect.left)
+                     .arg(rect.bottom - rect.top);
     }
     qint64 windowHandle() override { return 0x1234; }
     double twipsPerPixelX() override { return 15; }

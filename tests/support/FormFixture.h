@@ -50,5 +50,6 @@ struct FormFixture
     FakeEditorDisplay editor;
     FakeProfilesDisplay profilesEditor;
     FakeDocking docking;
-    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor, profilesEditor, docking}};
+    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor,
+                  profilesEditor, docking}};
 };

@@ -24,16 +24,19 @@ protected:
     }
 
     // A contest page with text fields named by the list, in order.
-    static std::shared_ptr<ModelDocument> formPage(const QString& url, const QStringList& textFields = {})
+    static std::shared_ptr<ModelDocument> formPage(const QString& url,
+                                                   const QStringList& textFields = {})
     {
         auto page = std::make_shared<ModelDocument>(url, QStringLiteral("Contest at ") + url);
         for (const QString& name : textFields)
             page->add(ModelElement::input(QStringLiteral("text"), name));
         return page;
     }
-    std::shared_ptr<ModelElement> field(const std::shared_ptr<ModelDocument>& page, const QString& name)
+    std::shared_ptr<ModelElement> field(const std::shared_ptr<ModelDocument>& page,
+                                        const QString& name)
     {
-        for (const ElementPtr& element : page->tags(QStringLiteral("input")) + page->tags(QStringLiteral("select")) +
+        for (const ElementPtr& element : page->tags(QStringLiteral("input")) +
+                                             page->tags(QStringLiteral("select")) +
                                              page->tags(QStringLiteral("textarea"))) {
             if (element->name() == name)
                 return std::static_pointer_cast<ModelElement>(element);
@@ -42,14 +45,16 @@ protected:
         return nullptr;
     }
     // Loads a page in the window, far enough from the last load that it is not a repeat.
-    void load(const std::shared_ptr<ModelDocument>& page, const std::shared_ptr<ModelBrowser>& in = nullptr)
+    void load(const std::shared_ptr<ModelDocument>& page,
+              const std::shared_ptr<ModelBrowser>& in = nullptr)
     {
         f.clock.advanceMs(5000);
         (in ? in : window)->navigate(page);
     }
     QString stored(const QString& file, const QString& section, const QString& key)
     {
-        return f.ini.readEntry(f.dataFile(file), section, key).value_or(QStringLiteral("<missing>"));
+        return f.ini.readEntry(f.dataFile(file), section, key)
+            .value_or(QStringLiteral("<missing>"));
     }
 
     FormFixture f;

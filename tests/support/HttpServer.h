@@ -14,11 +14,18 @@ public:
     explicit HttpServer(QMap<QString, QByteArray> pages) : m_pages(std::move(pages))
     {
         m_thread.start();
-        QMetaObject::invokeMethod(m_context, [this] { listen(); }, Qt::BlockingQueuedConnection);
+        QMetaObject::invokeMethod(
+            m_context, [this] { listen(); }, Qt::BlockingQueuedConnection);
     }
     ~HttpServer()
     {
-        QMetaObject::invokeMethod(m_context, [this] { delete m_server; delete m_context; }, Qt::BlockingQueuedConnection);
+        QMetaObject::invokeMethod(
+            m_context,
+            [this] {
+                delete m_server;
+                delete m_context;
+            },
+            Qt::BlockingQueuedConnection);
         m_thread.quit();
         m_thread.wait();
     }
@@ -26,7 +33,10 @@ public:
     // The same server under another site's name, for frames from another site.
     QString url(const QString& path, bool otherSite = false) const
     {
-        return QStringLiteral("http://%1:%2%3").arg(otherSite ? "localhost" : "127.0.0.1").arg(m_port).arg(path);
+        return QStringLiteral("http://%1:%2%3")
+            .arg(otherSite ? "localhost" : "127.0.0.1")
+            .arg(m_port)
+            .arg(path);
     }
 
 private:
@@ -42,8 +52,10 @@ private:
                     const QString path = QString::fromLatin1(request.split(' ').value(1));
                     const QByteArray body = m_pages.value(path.section('?', 0, 0));
                     const QByteArray status = body.isNull() ? "404 Not Found" : "200 OK";
-                    socket->write("HTTP/1.1 " + status + "\r\nContent-Type: text/html; charset=utf-8\r\nContent-Length: " +
-                                  QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body);
+                    socket->write("HTTP/1.1 " + status +
+                                  "\r\nContent-Type: text/html; charset=utf-8\r\nContent-Length: " +
+                                  QByteArray::number(body.size()) +
+                                  "\r\nConnection: close\r\n\r\n" + body);
                     socket->disconnectFromHost();
                 });
                 QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);

@@ -28,7 +28,8 @@ protected:
                   const QString& start = {}, const QString& expires = {})
     {
         put(number, "Title", title);
-        put(number, "URL", url.isEmpty() ? QStringLiteral("http://site%1.example/").arg(number) : url);
+        put(number, "URL",
+            url.isEmpty() ? QStringLiteral("http://site%1.example/").arg(number) : url);
         put(number, "Remind", QString::number(remind));
         if (!start.isEmpty())
             put(number, "StartDate", start);

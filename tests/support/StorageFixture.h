@@ -61,7 +61,8 @@ protected:
     }
     QString raw(const QString& name, const QString& section, const QString& key)
     {
-        return store.readEntry(dir.path() + QLatin1Char('/') + name, section, key).value_or(QStringLiteral("<missing>"));
+        return store.readEntry(dir.path() + QLatin1Char('/') + name, section, key)
+            .value_or(QStringLiteral("<missing>"));
     }
 
     QTemporaryDir dir;

@@ -41,7 +41,8 @@ QJsonArray channelArgument()
 // The page script as a function of the channel the browser hands it.
 QString pageScriptFunction()
 {
-    return QStringLiteral("(channel) => {") + PageScript::source(QStringLiteral("(message) => channel(message)")) +
+    return QStringLiteral("(channel) => {") +
+           PageScript::source(QStringLiteral("(message) => channel(message)")) +
            QStringLiteral("}");
 }
 
@@ -66,7 +67,8 @@ void throwIfException(const QJsonObject& result)
         return;
     const QJsonObject details = result.value("exceptionDetails").toObject();
     const QString text = details.value("text").toString();
-    throw browserError(text.isEmpty() ? QStringLiteral("The page's script failed.") : text.section(QLatin1Char('\n'), 0, 0));
+    throw browserError(text.isEmpty() ? QStringLiteral("The page's script failed.")
+                                      : text.section(QLatin1Char('\n'), 0, 0));
 }
 } // namespace
 
@@ -83,14 +85,18 @@ void BidiShell::openConnection()
     connection.setEventHandler([this](const RemoteConnection::Event& event) { onEvent(event); });
     // Not a jump within a page: a page jumping to its own anchor in a loop would flood the
     // connection; the page script says where such a jump went.
-    connection.call(QStringLiteral("session.subscribe"),
-                    {{"events", QJsonArray{"browsingContext.contextCreated", "browsingContext.contextDestroyed",
-                                           "browsingContext.navigationStarted", "browsingContext.navigationCommitted",
-                                           "browsingContext.historyUpdated", "browsingContext.load", "script",
-                                           "network.beforeRequestSent", "network.responseCompleted",
-                                           "network.fetchError"}}});
+    connection.call(
+        QStringLiteral("session.subscribe"),
+        {{"events",
+          QJsonArray{"browsingContext.contextCreated", "browsingContext.contextDestroyed",
+                     "browsingContext.navigationStarted", "browsingContext.navigationCommitted",
+                     "browsingContext.historyUpdated", "browsingContext.load", "script",
+                     "network.beforeRequestSent", "network.responseCompleted",
+                     "network.fetchError"}}});
     connection.call(QStringLiteral("script.addPreloadScript"),
-                    {{"functionDeclaration", pageScriptFunction()}, {"arguments", channelArgument()}, {"sandbox", Sandbox}});
+                    {{"functionDeclaration", pageScriptFunction()},
+                     {"arguments", channelArgument()},
+                     {"sandbox", Sandbox}});
     // Opened with the page script in place, so that they are followed from their first document.
     m_browser->reopenTabsOfLastClose();
     takeUpOpenContexts();
@@ -98,7 +104,10 @@ void BidiShell::openConnection()
 
 void BidiShell::takeUpOpenContexts()
 {
-    QJsonArray pending = m_browser->connection().call(QStringLiteral("browsingContext.getTree")).value("contexts").toArray();
+    QJsonArray pending = m_browser->connection()
+                             .call(QStringLiteral("browsingContext.getTree"))
+                             .value("contexts")
+                             .toArray();
     QStringList contexts;
     while (!pending.isEmpty()) {
         const QJsonObject info = pending.takeAt(0).toObject();
@@ -114,12 +123,13 @@ void BidiShell::takeUpOpenContexts()
 void BidiShell::putScriptIn(const QString& context)
 {
     try {
-        const QJsonObject answer = m_browser->connection().call(QStringLiteral("script.callFunction"),
-                                               {{"functionDeclaration", pageScriptFunction()},
-                                                {"arguments", channelArgument()},
-                                                {"target", QJsonObject{{"context", context}, {"sandbox", Sandbox}}},
-                                                {"awaitPromise", false},
-                                                {"resultOwnership", "none"}});
+        const QJsonObject answer = m_browser->connection().call(
+            QStringLiteral("script.callFunction"),
+            {{"functionDeclaration", pageScriptFunction()},
+             {"arguments", channelArgument()},
+             {"target", QJsonObject{{"context", context}, {"sandbox", Sandbox}}},
+             {"awaitPromise", false},
+             {"resultOwnership", "none"}});
         m_contexts[context].realm = answer.value("realm").toString();
         m_contexts[context].scripted = true;
     } catch (const AppError&) {
@@ -151,10 +161,12 @@ void BidiShell::AppActivate(const QString& title)
     const auto shown = [this](const QString& id, const char* what) {
         const DocPtr document = documentFor({}, id);
         try {
-            return document ? evaluate(std::static_pointer_cast<ScriptDocument>(document)->realm(),
-                                       QStringLiteral("window.__tolvane.doc('%1')").arg(QLatin1String(what)))
-                                  .toString()
-                            : QString();
+            return document
+                       ? evaluate(
+                             std::static_pointer_cast<ScriptDocument>(document)->realm(),
+                             QStringLiteral("window.__tolvane.doc('%1')").arg(QLatin1String(what)))
+                             .toString()
+                       : QString();
         } catch (const AppError&) {
             return QString();
         }
@@ -175,8 +187,12 @@ void BidiShell::OpenAddress(const QString& address)
     if (!isConnected())
         reconnect();
     const QString context =
-        bidi().call(QStringLiteral("browsingContext.create"), {{"type", "window"}}).value("context").toString();
-    bidi().call(QStringLiteral("browsingContext.navigate"), {{"context", context}, {"url", address}, {"wait", "none"}});
+        bidi()
+            .call(QStringLiteral("browsingContext.create"), {{"type", "window"}})
+            .value("context")
+            .toString();
+    bidi().call(QStringLiteral("browsingContext.navigate"),
+                {{"context", context}, {"url", address}, {"wait", "none"}});
 }
 
 void BidiShell::dropConnection()
@@ -193,8 +209,10 @@ void BidiShell::onEvent(const RemoteConnection::Event& event)
     // TOLVANE_BIDI_TRACE=1 lists the browser's events on standard error, for diagnosis.
     static const bool trace = qEnvironmentVariableIsSet("TOLVANE_BIDI_TRACE");
     if (trace)
-        qInfo("bidi %s %s", qPrintable(event.method),
-              qPrintable(QString::fromUtf8(QJsonDocument(event.params).toJson(QJsonDocument::Compact)).left(200)));
+        qInfo(
+            "bidi %s %s", qPrintable(event.method),
+            qPrintable(QString::fromUtf8(QJsonDocument(event.params).toJson(QJsonDocument::Compact))
+                           .left(200)));
     const QString& method = event.method;
     const QJsonObject& params = event.params;
     const QString context = params.value("context").toString();
@@ -289,7 +307,8 @@ void BidiShell::onMessage(const QJsonObject& params)
     if (params.value("channel").toString() != Channel)
         return;
     const QJsonObject payload =
-        QJsonDocument::fromJson(params.value("data").toObject().value("value").toString().toUtf8()).object();
+        QJsonDocument::fromJson(params.value("data").toObject().value("value").toString().toUtf8())
+            .object();
     const QJsonObject source = params.value("source").toObject();
     const QString context = source.value("context").toString();
     const QString realm = source.value("realm").toString();
@@ -339,7 +358,8 @@ QJsonObject BidiShell::evaluateParams(const QString& realm, const QString& expre
 
 QJsonValue BidiShell::evaluate(const QString& realm, const QString& expression)
 {
-    const QJsonObject result = bidi().call(QStringLiteral("script.evaluate"), evaluateParams(realm, asJson(expression)));
+    const QJsonObject result =
+        bidi().call(QStringLiteral("script.evaluate"), evaluateParams(realm, asJson(expression)));
     throwIfException(result);
     return fromJson(result);
 }
@@ -353,11 +373,13 @@ void BidiShell::evaluateAnswered(const QString& realm, const QString& expression
                                  std::function<void(const QJsonValue&)> answered)
 {
     try {
-        bidi().callLater(QStringLiteral("script.evaluate"), evaluateParams(realm, asJson(expression)), {},
-                         [answered](const QJsonObject& result, const QString& error) {
-                             const bool failed = !error.isEmpty() || result.value("type").toString() != QLatin1String("success");
-                             answered(failed ? QJsonValue() : fromJson(result));
-                         });
+        bidi().callLater(
+            QStringLiteral("script.evaluate"), evaluateParams(realm, asJson(expression)), {},
+            [answered](const QJsonObject& result, const QString& error) {
+                const bool failed =
+                    !error.isEmpty() || result.value("type").toString() != QLatin1String("success");
+                answered(failed ? QJsonValue() : fromJson(result));
+            });
     } catch (const AppError&) {
         answered({}); // the browser has gone: nothing to fetch
     }
@@ -367,18 +389,22 @@ FramePtr BidiShell::frameOwner(const QString& realm, int index)
 {
     const QJsonObject result = bidi().call(
         QStringLiteral("script.evaluate"),
-        evaluateParams(realm, QStringLiteral("(window.__tolvane.frame(%1) || {}).contentWindow").arg(index)));
+        evaluateParams(
+            realm, QStringLiteral("(window.__tolvane.frame(%1) || {}).contentWindow").arg(index)));
     throwIfException(result);
     const QJsonObject window = result.value("result").toObject();
     if (window.value("type").toString() != QLatin1String("window"))
-        throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
-    return std::make_shared<ScriptFrameOwner>(*this, QString(), window.value("value").toObject().value("context").toString());
+        throw AppError(ErrorNumber::InvalidCall,
+                       QStringLiteral("Invalid procedure call or argument"));
+    return std::make_shared<ScriptFrameOwner>(
+        *this, QString(), window.value("value").toObject().value("context").toString());
 }
 
 PageScriptHost::Failure BidiShell::failureOf(const AppError& error) const
 {
     // A realm or context that went answers "no such frame"; a page's dialog stops nothing here.
-    const bool gone = error.number() == ErrorNumber::BrowserCall && error.description().startsWith(QLatin1String("no such frame"));
+    const bool gone = error.number() == ErrorNumber::BrowserCall &&
+                      error.description().startsWith(QLatin1String("no such frame"));
     return gone ? Failure::Gone : Failure::Other;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "FirefoxProcess.h"
+#include "FollowedBrowser.h"
 #include "PageScriptHost.h"
 #include "RemoteConnection.h"
-#include "FollowedBrowser.h"
-#include "FirefoxProcess.h"
 
 #include <QHash>
 #include <functional>
@@ -44,7 +44,7 @@ private:
     {
         QString parent; // empty for a tab
         QString url;
-        QString realm;  // the sandbox realm of the document it shows
+        QString realm;         // the sandbox realm of the document it shows
         bool scripted = false; // whether the page script has been heard from in that realm
         bool open = true;
     };

@@ -8,11 +8,11 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QFileInfo>
 #include <QSaveFile>
 #include <QThread>
 #include <csignal>
@@ -23,7 +23,8 @@ AppError browserError(const QString& text)
     return AppError(ErrorNumber::BrowserCall, text);
 }
 
-const char* const QuietStart = R"(// Written by Tolvane for the browser profile it starts; remove this file to change these.
+const char* const QuietStart =
+    R"(// Written by Tolvane for the browser profile it starts; remove this file to change these.
 user_pref("browser.shell.checkDefaultBrowser", false);
 user_pref("browser.aboutwelcome.enabled", false);
 user_pref("browser.startup.homepage_override.mstone", "ignore");
@@ -50,7 +51,9 @@ QString namedEndpoint(const QString& portFile)
     const int port = server.value(QLatin1String("ws_port")).toInt();
     if (port <= 0)
         return {};
-    return QStringLiteral("ws://%1:%2").arg(server.value(QLatin1String("ws_host")).toString(QStringLiteral("127.0.0.1"))).arg(port);
+    return QStringLiteral("ws://%1:%2")
+        .arg(server.value(QLatin1String("ws_host")).toString(QStringLiteral("127.0.0.1")))
+        .arg(port);
 }
 
 // The live Firefox that holds the profile, or 0: its lock names it ("127.0.0.1:+4242"), and its
@@ -58,11 +61,13 @@ QString namedEndpoint(const QString& portFile)
 pid_t profileHolder(const QString& profileFolder)
 {
     const QString lock = QFileInfo(profileFolder + QStringLiteral("/lock")).symLinkTarget();
-    const pid_t pid = static_cast<pid_t>(QFileInfo(lock).fileName().section(QLatin1Char('+'), -1).toLongLong());
+    const pid_t pid =
+        static_cast<pid_t>(QFileInfo(lock).fileName().section(QLatin1Char('+'), -1).toLongLong());
     if (pid <= 0 || ::kill(pid, 0) != 0)
         return 0;
     QFile commandLine(QStringLiteral("/proc/%1/cmdline").arg(pid));
-    if (!commandLine.open(QIODevice::ReadOnly) || !commandLine.readAll().contains(QFile::encodeName(profileFolder)))
+    if (!commandLine.open(QIODevice::ReadOnly) ||
+        !commandLine.readAll().contains(QFile::encodeName(profileFolder)))
         return 0;
     return pid;
 }
@@ -105,7 +110,8 @@ void FirefoxProcess::prepareProfile(const QString& profileFolder)
     }
 }
 
-std::unique_ptr<FirefoxProcess> FirefoxProcess::start(const QString& executable, const QString& profileFolder,
+std::unique_ptr<FirefoxProcess> FirefoxProcess::start(const QString& executable,
+                                                      const QString& profileFolder,
                                                       const QStringList& extraArguments)
 {
     prepareProfile(profileFolder);
@@ -124,9 +130,10 @@ std::unique_ptr<FirefoxProcess> FirefoxProcess::start(const QString& executable,
     // Port 0: the browser takes a free one and names it in the profile, so no port in use stops
     // it. A name left by a browser that crashed is no answer.
     QFile::remove(portFile);
-    browser->m_process->start(executable, extraArguments + QStringList{QStringLiteral("--remote-debugging-port=0"),
-                                                                       QStringLiteral("--profile"), profileFolder,
-                                                                       QStringLiteral("--no-remote")});
+    browser->m_process->start(
+        executable, extraArguments + QStringList{QStringLiteral("--remote-debugging-port=0"),
+                                                 QStringLiteral("--profile"), profileFolder,
+                                                 QStringLiteral("--no-remote")});
     if (!browser->m_process->waitForStarted(10000))
         throw browserError(QStringLiteral("The browser %1 could not be started: %2")
                                .arg(executable, browser->m_process->errorString()));
@@ -134,13 +141,15 @@ std::unique_ptr<FirefoxProcess> FirefoxProcess::start(const QString& executable,
     const QDeadlineTimer deadline(30000);
     while (endpoint.isEmpty() && !deadline.hasExpired()) {
         if (browser->m_process->waitForFinished(50))
-            throw browserError(QStringLiteral("The browser %1 ended as soon as it started (exit code %2).")
-                                   .arg(executable)
-                                   .arg(browser->m_process->exitCode()));
+            throw browserError(
+                QStringLiteral("The browser %1 ended as soon as it started (exit code %2).")
+                    .arg(executable)
+                    .arg(browser->m_process->exitCode()));
         endpoint = namedEndpoint(portFile);
     }
     if (endpoint.isEmpty())
-        throw browserError(QStringLiteral("The browser %1 did not open its WebDriver BiDi port.").arg(executable));
+        throw browserError(
+            QStringLiteral("The browser %1 did not open its WebDriver BiDi port.").arg(executable));
     browser->connect(endpoint);
     return browser;
 }
@@ -155,13 +164,17 @@ std::unique_ptr<FirefoxProcess> FirefoxProcess::attach(const QString& endpoint)
 void FirefoxProcess::connect(const QString& endpoint)
 {
     const QString session = endpoint + QStringLiteral("/session");
-    m_connection = std::make_unique<RemoteConnection>([session] { return new WebSocketTransport(session); });
+    m_connection =
+        std::make_unique<RemoteConnection>([session] { return new WebSocketTransport(session); });
     try {
         // The page's dialogs are the user's to answer: the session closes none of them.
-        const QJsonObject ignorePrompts{{"unhandledPromptBehavior", QJsonObject{{"default", "ignore"}}}};
-        m_connection->call(QStringLiteral("session.new"), {{"capabilities", QJsonObject{{"alwaysMatch", ignorePrompts}}}});
+        const QJsonObject ignorePrompts{
+            {"unhandledPromptBehavior", QJsonObject{{"default", "ignore"}}}};
+        m_connection->call(QStringLiteral("session.new"),
+                           {{"capabilities", QJsonObject{{"alwaysMatch", ignorePrompts}}}});
     } catch (const AppError& error) {
-        throw browserError(QStringLiteral("The browser at %1 refused a session: %2").arg(endpoint, error.description()));
+        throw browserError(QStringLiteral("The browser at %1 refused a session: %2")
+                               .arg(endpoint, error.description()));
     }
 }
 
@@ -171,7 +184,9 @@ void FirefoxProcess::keepTabsForNextStart()
     QList<QStringList> tabs; // each window's tabs' addresses
     try {
         const QJsonArray contexts =
-            m_connection->call(QStringLiteral("browsingContext.getTree"), {{"maxDepth", 0}}).value("contexts").toArray();
+            m_connection->call(QStringLiteral("browsingContext.getTree"), {{"maxDepth", 0}})
+                .value("contexts")
+                .toArray();
         for (const QJsonValue& context : contexts) {
             const QString url = context.toObject().value("url").toString();
             const QString window = context.toObject().value("clientWindow").toString();
@@ -207,7 +222,9 @@ void FirefoxProcess::reopenTabsOfLastClose()
     file.remove();
     try {
         const QJsonArray startPages =
-            m_connection->call(QStringLiteral("browsingContext.getTree"), {{"maxDepth", 0}}).value("contexts").toArray();
+            m_connection->call(QStringLiteral("browsingContext.getTree"), {{"maxDepth", 0}})
+                .value("contexts")
+                .toArray();
         bool reopened = false;
         for (const QJsonValue& window : windows) {
             QString first;
@@ -218,7 +235,9 @@ void FirefoxProcess::reopenTabsOfLastClose()
                 if (!first.isEmpty())
                     where.insert(QStringLiteral("referenceContext"), first);
                 const QString tab =
-                    m_connection->call(QStringLiteral("browsingContext.create"), where).value("context").toString();
+                    m_connection->call(QStringLiteral("browsingContext.create"), where)
+                        .value("context")
+                        .toString();
                 m_connection->call(QStringLiteral("browsingContext.navigate"),
                                    {{"context", tab}, {"url", url.toString()}, {"wait", "none"}});
                 first = first.isEmpty() ? tab : first;
@@ -228,7 +247,8 @@ void FirefoxProcess::reopenTabsOfLastClose()
         // The start page the browser opened gives way to the tabs that were there.
         for (const QJsonValue& tab : startPages) {
             if (reopened && !isWorthReopening(tab.toObject().value("url").toString()))
-                m_connection->send(QStringLiteral("browsingContext.close"), {{"context", tab.toObject().value("context")}});
+                m_connection->send(QStringLiteral("browsingContext.close"),
+                                   {{"context", tab.toObject().value("context")}});
         }
     } catch (const AppError&) {
         // What could not be opened again is not kept: the browser is the user's from here.
@@ -237,7 +257,8 @@ void FirefoxProcess::reopenTabsOfLastClose()
 
 void FirefoxProcess::close()
 {
-    if (m_process && m_process->state() != QProcess::NotRunning && m_connection && !m_connection->isClosed())
+    if (m_process && m_process->state() != QProcess::NotRunning && m_connection &&
+        !m_connection->isClosed())
         keepTabsForNextStart();
     BrowserEnd::quit(m_process.get(), m_connection, QStringLiteral("browser.close"));
 }

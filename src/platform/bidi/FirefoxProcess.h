@@ -17,7 +17,8 @@ public:
 
     // Throws AppError when the browser cannot be started, ends at once or does not answer. A
     // Firefox left running with that profile (by a Tolvane that was killed) is ended first.
-    static std::unique_ptr<FirefoxProcess> start(const QString& executable, const QString& profileFolder,
+    static std::unique_ptr<FirefoxProcess> start(const QString& executable,
+                                                 const QString& profileFolder,
                                                  const QStringList& extraArguments = {});
     // Throws AppError.
     static std::unique_ptr<FirefoxProcess> attach(const QString& endpoint);

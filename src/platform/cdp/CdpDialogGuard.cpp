@@ -28,7 +28,8 @@ void CdpDialogGuard::onEvent(const RemoteConnection::Event& event)
 {
     const QString& method = event.method;
     if (method == QLatin1String("Target.attachedToTarget")) {
-        m_parents.insert(event.params.value(QLatin1String("sessionId")).toString(), event.sessionId);
+        m_parents.insert(event.params.value(QLatin1String("sessionId")).toString(),
+                         event.sessionId);
     } else if (method == QLatin1String("Target.detachedFromTarget")) {
         m_parents.remove(event.params.value(QLatin1String("sessionId")).toString());
     } else if (method == QLatin1String("Page.javascriptDialogOpening")) {

@@ -1,11 +1,11 @@
 #include "CdpShell.h"
 
 #include "AppError.h"
-#include "ScriptWindow.h"
 #include "CdpDialogGuard.h"
-#include "ScriptDocument.h"
 #include "ChromiumProcess.h"
 #include "PageScript.h"
+#include "ScriptDocument.h"
+#include "ScriptWindow.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -58,10 +58,12 @@ void prepareSession(RemoteConnection& cdp, const QString& session)
     cdp.send(QStringLiteral("Network.enable"), {}, session);
     cdp.send(QStringLiteral("Runtime.addBinding"),
              {{"name", Binding}, {"executionContextName", World}}, session);
-    cdp.send(QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
-             {{"source", PageScript::source(QStringLiteral("(message) => %1(message)").arg(Binding))},
-              {"worldName", World}, {"runImmediately", true}},
-             session);
+    cdp.send(
+        QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
+        {{"source", PageScript::source(QStringLiteral("(message) => %1(message)").arg(Binding))},
+         {"worldName", World},
+         {"runImmediately", true}},
+        session);
     cdp.send(QStringLiteral("Target.setAutoAttach"),
              {{"autoAttach", true}, {"waitForDebuggerOnStart", true}, {"flatten", true}}, session);
     cdp.send(QStringLiteral("Runtime.runIfWaitingForDebugger"), {}, session);
@@ -86,7 +88,8 @@ void CdpShell::openConnection()
     m_dialogs = std::make_unique<CdpDialogGuard>(connection);
     // Targets that wait for their debugger must be let go at once, not when the user-interface
     // thread gets round to it; a dialog must stop calls that already wait.
-    connection.setIoHook([&connection, dialogs = m_dialogs.get()](const RemoteConnection::Event& event) {
+    connection.setIoHook([&connection,
+                          dialogs = m_dialogs.get()](const RemoteConnection::Event& event) {
         dialogs->onEvent(event);
         if (event.method != QLatin1String("Target.attachedToTarget"))
             return;
@@ -122,7 +125,8 @@ bool CdpShell::isVisibleTab(const QString& targetId)
     if (context == m_contexts.constEnd())
         return false;
     try {
-        return evaluate(realmOf(session, *context), QStringLiteral("window.__tolvane.doc('visibility')")) ==
+        return evaluate(realmOf(session, *context),
+                        QStringLiteral("window.__tolvane.doc('visibility')")) ==
                QLatin1String("visible");
     } catch (const AppError&) {
         return false;
@@ -154,7 +158,8 @@ void CdpShell::dropConnection()
     m_documents.clear();
 }
 
-QJsonObject CdpShell::call(const QString& targetOrSession, const QString& method, const QJsonObject& params)
+QJsonObject CdpShell::call(const QString& targetOrSession, const QString& method,
+                           const QJsonObject& params)
 {
     // Callers name a page by its target id or a frame by its session.
     const auto target = m_targets.constFind(targetOrSession);
@@ -164,19 +169,21 @@ QJsonObject CdpShell::call(const QString& targetOrSession, const QString& method
 
 void CdpShell::evaluateLater(const QString& realm, const QString& expression)
 {
-    cdp().send(QStringLiteral("Runtime.evaluate"), {{"expression", expression}, {"contextId", contextOf(realm)}},
-               sessionOf(realm));
+    cdp().send(QStringLiteral("Runtime.evaluate"),
+               {{"expression", expression}, {"contextId", contextOf(realm)}}, sessionOf(realm));
 }
 
 QJsonValue CdpShell::evaluate(const QString& realm, const QString& expression)
 {
     const QJsonObject answer = cdp().call(
         QStringLiteral("Runtime.evaluate"),
-        {{"expression", expression}, {"contextId", contextOf(realm)}, {"returnByValue", true}}, sessionOf(realm));
+        {{"expression", expression}, {"contextId", contextOf(realm)}, {"returnByValue", true}},
+        sessionOf(realm));
     if (answer.contains("exceptionDetails")) {
         const QJsonObject details = answer.value("exceptionDetails").toObject();
         const QString text = details.value("exception").toObject().value("description").toString();
-        throw browserError(text.isEmpty() ? details.value("text").toString() : text.section(QLatin1Char('\n'), 0, 0));
+        throw browserError(text.isEmpty() ? details.value("text").toString()
+                                          : text.section(QLatin1Char('\n'), 0, 0));
     }
     return answer.value("result").toObject().value("value");
 }
@@ -215,10 +222,11 @@ FramePtr CdpShell::frameOwner(const QString& realm, int index)
     const QString session = sessionOf(realm);
     QJsonObject answer;
     try {
-        answer = cdp().call(QStringLiteral("Runtime.evaluate"),
-                            {{"expression", QStringLiteral("window.__tolvane.frame(%1)").arg(index)},
-                             {"contextId", contextOf(realm)}},
-                            session);
+        answer =
+            cdp().call(QStringLiteral("Runtime.evaluate"),
+                       {{"expression", QStringLiteral("window.__tolvane.frame(%1)").arg(index)},
+                        {"contextId", contextOf(realm)}},
+                       session);
     } catch (const AppError& error) {
         // Behind a dialog the frame cannot be reached, as another site's frame cannot.
         if (!CdpDialogGuard::isRefusal(error))
@@ -227,9 +235,13 @@ FramePtr CdpShell::frameOwner(const QString& realm, int index)
     }
     const QString objectId = answer.value("result").toObject().value("objectId").toString();
     if (objectId.isEmpty())
-        throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
-    const QJsonObject node = cdp().call(QStringLiteral("DOM.describeNode"), {{"objectId", objectId}},
-                                        session).value("node").toObject();
+        throw AppError(ErrorNumber::InvalidCall,
+                       QStringLiteral("Invalid procedure call or argument"));
+    const QJsonObject node =
+        cdp()
+            .call(QStringLiteral("DOM.describeNode"), {{"objectId", objectId}}, session)
+            .value("node")
+            .toObject();
     cdp().send(QStringLiteral("Runtime.releaseObject"), {{"objectId", objectId}}, session);
     return std::make_shared<ScriptFrameOwner>(*this, session, node.value("frameId").toString());
 }
@@ -238,9 +250,10 @@ PageScriptHost::Failure CdpShell::failureOf(const AppError& error) const
 {
     if (CdpDialogGuard::isRefusal(error))
         return Failure::Refused;
-    const bool gone = error.number() == ErrorNumber::BrowserCall &&
-                      (error.description().contains(QLatin1String("Cannot find context with specified id")) ||
-                       error.description().contains(QLatin1String("Execution context was destroyed")));
+    const bool gone =
+        error.number() == ErrorNumber::BrowserCall &&
+        (error.description().contains(QLatin1String("Cannot find context with specified id")) ||
+         error.description().contains(QLatin1String("Execution context was destroyed")));
     return gone ? Failure::Gone : Failure::Other;
 }
 
@@ -261,8 +274,10 @@ void CdpShell::onEvent(const RemoteConnection::Event& event)
     // TOLVANE_CDP_TRACE=1 lists the browser's events on standard error, for diagnosis.
     static const bool trace = qEnvironmentVariableIsSet("TOLVANE_CDP_TRACE");
     if (trace)
-        qInfo("cdp %s %s %s", qPrintable(event.sessionId.left(8)), qPrintable(event.method),
-              qPrintable(QString::fromUtf8(QJsonDocument(event.params).toJson(QJsonDocument::Compact)).left(200)));
+        qInfo(
+            "cdp %s %s %s", qPrintable(event.sessionId.left(8)), qPrintable(event.method),
+            qPrintable(QString::fromUtf8(QJsonDocument(event.params).toJson(QJsonDocument::Compact))
+                           .left(200)));
     const QString& method = event.method;
     const QJsonObject& params = event.params;
     if (method == RemoteConnection::ClosedEvent) {
@@ -272,8 +287,9 @@ void CdpShell::onEvent(const RemoteConnection::Event& event)
     } else if (method == QLatin1String("Target.attachedToTarget")) {
         onAttached(event);
     } else if (method == QLatin1String("Target.detachedFromTarget")) {
-        onClosed(params.value("targetId").toString().isEmpty() ? m_sessionTargets.value(params.value("sessionId").toString())
-                                                                 : params.value("targetId").toString());
+        onClosed(params.value("targetId").toString().isEmpty()
+                     ? m_sessionTargets.value(params.value("sessionId").toString())
+                     : params.value("targetId").toString());
     } else if (method == QLatin1String("Target.targetDestroyed")) {
         onClosed(params.value("targetId").toString());
     } else if (method == QLatin1String("Target.targetInfoChanged")) {
@@ -290,11 +306,14 @@ void CdpShell::onEvent(const RemoteConnection::Event& event)
         m_contextFrames.remove(realmOf(event.sessionId, id));
         m_documents.forget(realmOf(event.sessionId, id));
         for (auto it = m_contexts.begin(); it != m_contexts.end();)
-            it = (it.key().startsWith(event.sessionId + QLatin1Char('\n')) && *it == id) ? m_contexts.erase(it) : std::next(it);
+            it = (it.key().startsWith(event.sessionId + QLatin1Char('\n')) && *it == id)
+                     ? m_contexts.erase(it)
+                     : std::next(it);
     } else if (method == QLatin1String("Runtime.executionContextsCleared")) {
         eraseSession(m_contexts, event.sessionId);
         eraseSession(m_contextFrames, event.sessionId);
-        m_documents.forgetIf([&event](const QString& realm) { return sessionOf(realm) == event.sessionId; });
+        m_documents.forgetIf(
+            [&event](const QString& realm) { return sessionOf(realm) == event.sessionId; });
     } else if (method == QLatin1String("Page.lifecycleEvent")) {
         if (params.value("name").toString() == QLatin1String("load"))
             onLoaded(event.sessionId, params.value("frameId").toString());
@@ -307,7 +326,8 @@ void CdpShell::onEvent(const RemoteConnection::Event& event)
         m_frameUrls.remove(params.value("frameId").toString());
     } else if (method == QLatin1String("Page.javascriptDialogClosed")) {
         onDialogClosed(event.sessionId);
-    } else if (method.startsWith(QLatin1String("Network.")) || method == QLatin1String("Page.frameStartedLoading")) {
+    } else if (method.startsWith(QLatin1String("Network.")) ||
+               method == QLatin1String("Page.frameStartedLoading")) {
         onNetwork(event);
     }
 }
@@ -368,13 +388,14 @@ void CdpShell::evaluateAnswered(const QString& realm, const QString& expression,
                                 std::function<void(const QJsonValue&)> answered)
 {
     try {
-        cdp().callLater(QStringLiteral("Runtime.evaluate"),
-                        {{"expression", expression}, {"contextId", contextOf(realm)}, {"returnByValue", true}},
-                        sessionOf(realm),
-                        [answered](const QJsonObject& result, const QString& error) {
-                            const bool failed = !error.isEmpty() || result.contains(QLatin1String("exceptionDetails"));
-                            answered(failed ? QJsonValue() : result.value("result").toObject().value("value"));
-                        });
+        cdp().callLater(
+            QStringLiteral("Runtime.evaluate"),
+            {{"expression", expression}, {"contextId", contextOf(realm)}, {"returnByValue", true}},
+            sessionOf(realm), [answered](const QJsonObject& result, const QString& error) {
+                const bool failed =
+                    !error.isEmpty() || result.contains(QLatin1String("exceptionDetails"));
+                answered(failed ? QJsonValue() : result.value("result").toObject().value("value"));
+            });
     } catch (const AppError&) {
         answered({}); // the browser has gone: nothing to fetch
     }
@@ -399,7 +420,8 @@ void CdpShell::onDialogClosed(const QString& sessionId)
         if (target.open && !target.sessionId.isEmpty() && target.parentSession == sessionId)
             sessions.append(target.sessionId);
     }
-    const auto documents = m_documents.held([&sessions](const QString& realm) { return sessions.contains(sessionOf(realm)); });
+    const auto documents = m_documents.held(
+        [&sessions](const QString& realm) { return sessions.contains(sessionOf(realm)); });
     for (const auto& document : documents)
         document->dialogClosed();
 }
@@ -426,7 +448,8 @@ void CdpShell::onBinding(const RemoteConnection::Event& event)
 {
     if (event.params.value("name").toString() != Binding)
         return;
-    const QJsonObject payload = QJsonDocument::fromJson(event.params.value("payload").toString().toUtf8()).object();
+    const QJsonObject payload =
+        QJsonDocument::fromJson(event.params.value("payload").toString().toUtf8()).object();
     const QString kind = payload.value("kind").toString();
     if (kind == QLatin1String("address"))
         return; // the target's own info has it
@@ -435,7 +458,8 @@ void CdpShell::onBinding(const RemoteConnection::Event& event)
             page->statusText(payload.value("text").toString());
         return;
     }
-    const QString documentKey = realmOf(event.sessionId, event.params.value("executionContextId").toInt());
+    const QString documentKey =
+        realmOf(event.sessionId, event.params.value("executionContextId").toInt());
     if (kind == QLatin1String("attached")) {
         // The script came into a document that had already loaded when Tolvane came: it has no
         // load of its own to report. Unless its frame has gone on to another document since (a

@@ -34,7 +34,8 @@ public:
                           std::function<void(const QJsonValue&)> answered) override;
     FramePtr frameOwner(const QString& realm, int index) override;
     Failure failureOf(const AppError& error) const override;
-    QJsonObject call(const QString& sessionId, const QString& method, const QJsonObject& params = {});
+    QJsonObject call(const QString& sessionId, const QString& method,
+                     const QJsonObject& params = {});
     QString pageUrl(const QString& targetId) const override;
     DocPtr pageDocument(const QString& targetId) override;
     void reload(const QString& targetId) override;
@@ -71,12 +72,13 @@ private:
     std::shared_ptr<ScriptWindow> pageOfSession(const QString& sessionId) const;
     RemoteConnection& cdp() { return connected(); }
 
-    // The connection's I/O thread uses it until the browser goes (the destructor ends the browser first).
+    // The connection's I/O thread uses it until the browser goes (the destructor ends the browser
+    // first).
     std::unique_ptr<CdpDialogGuard> m_dialogs;
-    QHash<QString, Target> m_targets;          // by target id
-    QHash<QString, QString> m_sessionTargets;  // session id -> target id
-    QHash<QString, int> m_contexts;            // session + "\n" + frame id -> context of our world
-    QHash<QString, QString> m_contextFrames;   // session + "\n" + context id -> its frame id
-    QHash<QString, QString> m_frameUrls;       // frame id -> address of its last navigation
-    ScriptDocuments m_documents{*this};        // by session + "\n" + context id
+    QHash<QString, Target> m_targets;         // by target id
+    QHash<QString, QString> m_sessionTargets; // session id -> target id
+    QHash<QString, int> m_contexts;           // session + "\n" + frame id -> context of our world
+    QHash<QString, QString> m_contextFrames;  // session + "\n" + context id -> its frame id
+    QHash<QString, QString> m_frameUrls;      // frame id -> address of its last navigation
+    ScriptDocuments m_documents{*this};       // by session + "\n" + context id
 };

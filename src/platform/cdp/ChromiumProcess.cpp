@@ -29,11 +29,13 @@ QString browserWebSocketUrl(const QString& endpoint)
     QTcpSocket socket;
     socket.connectToHost(url.host(), static_cast<quint16>(url.port(9222)));
     if (!socket.waitForConnected(5000))
-        throw browserError(QStringLiteral("Cannot reach the browser at %1: %2").arg(endpoint, socket.errorString()));
+        throw browserError(QStringLiteral("Cannot reach the browser at %1: %2")
+                               .arg(endpoint, socket.errorString()));
     // The browser's small HTTP server answers HTTP/1.1 only.
-    socket.write(QStringLiteral("GET /json/version HTTP/1.1\r\nHost: %1\r\nConnection: close\r\n\r\n")
-                     .arg(url.authority())
-                     .toLatin1());
+    socket.write(
+        QStringLiteral("GET /json/version HTTP/1.1\r\nHost: %1\r\nConnection: close\r\n\r\n")
+            .arg(url.authority())
+            .toLatin1());
     QByteArray reply;
     const auto complete = [&reply] {
         const qsizetype headerEnd = reply.indexOf("\r\n\r\n");
@@ -41,14 +43,20 @@ QString browserWebSocketUrl(const QString& endpoint)
             return false;
         const qsizetype at = reply.toLower().indexOf("content-length:");
         return at >= 0 && at < headerEnd &&
-               reply.size() - headerEnd - 4 >= reply.mid(at + 15, headerEnd - at - 15).split('\r').first().trimmed().toLongLong();
+               reply.size() - headerEnd - 4 >= reply.mid(at + 15, headerEnd - at - 15)
+                                                   .split('\r')
+                                                   .first()
+                                                   .trimmed()
+                                                   .toLongLong();
     };
     while (!complete() && socket.waitForReadyRead(5000))
         reply += socket.readAll();
-    const QJsonObject version = QJsonDocument::fromJson(reply.mid(reply.indexOf("\r\n\r\n") + 4)).object();
+    const QJsonObject version =
+        QJsonDocument::fromJson(reply.mid(reply.indexOf("\r\n\r\n") + 4)).object();
     const QString ws = version.value(QStringLiteral("webSocketDebuggerUrl")).toString();
     if (ws.isEmpty())
-        throw browserError(QStringLiteral("The browser at %1 gave no DevTools address.").arg(endpoint));
+        throw browserError(
+            QStringLiteral("The browser at %1 gave no DevTools address.").arg(endpoint));
     return ws;
 }
 } // namespace
@@ -75,7 +83,8 @@ QStringList ChromiumProcess::baseArguments(const QString& profileFolder)
     return arguments;
 }
 
-std::unique_ptr<ChromiumProcess> ChromiumProcess::start(const QString& executable, const QString& profileFolder,
+std::unique_ptr<ChromiumProcess> ChromiumProcess::start(const QString& executable,
+                                                        const QString& profileFolder,
                                                         const QStringList& extraArguments)
 {
     int toBrowser[2];
@@ -114,15 +123,17 @@ std::unique_ptr<ChromiumProcess> ChromiumProcess::start(const QString& executabl
     }
     const int readFd = fromBrowser[0];
     const int writeFd = toBrowser[1];
-    browser->m_connection = std::make_unique<RemoteConnection>([readFd, writeFd] { return new PipeTransport(readFd, writeFd); });
+    browser->m_connection = std::make_unique<RemoteConnection>(
+        [readFd, writeFd] { return new PipeTransport(readFd, writeFd); });
     // A browser that ends at once (a broken installation, a wrapper that fails) is told as such.
     try {
         browser->m_connection->call(QStringLiteral("Browser.getVersion"));
     } catch (const AppError& error) {
         if (browser->m_process->waitForFinished(2000))
-            throw browserError(QStringLiteral("The browser %1 ended as soon as it started (exit code %2).")
-                                   .arg(executable)
-                                   .arg(browser->m_process->exitCode()));
+            throw browserError(
+                QStringLiteral("The browser %1 ended as soon as it started (exit code %2).")
+                    .arg(executable)
+                    .arg(browser->m_process->exitCode()));
         throw;
     }
     return browser;
@@ -132,7 +143,8 @@ std::unique_ptr<ChromiumProcess> ChromiumProcess::attach(const QString& endpoint
 {
     const QString ws = browserWebSocketUrl(endpoint);
     std::unique_ptr<ChromiumProcess> browser(new ChromiumProcess);
-    browser->m_connection = std::make_unique<RemoteConnection>([ws] { return new WebSocketTransport(ws); });
+    browser->m_connection =
+        std::make_unique<RemoteConnection>([ws] { return new WebSocketTransport(ws); });
     return browser;
 }
 

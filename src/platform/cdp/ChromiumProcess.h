@@ -15,7 +15,8 @@ public:
     ~ChromiumProcess();
 
     // Throws AppError when the browser cannot be started or does not answer.
-    static std::unique_ptr<ChromiumProcess> start(const QString& executable, const QString& profileFolder,
+    static std::unique_ptr<ChromiumProcess> start(const QString& executable,
+                                                  const QString& profileFolder,
                                                   const QStringList& extraArguments = {});
     // TOLVANE_DEVTOOLS: "http://127.0.0.1:PORT" of a running browser. Throws AppError.
     static std::unique_ptr<ChromiumProcess> attach(const QString& endpoint);

@@ -10,9 +10,11 @@
 namespace {
 constexpr int VersionTimeoutMs = 10000;
 
-// The browsers Tolvane can follow, by the names of their programs, in the order they are looked for.
-const char* const Followable[] = {"chromium", "chromium-browser", "google-chrome", "microsoft-edge",
-                                  "brave-browser", "firefox-esr", "firefox"};
+// The browsers Tolvane can follow, by the names of their programs, in the order they are looked
+// for.
+const char* const Followable[] = {"chromium",       "chromium-browser", "google-chrome",
+                                  "microsoft-edge", "brave-browser",    "firefox-esr",
+                                  "firefox"};
 
 // Whether a program is one of them ("google-chrome-stable" is Chrome's).
 bool isFollowable(const QString& program)
@@ -33,7 +35,8 @@ QString BrowserLocator::executable()
         const QString found = QStandardPaths::findExecutable(chosen);
         return found.isEmpty() ? chosen : found;
     }
-    const QString preferred = DefaultApplication::forMimeType(QStringLiteral("x-scheme-handler/http"));
+    const QString preferred =
+        DefaultApplication::forMimeType(QStringLiteral("x-scheme-handler/http"));
     if (isFollowable(preferred) && QFileInfo(preferred).isExecutable())
         return preferred;
     for (const char* name : Followable) {
@@ -55,8 +58,7 @@ QString BrowserLocator::executableToken(const QString& executable)
     return name.isEmpty() ? QStringLiteral("chromium") : name;
 }
 
-std::optional<BrowserLocator::VersionInfo>
-BrowserLocator::parseVersionOutput(const QString& output)
+std::optional<BrowserLocator::VersionInfo> BrowserLocator::parseVersionOutput(const QString& output)
 {
     static const QRegularExpression pattern(
         QStringLiteral(R"(^\s*(.*?)\s+(\d+)\.(\d+)(?:\.\d+)*(?:[a-z]+\d*)?(?:\s|$))"));

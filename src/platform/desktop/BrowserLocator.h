@@ -3,7 +3,8 @@
 #include <QString>
 #include <optional>
 
-// Finds the browser the program follows (Chromium-family or Firefox) and reads its name and version.
+// Finds the browser the program follows (Chromium-family or Firefox) and reads its name and
+// version.
 namespace BrowserLocator {
 
 struct VersionInfo

@@ -38,8 +38,8 @@ QString desktopEntryPath(const QString& desktopId)
 QString programOf(const QString& desktopFile)
 {
     const IniDocument entry(readText(desktopFile));
-    const QString exec = entry.value(QStringLiteral("Desktop Entry"), QStringLiteral("Exec"))
-                             .value_or(QString());
+    const QString exec =
+        entry.value(QStringLiteral("Desktop Entry"), QStringLiteral("Exec")).value_or(QString());
     const QStringList words = QProcess::splitCommand(exec);
     if (words.isEmpty())
         return {};
@@ -61,8 +61,8 @@ QString DefaultApplication::forMimeType(const QString& mimeType)
 {
     for (const QString& list : associationFiles()) {
         const IniDocument associations(readText(list));
-        const QString ids =
-            associations.value(QStringLiteral("Default Applications"), mimeType).value_or(QString());
+        const QString ids = associations.value(QStringLiteral("Default Applications"), mimeType)
+                                .value_or(QString());
         for (const QString& id : ids.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
             const QString desktopFile = desktopEntryPath(id.trimmed());
             if (!desktopFile.isEmpty())

@@ -10,11 +10,11 @@
 #include <QApplication>
 #include <QCursor>
 #include <QDesktopServices>
-#include <QMenu>
-#include <QUrl>
 #include <QDir>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QStandardPaths>
+#include <QUrl>
 #include <QWidget>
 
 #ifdef Q_OS_UNIX
@@ -37,7 +37,8 @@ QString instanceLockFile()
     if (folder.isEmpty()) {
         folder = QDir::tempPath() + QStringLiteral("/Tolvane-%1").arg(::getuid());
         QDir().mkpath(folder);
-        QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                          QFileDevice::ExeOwner);
     }
 #else
     if (folder.isEmpty())
@@ -91,8 +92,8 @@ BrowserIdentity DesktopShell::browserIdentity()
     const QString token = BrowserLocator::executableToken(m_browser);
     if (BrowserLocator::isFirefox(m_browser)) {
         const auto version = browserVersion();
-        return {version ? version->productName : QStringLiteral("Mozilla Firefox"), QStringLiteral("Firefox"), token,
-                MinimumFirefoxVersion};
+        return {version ? version->productName : QStringLiteral("Mozilla Firefox"),
+                QStringLiteral("Firefox"), token, MinimumFirefoxVersion};
     }
     QString name = QStringLiteral("Chromium");
     if (const auto version = browserVersion())
@@ -104,7 +105,8 @@ DllVersion DesktopShell::DllGetVersion()
 {
     const auto version = browserVersion();
     if (!version)
-        throw AppError(ErrorNumber::FileNotFound, QStringLiteral("No web browser Tolvane can follow could be run."));
+        throw AppError(ErrorNumber::FileNotFound,
+                       QStringLiteral("No web browser Tolvane can follow could be run."));
     return {version->major, version->minor};
 }
 
@@ -130,7 +132,8 @@ QString DesktopShell::programFilesFolder(const QString& programDir)
 {
     // Beside the program in a build tree; <prefix>/share/tolvane once installed in <prefix>/bin.
     const QString installed = QDir(programDir).absoluteFilePath(QStringLiteral("../share/tolvane"));
-    if (!QFile::exists(programDir + QStringLiteral("/Tolvane.hlp")) && QFile::exists(installed + QStringLiteral("/Tolvane.hlp")))
+    if (!QFile::exists(programDir + QStringLiteral("/Tolvane.hlp")) &&
+        QFile::exists(installed + QStringLiteral("/Tolvane.hlp")))
         return withoutTrailingSeparator(QDir::cleanPath(installed));
     return withoutTrailingSeparator(programDir);
 }
@@ -143,12 +146,13 @@ QString DesktopShell::ProgramFolder()
 void DesktopShell::SendKeys(const QString& keys)
 {
     static const QHash<QString, int> named = {
-        {QStringLiteral("{F1}"), Qt::Key_F1},       {QStringLiteral("{ENTER}"), Qt::Key_Return},
-        {QStringLiteral("{ESC}"), Qt::Key_Escape},  {QStringLiteral("{TAB}"), Qt::Key_Tab},
-        {QStringLiteral("{DOWN}"), Qt::Key_Down},   {QStringLiteral("{UP}"), Qt::Key_Up}};
+        {QStringLiteral("{F1}"), Qt::Key_F1},      {QStringLiteral("{ENTER}"), Qt::Key_Return},
+        {QStringLiteral("{ESC}"), Qt::Key_Escape}, {QStringLiteral("{TAB}"), Qt::Key_Tab},
+        {QStringLiteral("{DOWN}"), Qt::Key_Down},  {QStringLiteral("{UP}"), Qt::Key_Up}};
     const auto key = named.constFind(keys.toUpper());
     if (key == named.constEnd())
-        throw AppError(ErrorNumber::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+        throw AppError(ErrorNumber::InvalidCall,
+                       QStringLiteral("Invalid procedure call or argument"));
     QWidget* target = QApplication::focusWidget();
     if (!target)
         target = m_keyTarget;
@@ -169,7 +173,8 @@ void DesktopShell::OpenAddress(const QString& address)
         m_opener(address);
     } catch (const AppError& error) {
         // Once per attempt: the user asked for the page and must learn why nothing came.
-        m_notices->show(QStringLiteral("Tolvane could not open %1 in the browser.\n\n%2").arg(address, error.description()),
+        m_notices->show(QStringLiteral("Tolvane could not open %1 in the browser.\n\n%2")
+                            .arg(address, error.description()),
                         MsgButtons::Ok, MsgIcon::Exclamation, QStringLiteral("Tolvane"));
     }
 }

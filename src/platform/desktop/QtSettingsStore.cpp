@@ -24,7 +24,7 @@ void QtSettingsStore::SaveSetting(const QString& section, const QString& key, co
     m_settings.sync();
     KeepPrivate(m_settings.fileName());
     if (m_settings.status() != QSettings::NoError)
-        throw AppError(ErrorNumber::PathNotFound,
-                       QStringLiteral("The settings could not be saved to %1.")
-                           .arg(m_settings.fileName()));
+        throw AppError(
+            ErrorNumber::PathNotFound,
+            QStringLiteral("The settings could not be saved to %1.").arg(m_settings.fileName()));
 }

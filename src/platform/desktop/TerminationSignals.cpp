@@ -24,11 +24,12 @@ void TerminationSignals::install(std::function<void()> handler)
     if (::socketpair(AF_UNIX, SOCK_STREAM, 0, signalPipe) != 0)
         return;
     auto* notifier = new QSocketNotifier(signalPipe[1], QSocketNotifier::Read);
-    QObject::connect(notifier, &QSocketNotifier::activated, notifier, [handler = std::move(handler)] {
-        char byte = 0;
-        [[maybe_unused]] const auto read = ::read(signalPipe[1], &byte, 1);
-        handler();
-    });
+    QObject::connect(notifier, &QSocketNotifier::activated, notifier,
+                     [handler = std::move(handler)] {
+                         char byte = 0;
+                         [[maybe_unused]] const auto read = ::read(signalPipe[1], &byte, 1);
+                         handler();
+                     });
     struct sigaction action = {};
     action.sa_handler = onSignal;
     sigemptyset(&action.sa_mask);

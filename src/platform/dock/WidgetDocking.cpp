@@ -11,7 +11,8 @@
 namespace {
 QRect screenOf(QWidget* window)
 {
-    QScreen* screen = window && window->screen() ? window->screen() : QGuiApplication::primaryScreen();
+    QScreen* screen =
+        window && window->screen() ? window->screen() : QGuiApplication::primaryScreen();
     return screen->geometry();
 }
 } // namespace

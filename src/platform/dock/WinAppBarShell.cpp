@@ -1,8 +1,8 @@
 #include "WinAppBarShell.h"
 
 #include <QWidget>
-#include <windows.h>
 #include <shellapi.h>
+#include <windows.h>
 
 void WinAppBarShell::message(int message, AppBarData& data)
 {

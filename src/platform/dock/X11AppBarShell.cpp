@@ -15,7 +15,8 @@ X11AppBarShell::X11AppBarShell(QWidget* window, xcb_connection_t* connection)
 
 uint32_t X11AppBarShell::atom(const char* name)
 {
-    const auto cookie = xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(std::strlen(name)), name);
+    const auto cookie =
+        xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(std::strlen(name)), name);
     xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(m_connection, cookie, nullptr);
     const uint32_t value = reply ? reply->atom : uint32_t(XCB_ATOM_NONE);
     std::free(reply);
@@ -24,8 +25,9 @@ uint32_t X11AppBarShell::atom(const char* name)
 
 void X11AppBarShell::setCardinals(const char* property, const uint32_t* values, uint32_t count)
 {
-    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(m_window->winId()),
-                        atom(property), XCB_ATOM_CARDINAL, 32, count, values);
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE,
+                        static_cast<xcb_window_t>(m_window->winId()), atom(property),
+                        XCB_ATOM_CARDINAL, 32, count, values);
 }
 
 void X11AppBarShell::message(int message, AppBarData& data)
@@ -34,16 +36,26 @@ void X11AppBarShell::message(int message, AppBarData& data)
     switch (message) {
     case AppBar::ABM_NEW: {
         const uint32_t dock = atom("_NET_WM_WINDOW_TYPE_DOCK");
-        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, window, atom("_NET_WM_WINDOW_TYPE"),
-                            XCB_ATOM_ATOM, 32, 1, &dock);
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, window,
+                            atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &dock);
         break;
     }
     case AppBar::ABM_SETPOS: {
         // Right strut: from the screen's right edge to the bar's left, over the bar's height.
         const uint32_t width = static_cast<uint32_t>(std::max(0, m_screenWidth - data.rc.left));
-        const uint32_t partial[12] = {0, width, 0, 0, 0, 0, static_cast<uint32_t>(data.rc.top),
-                                      static_cast<uint32_t>(std::max(data.rc.top, data.rc.bottom - 1)),
-                                      0, 0, 0, 0};
+        const uint32_t partial[12] = {
+            0,
+            width,
+            0,
+            0,
+            0,
+            0,
+            static_cast<uint32_t>(data.rc.top),
+            static_cast<uint32_t>(std::max(data.rc.top, data.rc.bottom - 1)),
+            0,
+            0,
+            0,
+            0};
         setCardinals("_NET_WM_STRUT_PARTIAL", partial, 12);
         setCardinals("_NET_WM_STRUT", partial, 4);
         break;
@@ -60,8 +72,8 @@ void X11AppBarShell::message(int message, AppBarData& data)
 
 PixelRect X11AppBarShell::workArea()
 {
-    const auto cookie = xcb_get_property(m_connection, 0, m_root, atom("_NET_WORKAREA"),
-                                         XCB_ATOM_CARDINAL, 0, 4);
+    const auto cookie =
+        xcb_get_property(m_connection, 0, m_root, atom("_NET_WORKAREA"), XCB_ATOM_CARDINAL, 0, 4);
     xcb_get_property_reply_t* reply = xcb_get_property_reply(m_connection, cookie, nullptr);
     PixelRect area;
     if (reply && xcb_get_property_value_length(reply) >= 16) {

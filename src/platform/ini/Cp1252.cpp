@@ -58,5 +58,6 @@ QByteArray Cp1252::encode(const QString& text)
 
 bool Cp1252::holds(const QString& text)
 {
-    return std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() == 0 || byteOf(c.unicode()) != 0; });
+    return std::all_of(text.cbegin(), text.cend(),
+                       [](QChar c) { return c.unicode() == 0 || byteOf(c.unicode()) != 0; });
 }

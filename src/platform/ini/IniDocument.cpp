@@ -113,7 +113,7 @@ std::optional<QString> IniDocument::find(QStringView text, const QString& sectio
                 return false;
             inSection = shape.name.compare(*storedSection, Qt::CaseInsensitive) == 0;
         } else if (shape.kind == Kind::Entry && inSection &&
-                 shape.name.compare(*storedKey, Qt::CaseInsensitive) == 0)
+                   shape.name.compare(*storedKey, Qt::CaseInsensitive) == 0)
             found = readValue(content.mid(shape.valueAt));
         return !found;
     });

@@ -7,8 +7,7 @@
 
 // The browser process an adapter follows: made by its connector on first use (started, or
 // attached to one already running), with the connection the adapter's calls go through.
-template <class Process>
-class FollowedBrowser : public ScriptWindowList
+template <class Process> class FollowedBrowser : public ScriptWindowList
 {
 public:
     using Connector = std::function<std::unique_ptr<Process>()>;

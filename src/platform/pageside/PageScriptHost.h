@@ -14,7 +14,8 @@ class PageScriptHost
 {
 public:
     // Why a call to a document's realm failed, where that is not an error of the document's own.
-    enum class Failure {
+    enum class Failure
+    {
         Other,
         Refused, // the page shows a dialog (alert, confirm, prompt, leave-page) and runs nothing
         Gone,    // the page went on to another document: this one has nothing more to give

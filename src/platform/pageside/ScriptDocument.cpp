@@ -1,8 +1,8 @@
 #include "ScriptDocument.h"
 
 #include "AppError.h"
-#include "ScriptListing.h"
 #include "PageScriptHost.h"
+#include "ScriptListing.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -19,7 +19,9 @@ QJsonObject snapshotFrom(const QJsonValue& answer)
 
 QString literal(const QJsonValue& value)
 {
-    return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
+    return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact))
+        .mid(1)
+        .chopped(1);
 }
 } // namespace
 
@@ -32,8 +34,10 @@ QJsonValue ScriptDocument::run(const QString& call) const
 {
     QString expression = QStringLiteral("window.__tolvane.") + call;
     if (!m_pendingWrites.isEmpty()) {
-        // Writes still pending go first, so whatever is read sees them; a failed one fails the call.
-        expression = QStringLiteral("(window.__tolvane.apply([%1]), %2)").arg(m_pendingWrites, expression);
+        // Writes still pending go first, so whatever is read sees them; a failed one fails the
+        // call.
+        expression =
+            QStringLiteral("(window.__tolvane.apply([%1]), %2)").arg(m_pendingWrites, expression);
         m_pendingWrites.clear();
     }
     if (m_unloaded)
@@ -89,7 +93,8 @@ void ScriptDocument::endBatch()
     // and a page busy loading its frames is not waited for. What is read next sees them.
     if (!m_pendingWrites.isEmpty() && !m_unloaded) {
         try {
-            m_host.evaluateLater(m_realm, QStringLiteral("window.__tolvane.apply([%1])").arg(m_pendingWrites));
+            m_host.evaluateLater(
+                m_realm, QStringLiteral("window.__tolvane.apply([%1])").arg(m_pendingWrites));
         } catch (const AppError&) {
             // The browser has gone: the writes go with it, as with a document the page left.
         }
@@ -101,11 +106,11 @@ void ScriptDocument::prefetch(std::function<void()> done)
 {
     const std::weak_ptr<ScriptDocument> self = shared_from_this();
     m_host.evaluateAnswered(m_realm, QStringLiteral("window.__tolvane.snapshot()"),
-                             [self, done = std::move(done)](const QJsonValue& value) {
-                                 if (const auto document = self.lock())
-                                     document->m_prefetched = snapshotFrom(value);
-                                 done();
-                             });
+                            [self, done = std::move(done)](const QJsonValue& value) {
+                                if (const auto document = self.lock())
+                                    document->m_prefetched = snapshotFrom(value);
+                                done();
+                            });
 }
 
 void ScriptDocument::wrote(bool throughListing) const
@@ -125,7 +130,8 @@ void ScriptDocument::readAhead() const
     // along; one run for a load, what was fetched when the load was seen.
     QJsonObject snapshot;
     if (!m_event.lists.isEmpty())
-        snapshot = QJsonObject{{QLatin1String("doc"), m_event.texts}, {QLatin1String("lists"), m_event.lists}};
+        snapshot = QJsonObject{{QLatin1String("doc"), m_event.texts},
+                               {QLatin1String("lists"), m_event.lists}};
     else if (!m_prefetched.isEmpty())
         snapshot = std::exchange(m_prefetched, {});
     else
@@ -265,11 +271,13 @@ void ScriptDocument::raise(const QString& kind, const QJsonObject& report)
     m_prefetched = {};
     const std::optional<qint64> outer = m_event.activeId;
     std::optional<qint64> active;
-    if (const QJsonValue reported = report.value(QLatin1String("active")); !reported.isUndefined()) {
+    if (const QJsonValue reported = report.value(QLatin1String("active"));
+        !reported.isUndefined()) {
         active = reported.toInteger();
         noteActive(*active);
     }
-    m_event = {active, report.value(QLatin1String("fields")).toObject(), report.value(QLatin1String("doc")).toObject(),
+    m_event = {active, report.value(QLatin1String("fields")).toObject(),
+               report.value(QLatin1String("doc")).toObject(),
                report.value(QLatin1String("lists")).toObject()};
     for (const auto& sink : m_sinks.snapshot()) {
         try {
@@ -304,8 +312,10 @@ std::optional<QJsonValue> ScriptDocument::reported(qint64 id, const QString& pro
     return *value;
 }
 
-ScriptElement::ScriptElement(std::shared_ptr<const ScriptDocument> document, std::shared_ptr<ScriptListing> listing, int index)
-    : m_document(std::move(document)), m_id(listing->field(index).id), m_listing(std::move(listing)), m_index(index)
+ScriptElement::ScriptElement(std::shared_ptr<const ScriptDocument> document,
+                             std::shared_ptr<ScriptListing> listing, int index)
+    : m_document(std::move(document)), m_id(listing->field(index).id),
+      m_listing(std::move(listing)), m_index(index)
 {
 }
 
@@ -378,7 +388,8 @@ void ScriptElement::set(const char* property, const QJsonValue& value) const
         listed->wrote(m_index, name, value);
         return;
     }
-    const QJsonValue answer = m_document->run(QStringLiteral("set(%1, %2, %3)").arg(m_id).arg(literal(name), literal(value)));
+    const QJsonValue answer = m_document->run(
+        QStringLiteral("set(%1, %2, %3)").arg(m_id).arg(literal(name), literal(value)));
     if (!m_document->unloaded())
         required(answer);
 }
@@ -386,6 +397,7 @@ void ScriptElement::set(const char* property, const QJsonValue& value) const
 QJsonValue ScriptElement::required(const QJsonValue& value)
 {
     if (value.isNull() || value.isUndefined())
-        throw AppError(NotSupported, QStringLiteral("Object doesn't support this property or method"));
+        throw AppError(NotSupported,
+                       QStringLiteral("Object doesn't support this property or method"));
     return value;
 }

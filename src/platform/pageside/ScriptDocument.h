@@ -92,8 +92,8 @@ private:
     std::optional<qint64> m_lastActiveId; // as the page's last report gave it
     int m_batchDepth = 0;
     quint64 m_batch = 0;
-    mutable QString m_pendingWrites; // JSON array elements [id, property, value]
-    mutable QHash<QString, QString> m_batchTexts; // document properties read in the batch
+    mutable QString m_pendingWrites;                // JSON array elements [id, property, value]
+    mutable QHash<QString, QString> m_batchTexts;   // document properties read in the batch
     mutable QHash<QString, QJsonArray> m_readAhead; // listings by tag name, each used once
     mutable bool m_readAheadDone = false;
     mutable bool m_unloaded = false;
@@ -105,9 +105,13 @@ private:
 class ScriptElement : public HtmlElement
 {
 public:
-    ScriptElement(std::shared_ptr<const ScriptDocument> document, qint64 id) : m_document(std::move(document)), m_id(id) {}
+    ScriptElement(std::shared_ptr<const ScriptDocument> document, qint64 id)
+        : m_document(std::move(document)), m_id(id)
+    {
+    }
     // An element of a listing taken during a batch.
-    ScriptElement(std::shared_ptr<const ScriptDocument> document, std::shared_ptr<ScriptListing> listing, int index);
+    ScriptElement(std::shared_ptr<const ScriptDocument> document,
+                  std::shared_ptr<ScriptListing> listing, int index);
 
     QString tagName() const override { return get("tagName").toString(); }
     QString name() const override { return get("name").toString(); }

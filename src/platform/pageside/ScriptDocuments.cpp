@@ -8,13 +8,15 @@ std::shared_ptr<ScriptDocument> ScriptDocuments::get(const QString& realm, const
         return known;
     auto document = std::make_shared<ScriptDocument>(m_host, realm, frameId);
     // What the page reported before anyone followed it still says where its focus is.
-    if (const auto active = m_reportedActive.constFind(realm); active != m_reportedActive.constEnd())
+    if (const auto active = m_reportedActive.constFind(realm);
+        active != m_reportedActive.constEnd())
         document->noteActive(*active);
     m_documents.insert(realm, document);
     return document;
 }
 
-ScriptDocuments::DocumentList ScriptDocuments::held(const std::function<bool(const QString&)>& which) const
+ScriptDocuments::DocumentList
+ScriptDocuments::held(const std::function<bool(const QString&)>& which) const
 {
     DocumentList documents;
     for (auto it = m_documents.constBegin(); it != m_documents.constEnd(); ++it) {

@@ -20,7 +20,10 @@ public:
         qint64 group = 0;    // radio buttons of one group share it; 0 for none
     };
 
-    ScriptListing(std::vector<Field> fields, quint64 batch) : m_fields(std::move(fields)), m_batch(batch) {}
+    ScriptListing(std::vector<Field> fields, quint64 batch)
+        : m_fields(std::move(fields)), m_batch(batch)
+    {
+    }
 
     // Reads one listing record of the document's script.
     static Field fieldFrom(const QJsonObject& record);

@@ -42,7 +42,8 @@ void ScriptWindow::loaded(const QString& frameId, const DocPtr& document)
     if (frameId == m_windowId)
         documentComplete(shared_from_this(), m_host.pageUrl(m_windowId));
     else if (document)
-        documentComplete(std::make_shared<ScriptFrameWindow>(shared_from_this(), document), QString());
+        documentComplete(std::make_shared<ScriptFrameWindow>(shared_from_this(), document),
+                         QString());
 }
 
 void ScriptWindow::documentComplete(const BrowserPtr& pDisp, const QString& url)
@@ -92,6 +93,7 @@ DocPtr ScriptFrameOwner::document()
 {
     DocPtr document = m_host.documentFor(m_scope, m_frame);
     if (!document)
-        throw AppError(ErrorNumber::BrowserCall, QStringLiteral("The frame's document cannot be reached."));
+        throw AppError(ErrorNumber::BrowserCall,
+                       QStringLiteral("The frame's document cannot be reached."));
     return document;
 }

@@ -113,8 +113,9 @@ void ScriptWindowList::revoked()
         sink->SW_WindowRevoked(0);
 }
 
-void ScriptWindowList::activateTitled(const QString& title, const std::function<QString(const QString&)>& titleOf,
-                                      const std::function<bool(const QString&)>& bringForwardIfShown)
+void ScriptWindowList::activateTitled(
+    const QString& title, const std::function<QString(const QString&)>& titleOf,
+    const std::function<bool(const QString&)>& bringForwardIfShown)
 {
     for (const bool exact : {true, false}) {
         for (const QString& id : std::as_const(m_order)) {

@@ -48,7 +48,8 @@ protected:
     // tab titled `title` (equal, else beginning with it) that its window shows is brought forward.
     // A hidden tab of that title is no window of that title: bringing it forward would switch tabs
     // under the user. `bringForwardIfShown` says whether it did. Throws AppError when none is.
-    void activateTitled(const QString& title, const std::function<QString(const QString& windowId)>& titleOf,
+    void activateTitled(const QString& title,
+                        const std::function<QString(const QString& windowId)>& titleOf,
                         const std::function<bool(const QString& windowId)>& bringForwardIfShown);
 
     // A tab started navigating: its requests are counted anew.
@@ -60,8 +61,9 @@ protected:
     // its frames answers late, and the bar does not wait meanwhile. The page's own load fills its
     // loaded frames again too, so theirs (`ofPage`) are fetched as well. `shownNow` is what the
     // frame shows by then: a frame gone on to another document reports that one's load instead.
-    void reportLoad(const std::shared_ptr<ScriptWindow>& page, const QString& frameId, const DocPtr& document,
-                    const ScriptDocuments& documents, const std::function<bool(const QString& realm)>& ofPage,
+    void reportLoad(const std::shared_ptr<ScriptWindow>& page, const QString& frameId,
+                    const DocPtr& document, const ScriptDocuments& documents,
+                    const std::function<bool(const QString& realm)>& ofPage,
                     std::function<DocPtr()> shownNow);
 
 private:
@@ -75,7 +77,13 @@ private:
         int requested = 0;
         int ended = 0;
     };
-    enum class Connection { None, Opening, Open, Failed };
+    enum class Connection
+    {
+        None,
+        Opening,
+        Open,
+        Failed
+    };
 
     void revoked();
 

@@ -18,7 +18,8 @@ void askToQuit(RemoteConnection& connection, const QString& quitMethod)
 }
 } // namespace
 
-void BrowserEnd::quit(QProcess* process, std::unique_ptr<RemoteConnection>& connection, const QString& quitMethod)
+void BrowserEnd::quit(QProcess* process, std::unique_ptr<RemoteConnection>& connection,
+                      const QString& quitMethod)
 {
     if (process && process->state() != QProcess::NotRunning) {
         if (connection)

@@ -42,10 +42,12 @@ RemoteConnection::RemoteConnection(const TransportFactory& makeTransport, int ti
         shutDown();
         throw AppError(ErrorNumber::BrowserCall, failure);
     }
-    connect(m_transport, &RemoteTransport::received, m_transport,
-            [this](const QByteArray& message) { onReceived(message); }, Qt::DirectConnection);
-    connect(m_transport, &RemoteTransport::closed, m_transport,
-            [this](const QString& reason) { onClosed(reason); }, Qt::DirectConnection);
+    connect(
+        m_transport, &RemoteTransport::received, m_transport,
+        [this](const QByteArray& message) { onReceived(message); }, Qt::DirectConnection);
+    connect(
+        m_transport, &RemoteTransport::closed, m_transport,
+        [this](const QString& reason) { onClosed(reason); }, Qt::DirectConnection);
 }
 
 RemoteConnection::~RemoteConnection()
@@ -80,8 +82,8 @@ bool RemoteConnection::isClosed() const
     return !m_closedReason.isEmpty();
 }
 
-qint64 RemoteConnection::post(const QString& method, const QJsonObject& params, const QString& sessionId,
-                          Answer later)
+qint64 RemoteConnection::post(const QString& method, const QJsonObject& params,
+                              const QString& sessionId, Answer later)
 {
     QJsonObject message{{QStringLiteral("method"), method}, {QStringLiteral("params"), params}};
     if (!sessionId.isEmpty())
@@ -107,15 +109,16 @@ qint64 RemoteConnection::post(const QString& method, const QJsonObject& params, 
 
 bool RemoteConnection::runsInPage(const QString& method)
 {
-    return method.startsWith(QLatin1String("Runtime.")) || method.startsWith(QLatin1String("DOM.")) ||
-           method.startsWith(QLatin1String("script."));
+    return method.startsWith(QLatin1String("Runtime.")) ||
+           method.startsWith(QLatin1String("DOM.")) || method.startsWith(QLatin1String("script."));
 }
 
 QString RemoteConnection::scopeOf(const QJsonObject& params, const QString& sessionId)
 {
     const QJsonObject target = params.value(QLatin1String("target")).toObject();
-    const QString within = target.contains(QLatin1String("realm")) ? target.value(QLatin1String("realm")).toString()
-                                                                   : target.value(QLatin1String("context")).toString();
+    const QString within = target.contains(QLatin1String("realm"))
+                               ? target.value(QLatin1String("realm")).toString()
+                               : target.value(QLatin1String("context")).toString();
     return sessionId + QLatin1Char('\n') + within;
 }
 
@@ -126,7 +129,8 @@ void RemoteConnection::blockSessions(const QStringList& sessions, const QString&
         m_blocked.insert(session, reason);
     for (auto pending = m_pending.begin(); pending != m_pending.end();) {
         auto next = std::next(pending);
-        if (!pending->second.done && pending->second.inPage && sessions.contains(pending->second.sessionId)) {
+        if (!pending->second.done && pending->second.inPage &&
+            sessions.contains(pending->second.sessionId)) {
             if (pending->second.later) {
                 answerLater(pending, {}, reason);
             } else {
@@ -146,7 +150,8 @@ void RemoteConnection::unblockSessions(const QStringList& sessions)
         m_blocked.remove(session);
 }
 
-QJsonObject RemoteConnection::call(const QString& method, const QJsonObject& params, const QString& sessionId)
+QJsonObject RemoteConnection::call(const QString& method, const QJsonObject& params,
+                                   const QString& sessionId)
 {
     {
         QMutexLocker lock(&m_mutex);
@@ -184,7 +189,8 @@ QJsonObject RemoteConnection::call(const QString& method, const QJsonObject& par
     throw AppError(ErrorNumber::BrowserCall, answer.done ? answer.error : m_closedReason);
 }
 
-void RemoteConnection::send(const QString& method, const QJsonObject& params, const QString& sessionId)
+void RemoteConnection::send(const QString& method, const QJsonObject& params,
+                            const QString& sessionId)
 {
     const qint64 id = post(method, params, sessionId);
     QMutexLocker lock(&m_mutex);
@@ -193,17 +199,19 @@ void RemoteConnection::send(const QString& method, const QJsonObject& params, co
     m_pending.erase(id);
 }
 
-void RemoteConnection::callLater(const QString& method, const QJsonObject& params, const QString& sessionId,
-                              Answer answered)
+void RemoteConnection::callLater(const QString& method, const QJsonObject& params,
+                                 const QString& sessionId, Answer answered)
 {
     post(method, params, sessionId, std::move(answered));
 }
 
-void RemoteConnection::answerLater(std::map<qint64, Pending>::iterator pending, const QJsonObject& result,
-                                const QString& error)
+void RemoteConnection::answerLater(std::map<qint64, Pending>::iterator pending,
+                                   const QJsonObject& result, const QString& error)
 {
     Event event;
-    event.answer = [later = std::move(pending->second.later), result, error] { later(result, error); };
+    event.answer = [later = std::move(pending->second.later), result, error] {
+        later(result, error);
+    };
     m_pending.erase(pending);
     m_events.push_back(std::move(event));
     QMetaObject::invokeMethod(this, &RemoteConnection::deliverOne, Qt::QueuedConnection);
@@ -238,7 +246,8 @@ void RemoteConnection::onReceived(const QByteArray& bytes)
     }
     Event event{message.value(QStringLiteral("method")).toString(),
                 message.value(QStringLiteral("params")).toObject(),
-                message.value(QStringLiteral("sessionId")).toString(), {}};
+                message.value(QStringLiteral("sessionId")).toString(),
+                {}};
     std::function<void(const Event&)> hook;
     {
         QMutexLocker lock(&m_mutex);

@@ -2,9 +2,9 @@
 
 #include <QHash>
 #include <QJsonObject>
-#include <QStringList>
 #include <QMutex>
 #include <QObject>
+#include <QStringList>
 #include <QWaitCondition>
 #include <deque>
 #include <functional>
@@ -47,9 +47,13 @@ public:
     void send(const QString& method, const QJsonObject& params = {}, const QString& sessionId = {});
     // Sends without waiting; the answer (or the browser's error) is handed to `answered` on the
     // user-interface thread, in order with the events. A browser that goes away never answers.
-    void callLater(const QString& method, const QJsonObject& params, const QString& sessionId, Answer answered);
+    void callLater(const QString& method, const QJsonObject& params, const QString& sessionId,
+                   Answer answered);
 
-    void setEventHandler(std::function<void(const Event&)> handler) { m_handler = std::move(handler); }
+    void setEventHandler(std::function<void(const Event&)> handler)
+    {
+        m_handler = std::move(handler);
+    }
     // Runs on the I/O thread for each event before it is queued: for what must not wait for the
     // user-interface thread (resuming a target that waits for its debugger).
     void setIoHook(std::function<void(const Event&)> hook);
@@ -73,11 +77,14 @@ private:
         QJsonObject result;
         QString error;
     };
-    qint64 post(const QString& method, const QJsonObject& params, const QString& sessionId, Answer later = {});
+    qint64 post(const QString& method, const QJsonObject& params, const QString& sessionId,
+                Answer later = {});
     // Hands a callLater answer to the user-interface thread; the mutex is held.
-    void answerLater(std::map<qint64, Pending>::iterator pending, const QJsonObject& result, const QString& error);
+    void answerLater(std::map<qint64, Pending>::iterator pending, const QJsonObject& result,
+                     const QString& error);
     static bool runsInPage(const QString& method);
-    // The page or document a call runs in: its session, and its target realm or context if it names one.
+    // The page or document a call runs in: its session, and its target realm or context if it names
+    // one.
     static QString scopeOf(const QJsonObject& params, const QString& sessionId);
     void onReceived(const QByteArray& message);
     void onClosed(const QString& reason);
@@ -94,8 +101,8 @@ private:
     qint64 m_nextId = 1;
     QString m_closedReason;
     QHash<QString, QString> m_blocked; // session -> why its calls fail
-    // Scopes whose last call went unanswered in time -> what to say: the next calls into them fail at
-    // once, until that call's answer comes after all.
+    // Scopes whose last call went unanswered in time -> what to say: the next calls into them fail
+    // at once, until that call's answer comes after all.
     QHash<QString, QString> m_unanswered;
     int m_timeoutMs;
     std::function<void(const Event&)> m_handler;

@@ -14,7 +14,8 @@
 #include <unistd.h>
 
 PipeTransport::PipeTransport(int readFd, int writeFd)
-    : m_readFd(readFd), m_writeFd(writeFd), m_notifier(new QSocketNotifier(readFd, QSocketNotifier::Read, this))
+    : m_readFd(readFd), m_writeFd(writeFd),
+      m_notifier(new QSocketNotifier(readFd, QSocketNotifier::Read, this))
 {
     // A browser that died must make a write fail, not end Tolvane.
     ::signal(SIGPIPE, SIG_IGN);
@@ -33,7 +34,8 @@ void PipeTransport::send(const QByteArray& message)
     framed.append('\0');
     qsizetype done = 0;
     while (done < framed.size()) {
-        const auto written = ::write(m_writeFd, framed.constData() + done, static_cast<size_t>(framed.size() - done));
+        const auto written = ::write(m_writeFd, framed.constData() + done,
+                                     static_cast<size_t>(framed.size() - done));
         if (written < 0 && errno == EINTR)
             continue;
         if (written <= 0) {
@@ -63,7 +65,8 @@ void PipeTransport::readAvailable()
     }
 }
 
-WebSocketTransport::WebSocketTransport(const QString& url) : m_socket(new QWebSocket(QString(), QWebSocketProtocol::VersionLatest, this))
+WebSocketTransport::WebSocketTransport(const QString& url)
+    : m_socket(new QWebSocket(QString(), QWebSocketProtocol::VersionLatest, this))
 {
     m_socket->setMaxAllowedIncomingMessageSize(256 * 1024 * 1024);
     connect(m_socket, &QWebSocket::textMessageReceived, this,
@@ -80,8 +83,9 @@ WebSocketTransport::WebSocketTransport(const QString& url) : m_socket(new QWebSo
     m_socket->open(QUrl(url));
     wait.exec();
     if (m_socket->state() != QAbstractSocket::ConnectedState)
-        throw AppError(ErrorNumber::BrowserCall,
-                       QStringLiteral("Cannot reach the browser at %1: %2").arg(url, m_socket->errorString()));
+        throw AppError(
+            ErrorNumber::BrowserCall,
+            QStringLiteral("Cannot reach the browser at %1: %2").arg(url, m_socket->errorString()));
     connect(m_socket, &QWebSocket::disconnected, this,
             [this] { Q_EMIT closed(QStringLiteral("The browser closed its connection.")); });
 #ifdef TCP_QUICKACK
@@ -91,7 +95,8 @@ WebSocketTransport::WebSocketTransport(const QString& url) : m_socket(new QWebSo
     if (auto* tcp = m_socket->findChild<QAbstractSocket*>()) {
         const auto quickAck = [tcp] {
             int on = 1;
-            ::setsockopt(static_cast<int>(tcp->socketDescriptor()), IPPROTO_TCP, TCP_QUICKACK, &on, sizeof on);
+            ::setsockopt(static_cast<int>(tcp->socketDescriptor()), IPPROTO_TCP, TCP_QUICKACK, &on,
+                         sizeof on);
         };
         quickAck();
         connect(tcp, &QIODevice::readyRead, this, quickAck);

@@ -8,12 +8,12 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateEdit>
-#include <QKeyEvent>
-#include <QMouseEvent>
-#include <QScrollBar>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
+#include <QScrollBar>
 #include <QTimer>
 #include <QTreeWidget>
 
@@ -59,8 +59,7 @@ void showText(QWidget* widget, const QString& text)
         // cursor to the end and lose the undo history.
         if (edit->text() != text)
             edit->setText(text);
-    }
-    else if (widget->isWindow())
+    } else if (widget->isWindow())
         widget->setWindowTitle(text);
 }
 
@@ -103,9 +102,7 @@ void ControlBinding::bind(Control& control, QWidget* widget)
 void ControlBinding::bindCheckBox(CheckBoxControl& control, QCheckBox* widget)
 {
     bindCommon(control, widget);
-    const auto show = [&control, widget] {
-        widget->setChecked(control.value() != 0);
-    };
+    const auto show = [&control, widget] { widget->setChecked(control.value() != 0); };
     show();
     QObject::connect(&control, &Control::changed, widget, show);
     QObject::connect(widget, &QCheckBox::clicked, &control, [&control](bool checked) {
@@ -151,7 +148,8 @@ public:
     void reportGeometry()
     {
         m_control.setWidthTwips(m_widget->width() * TwipsPerPixel);
-        const int rowHeight = std::max(1, m_widget->sizeHintForRow(0) > 0 ? m_widget->sizeHintForRow(0) : 16);
+        const int rowHeight =
+            std::max(1, m_widget->sizeHintForRow(0) > 0 ? m_widget->sizeHintForRow(0) : 16);
         m_control.setVisibleRowCount(m_widget->viewport()->height() / rowHeight);
         const QModelIndex top = m_widget->indexAt(QPoint(1, 1));
         m_control.setTopIndex(top.isValid() ? top.row() : 0);
@@ -188,7 +186,8 @@ protected:
             // A double click beside the rows opens the selected one too; on a row the view
             // reports it itself.
             const auto* mouse = static_cast<QMouseEvent*>(event);
-            if (watched == m_widget->viewport() && !m_widget->indexAt(mouse->position().toPoint()).isValid())
+            if (watched == m_widget->viewport() &&
+                !m_widget->indexAt(mouse->position().toPoint()).isValid())
                 m_control.doubleClick();
             break;
         }
@@ -250,10 +249,11 @@ void ControlBinding::bindList(ListViewControl& control, QTreeWidget* widget)
         showRow(widget->topLevelItem(index), control.row(index));
     });
     QObject::connect(&control, &ListViewControl::selectionChanged, widget, showSelection);
-    QObject::connect(&control, &ListViewControl::scrollRequested, widget, [widget, watcher](int index) {
-        widget->scrollToItem(widget->topLevelItem(index), QAbstractItemView::EnsureVisible);
-        watcher->reportGeometry();
-    });
+    QObject::connect(
+        &control, &ListViewControl::scrollRequested, widget, [widget, watcher](int index) {
+            widget->scrollToItem(widget->topLevelItem(index), QAbstractItemView::EnsureVisible);
+            watcher->reportGeometry();
+        });
     QObject::connect(&control, &ListViewControl::columnWidthChanged, widget, [&control, widget] {
         widget->setColumnWidth(0, control.columnWidthTwips() / TwipsPerPixel);
     });

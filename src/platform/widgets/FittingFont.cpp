@@ -37,7 +37,8 @@ int neededWidth(const QWidget* widget, const QFont& font)
     const int textWidth = QFontMetrics(font).horizontalAdvance(shownText(textOf(widget)));
     const QStyle* style = widget->style();
     if (const auto* label = qobject_cast<const QLabel*>(widget))
-        return textWidth + 2 * (label->margin() + label->frameWidth()) + std::max(0, label->indent());
+        return textWidth + 2 * (label->margin() + label->frameWidth()) +
+               std::max(0, label->indent());
     if (qobject_cast<const QCheckBox*>(widget))
         return textWidth + style->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, widget) +
                style->pixelMetric(QStyle::PM_CheckBoxLabelSpacing, nullptr, widget);
@@ -56,7 +57,6 @@ bool fits(const QWidget* widget, const QFont& font)
 }
 } // namespace
 
-
 void FittingFont::shrinkToFit(QWidget* window, double smallest)
 {
     QList<QWidget*> sharing;
@@ -67,7 +67,8 @@ void FittingFont::shrinkToFit(QWidget* window, double smallest)
     }
     QFont font = window->font();
     while (font.pointSizeF() - 0.25 >= smallest &&
-           !std::all_of(sharing.begin(), sharing.end(), [&](const QWidget* w) { return fits(w, font); }))
+           !std::all_of(sharing.begin(), sharing.end(),
+                        [&](const QWidget* w) { return fits(w, font); }))
         font.setPointSizeF(font.pointSizeF() - 0.25);
     window->setFont(font);
 }

@@ -16,7 +16,8 @@ void HelpWindow::showFile(const QString& helpFile)
     QFile file(helpFile);
     if (file.open(QIODevice::ReadOnly)) {
         setHtml(QString::fromUtf8(file.readAll()));
-        setWindowTitle(documentTitle().isEmpty() ? QStringLiteral("Tolvane Help") : documentTitle());
+        setWindowTitle(documentTitle().isEmpty() ? QStringLiteral("Tolvane Help")
+                                                 : documentTitle());
     } else {
         setPlainText(QStringLiteral("The help file %1 could not be opened.").arg(helpFile));
         setWindowTitle(QStringLiteral("Tolvane Help - file not found"));

@@ -116,7 +116,8 @@ void MainWindow::buildBottomPanel()
 {
     m_bottom = child<QWidget>(this);
     bind(m_form.fraBottom, m_bottom);
-    for (Control* control : {&m_form.Label1, &m_form.lblLastEntry, &m_form.Label3, &m_form.lblEntries})
+    for (Control* control :
+         {&m_form.Label1, &m_form.lblLastEntry, &m_form.Label3, &m_form.lblEntries})
         bind(*control, child<QLabel>(m_bottom));
     for (Control* value : {&m_form.lblLastEntry, &m_form.lblEntries})
         connect(value, &Control::changed, this, &MainWindow::stretchValues);
@@ -133,7 +134,8 @@ void MainWindow::alignBottom()
     const QRect status = m_form.StatusBar.geometry();
     const QRect panel = m_form.fraBottom.geometry();
     m_form.StatusBar.setGeometry(QRect(0, height - status.height(), width, status.height()));
-    m_form.fraBottom.setGeometry(QRect(0, height - status.height() - panel.height(), width, panel.height()));
+    m_form.fraBottom.setGeometry(
+        QRect(0, height - status.height() - panel.height(), width, panel.height()));
     stretchValues();
 }
 
@@ -143,7 +145,8 @@ void MainWindow::stretchValues()
     // their right, so they reach to its margin.
     for (const char* name : {"lblLastEntry", "lblEntries"}) {
         auto* value = m_bottom->findChild<QLabel*>(QLatin1String(name));
-        value->resize(std::max(value->width(), m_bottom->width() - value->x() - RightMargin), value->height());
+        value->resize(std::max(value->width(), m_bottom->width() - value->x() - RightMargin),
+                      value->height());
     }
 }
 

@@ -49,9 +49,11 @@ QPixmap crossedBall()
 
 QIcon StateIcon(int index)
 {
-    static const std::array<QIcon, 6> icons = {
-        QIcon(ball(Qt::white)),         QIcon(letterBall(QLatin1Char('D'))),
-        QIcon(letterBall(QLatin1Char('W'))), QIcon(letterBall(QLatin1Char('M'))),
-        QIcon(ball(QColor(210, 30, 30))), QIcon(crossedBall())};
+    static const std::array<QIcon, 6> icons = {QIcon(ball(Qt::white)),
+                                               QIcon(letterBall(QLatin1Char('D'))),
+                                               QIcon(letterBall(QLatin1Char('W'))),
+                                               QIcon(letterBall(QLatin1Char('M'))),
+                                               QIcon(ball(QColor(210, 30, 30))),
+                                               QIcon(crossedBall())};
     return (index >= 1 && index <= 6) ? icons[index - 1] : QIcon();
 }

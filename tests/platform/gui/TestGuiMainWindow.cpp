@@ -41,14 +41,19 @@ TEST_F(TestGuiMainWindow, EveryControlIsThereWithItsTextAndKind)
     {
         const char* name;
         const char* text;
-    } labels[] = {
-        {"lblHelp", "Help - Press F1"}, {"Label(0)", "Active web page"}, {"Label(1)", "&Shortcuts:"},
-        {"Label(2)", "Current Profile"}, {"Label1", "Last Visit"},     {"lblLastEntry", "Last Entry"},
-        {"Label3", "Visits"},           {"lblEntries", "1"},
-    }, buttons[] = {
-        {"cmdProfiles", "Edit..."}, {"cmdAddShortcut", "Add active page to shortcuts"},
-        {"cmdPause", "&Pause"},     {"cmdExit", "E&xit"},
-    };
+    } labels[] =
+        {
+            {"lblHelp", "Help - Press F1"}, {"Label(0)", "Active web page"},
+            {"Label(1)", "&Shortcuts:"},    {"Label(2)", "Current Profile"},
+            {"Label1", "Last Visit"},       {"lblLastEntry", "Last Entry"},
+            {"Label3", "Visits"},           {"lblEntries", "1"},
+        },
+      buttons[] = {
+          {"cmdProfiles", "Edit..."},
+          {"cmdAddShortcut", "Add active page to shortcuts"},
+          {"cmdPause", "&Pause"},
+          {"cmdExit", "E&xit"},
+      };
     for (const Case& c : labels) {
         auto* label = widget<QLabel>(c.name);
         ASSERT_NE(label, nullptr) << c.name;
@@ -70,8 +75,9 @@ TEST_F(TestGuiMainWindow, EveryControlIsThereWithItsTextAndKind)
     auto* autoJump = widget<QCheckBox>("chkAutoJump");
     ASSERT_NE(autoJump, nullptr);
     EXPECT_EQ(autoJump->text(), QStringLiteral("Auto-jump to first field"));
-    EXPECT_EQ(autoJump->toolTip(),
-              QStringLiteral("When checked, web pages will automatically show the first input box."));
+    EXPECT_EQ(
+        autoJump->toolTip(),
+        QStringLiteral("When checked, web pages will automatically show the first input box."));
     EXPECT_TRUE(widget<QLabel>("lblHelp")->font().bold());
 }
 
@@ -81,17 +87,21 @@ TEST_F(TestGuiMainWindow, EveryCaptionAndValueShowsWhole)
 {
     window.show();
     const auto shownWidth = [](const QAbstractButton* button) {
-        return button->fontMetrics().horizontalAdvance(QString(button->text()).remove(QLatin1Char('&')));
+        return button->fontMetrics().horizontalAdvance(
+            QString(button->text()).remove(QLatin1Char('&')));
     };
     const auto checkAll = [&](const std::string& when) {
         for (QLabel* label : window.findChildren<QLabel*>()) {
             if (label->text().isEmpty())
                 continue;
-            EXPECT_LE(label->sizeHint().width(), label->width()) << label->objectName().toStdString() << when;
-            EXPECT_LE(label->fontMetrics().height(), label->height()) << label->objectName().toStdString();
+            EXPECT_LE(label->sizeHint().width(), label->width())
+                << label->objectName().toStdString() << when;
+            EXPECT_LE(label->fontMetrics().height(), label->height())
+                << label->objectName().toStdString();
         }
         for (QPushButton* button : window.findChildren<QPushButton*>())
-            EXPECT_LT(shownWidth(button), button->width()) << button->objectName().toStdString() << when;
+            EXPECT_LT(shownWidth(button), button->width())
+                << button->objectName().toStdString() << when;
         auto* autoJump = widget<QCheckBox>("chkAutoJump");
         EXPECT_LE(autoJump->sizeHint().width(), autoJump->width()) << when;
     };
@@ -133,7 +143,8 @@ TEST_F(TestGuiMainWindow, StatusLineClearsItselfOnTheRealTimer)
     FakeEditorDisplay editor;
     FakeProfilesDisplay profilesEditor;
     FakeDocking docking;
-    frmMain form({shell, settings, boxes, realClock, ini, shellWindows, pump, metrics, editor, profilesEditor, docking});
+    frmMain form({shell, settings, boxes, realClock, ini, shellWindows, pump, metrics, editor,
+                  profilesEditor, docking});
     MainWindow live(form);
     form.ShowStatus(QStringLiteral("Filling"));
     auto* status = live.findChild<QLabel*>(QStringLiteral("StatusBar"));
@@ -155,7 +166,8 @@ TEST_F(TestGuiMainWindow, ClicksReachTheFormAndHelpOpens)
     QTest::keyClick(&window, Qt::Key_F1);
     ASSERT_NE(window.helpWindow(), nullptr);
     EXPECT_TRUE(window.helpWindow()->isVisible());
-    EXPECT_TRUE(window.helpWindow()->toPlainText().contains(QStringLiteral("Pause stops remembering")));
+    EXPECT_TRUE(
+        window.helpWindow()->toPlainText().contains(QStringLiteral("Pause stops remembering")));
 
     QTest::mouseClick(widget<QPushButton>("cmdExit"), Qt::LeftButton);
     EXPECT_FALSE(window.isVisible());

@@ -53,8 +53,10 @@ protected:
     }
     QString shortcutsKey(int number, const char* key)
     {
-        return ini.readEntry(dir.path() + "/Tolvane Data/zShortcuts.ini", QStringLiteral("Shortcut%1").arg(number),
-                             key).value_or("<missing>");
+        return ini
+            .readEntry(dir.path() + "/Tolvane Data/zShortcuts.ini",
+                       QStringLiteral("Shortcut%1").arg(number), key)
+            .value_or("<missing>");
     }
 
     QTemporaryDir dir;
@@ -69,7 +71,8 @@ protected:
     ShortcutDialogDisplay editor;
     FakeProfilesDisplay profilesEditor;
     FakeDocking docking;
-    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor, profilesEditor, docking}};
+    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor,
+                  profilesEditor, docking}};
     MainWindow window{form};
     QTreeWidget* list = nullptr;
 };
@@ -118,8 +121,10 @@ TEST_F(TestGuiShortcuts, TheListWidgetFollowsRebuildsAndRightClicks)
     const QString file = dir.path() + "/Tolvane Data/zShortcuts.ini";
     ini.writeEntry(file, "Shortcuts", "Max", "30");
     for (int n = 1; n <= 30; ++n) {
-        ini.writeEntry(file, QStringLiteral("Shortcut%1").arg(n), "Title", QStringLiteral("Contest %1").arg(n));
-        ini.writeEntry(file, QStringLiteral("Shortcut%1").arg(n), "URL", QStringLiteral("http://c%1.example/").arg(n));
+        ini.writeEntry(file, QStringLiteral("Shortcut%1").arg(n), "Title",
+                       QStringLiteral("Contest %1").arg(n));
+        ini.writeEntry(file, QStringLiteral("Shortcut%1").arg(n), "URL",
+                       QStringLiteral("http://c%1.example/").arg(n));
     }
     form.shortcutList().RequeryShortcuts();
     ASSERT_EQ(list->topLevelItemCount(), 30);

@@ -1,8 +1,8 @@
 // Main: wires the real adapters to the logic, runs the start-up and shows the bar.
 #include "AppError.h"
-#include "BidiShell.h"
+#include "BidiWindowList.h"
 #include "BrowserLocator.h"
-#include "CdpShell.h"
+#include "CdpWindowList.h"
 #include "ChromiumProcess.h"
 #include "Clock.h"
 #include "DesktopShell.h"
@@ -56,7 +56,7 @@ int main(int argc, char* argv[])
     std::function<void(const QString&)> openInBrowser;
     if (qEnvironmentVariableIsSet("TOLVANE_BIDI") ||
         (!qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") && BrowserLocator::isFirefox(browser))) {
-        auto firefox = std::make_unique<BidiShell>([&]() -> std::unique_ptr<FirefoxProcess> {
+        auto firefox = std::make_unique<BidiWindowList>([&]() -> std::unique_ptr<FirefoxProcess> {
             const QString endpoint = qEnvironmentVariable("TOLVANE_BIDI");
             if (!endpoint.isEmpty())
                 return FirefoxProcess::attach(endpoint);
@@ -67,7 +67,7 @@ int main(int argc, char* argv[])
         };
         followed = std::move(firefox);
     } else {
-        auto chromium = std::make_unique<CdpShell>([&]() -> std::unique_ptr<ChromiumProcess> {
+        auto chromium = std::make_unique<CdpWindowList>([&]() -> std::unique_ptr<ChromiumProcess> {
             const QString endpoint = qEnvironmentVariable("TOLVANE_DEVTOOLS");
             if (!endpoint.isEmpty())
                 return ChromiumProcess::attach(endpoint);

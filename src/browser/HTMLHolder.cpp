@@ -3,6 +3,7 @@
 #include "AppError.h"
 #include "Clock.h"
 #include "Ini.h"
+#include "VbText.h"
 
 namespace {
 // A second double click within this time asks for the page to be filled again.

@@ -34,3 +34,8 @@ double Val(const QString& text)
     const double value = number.toDouble(&ok);
     return ok ? value : 0.0;
 }
+
+bool SameText(const QString& a, const QString& b)
+{
+    return TrimSpaces(a.toUpper()) == TrimSpaces(b.toUpper());
+}

@@ -5,6 +5,7 @@
 #include "DataLocation.h"
 #include "Ini.h"
 #include "ShortcutFile.h"
+#include "VbText.h"
 
 #include <limits>
 

@@ -3,6 +3,7 @@
 #include "AppError.h"
 #include "AppInfo.h"
 #include "Clock.h"
+#include "DataLocation.h"
 #include "MessageBoxes.h"
 #include "SettingsStore.h"
 #include "ShellServices.h"

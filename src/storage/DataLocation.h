@@ -15,3 +15,7 @@ public:
 
 // DataFolder + separator + file name.
 QString DataFilePath(const DataLocation& location, const QString& fileName);
+
+// The one-letter file-name prefix of a profile index: 0 or below "z", 1 "v", 2 "w", 3 "x",
+// 4 "y", anything else empty.
+QString ProfilePrefixOf(int index);

@@ -31,26 +31,3 @@ QStringList Ini::SectionNames(const QString& file) const
 {
     return m_backend.sectionNames(file);
 }
-
-bool SameText(const QString& a, const QString& b)
-{
-    return TrimSpaces(a.toUpper()) == TrimSpaces(b.toUpper());
-}
-
-QString ProfilePrefixOf(int index)
-{
-    if (index <= 0)
-        return QStringLiteral("z");
-    switch (index) {
-    case 1:
-        return QStringLiteral("v");
-    case 2:
-        return QStringLiteral("w");
-    case 3:
-        return QStringLiteral("x");
-    case 4:
-        return QStringLiteral("y");
-    default:
-        return {};
-    }
-}

@@ -24,10 +24,3 @@ public:
 private:
     IniBackend& m_backend;
 };
-
-// Equal when upper-cased and stripped of surrounding spaces.
-bool SameText(const QString& a, const QString& b);
-
-// The one-letter file-name prefix of a profile index: 0 or below "z", 1 "v", 2 "w", 3 "x",
-// 4 "y", anything else empty.
-QString ProfilePrefixOf(int index);

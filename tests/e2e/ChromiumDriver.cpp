@@ -1,6 +1,6 @@
 // The test's hands in Chromium: DevTools input events and evaluations.
 #include "AppError.h"
-#include "CdpShell.h"
+#include "CdpWindowList.h"
 #include "ChromiumProcess.h"
 #include "PageDriver.h"
 
@@ -9,7 +9,7 @@
 #include <QStandardPaths>
 
 namespace {
-class ChromiumDriver : public ShellDriver<CdpShell>
+class ChromiumDriver : public ShellDriver<CdpWindowList>
 {
 public:
     ChromiumDriver(const QString& executable, const QString& profile)

@@ -1,6 +1,6 @@
 // The test's hands in Firefox: WebDriver BiDi input actions and evaluations.
 #include "AppError.h"
-#include "BidiShell.h"
+#include "BidiWindowList.h"
 #include "FirefoxProcess.h"
 #include "PageDriver.h"
 
@@ -9,7 +9,7 @@
 #include <QStandardPaths>
 
 namespace {
-class FirefoxDriver : public ShellDriver<BidiShell>
+class FirefoxDriver : public ShellDriver<BidiWindowList>
 {
 public:
     FirefoxDriver(const QString& executable, const QString& profile)

@@ -1,9 +1,9 @@
 // The browser's life beside the bar: gone and started again for the next shortcut, closed
 // cleanly on Exit, its tabs back at the next start; and a browser that cannot run is said once.
 #include "BarFixture.h"
-#include "BidiShell.h"
+#include "BidiWindowList.h"
 #include "BrowserTracking.h"
-#include "CdpShell.h"
+#include "CdpWindowList.h"
 #include "ChromiumProcess.h"
 #include "DesktopShell.h"
 #include "FirefoxProcess.h"
@@ -145,10 +145,10 @@ TEST_P(TestBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn
     const auto starting = [&](const QString& executable) {
         return [&, executable] {
             if (onFirefox())
-                return over(std::make_unique<BidiShell>([this, executable] {
+                return over(std::make_unique<BidiWindowList>([this, executable] {
                     return FirefoxProcess::start(executable, profile.path());
                 }));
-            return over(std::make_unique<CdpShell>(
+            return over(std::make_unique<CdpWindowList>(
                 [this, executable] { return ChromiumProcess::start(executable, profile.path()); }));
         };
     };
@@ -165,9 +165,9 @@ TEST_P(TestBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn
         {"attached, gone",
          [&] {
              if (onFirefox())
-                 return over(std::make_unique<BidiShell>(
+                 return over(std::make_unique<BidiWindowList>(
                      [] { return FirefoxProcess::attach(QStringLiteral("ws://127.0.0.1:1")); }));
-             return over(std::make_unique<CdpShell>(
+             return over(std::make_unique<CdpWindowList>(
                  [] { return ChromiumProcess::attach(QStringLiteral("http://127.0.0.1:1")); }));
          },
          "127.0.0.1:1"},

@@ -1,6 +1,8 @@
 // ReadINI / WriteINI over real files, SameText and the profile prefixes.
+#include "DataLocation.h"
 #include "Ini.h"
 #include "IniFileStore.h"
+#include "VbText.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -2,8 +2,10 @@
 
 #include "ScriptWindowList.h"
 
+#include <QJsonDocument>
 #include <functional>
 #include <memory>
+#include <type_traits>
 
 // The browser process an adapter follows: made by its connector on first use (started, or
 // attached to one already running), with the connection the adapter's calls go through.
@@ -17,12 +19,36 @@ public:
     Process* process() const { return m_browser.get(); }
 
 protected:
+    using Connection = std::remove_reference_t<decltype(std::declval<Process&>().connection())>;
+
     // The browser's connection; throws AppError when there is no browser to call.
     auto& connected()
     {
         this->requireConnection();
         return m_browser->connection();
     }
+
+    // What every adapter does first with an event: lists it on standard error when the
+    // environment variable `traceVariable` is set (for diagnosis), and takes the connection's
+    // closing for the browser gone, every window it showed closed. True when the event is the
+    // adapter's to handle.
+    bool takeEvent(const char* traceVariable, const char* tag,
+                   const typename Connection::Event& event)
+    {
+        static const bool trace = qEnvironmentVariableIsSet(traceVariable);
+        if (trace)
+            qInfo("%s %s %s %s", tag, qPrintable(event.sessionId.left(8)), qPrintable(event.method),
+                  qPrintable(
+                      QString::fromUtf8(QJsonDocument(event.params).toJson(QJsonDocument::Compact))
+                          .left(200)));
+        if (event.method != Connection::ClosedEvent)
+            return true;
+        markAllClosed();
+        this->browserGone();
+        return false;
+    }
+    // The browser went: what the adapter knew of its windows and frames is closed.
+    virtual void markAllClosed() = 0;
 
     Connector m_connector;
     std::unique_ptr<Process> m_browser;

@@ -1,7 +1,8 @@
-#include "CdpShell.h"
+#include "CdpWindowList.h"
 
 #include "AppError.h"
 #include "CdpDialogGuard.h"
+#include "CdpRealmNames.h"
 #include "ChromiumProcess.h"
 #include "PageScript.h"
 #include "ScriptDocument.h"
@@ -10,11 +11,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+using namespace CdpRealmNames;
+
 namespace {
-QString key(const QString& session, const QString& part)
-{
-    return session + QLatin1Char('\n') + part;
-}
 
 // Drops what a hash keeps for one session (keys are session + "\n" + ...).
 template <class Value> void eraseSession(QHash<QString, Value>& hash, const QString& session)
@@ -27,26 +26,6 @@ template <class Value> void eraseSession(QHash<QString, Value>& hash, const QStr
 // The world the page script runs in, and the binding it reports through.
 const QString World = QStringLiteral("tolvane");
 const QString Binding = QStringLiteral("__tolvaneEvent");
-
-QString realmOf(const QString& session, int context)
-{
-    return key(session, QString::number(context));
-}
-
-QString sessionOf(const QString& realm)
-{
-    return realm.section(QLatin1Char('\n'), 0, 0);
-}
-
-int contextOf(const QString& realm)
-{
-    return realm.section(QLatin1Char('\n'), 1).toInt();
-}
-
-AppError browserError(const QString& text)
-{
-    return AppError(ErrorNumber::BrowserCall, text);
-}
 
 // What every page and frame session gets before it may run: events on, our world and script
 // in place, its own frames attached; then it is let go.
@@ -70,9 +49,9 @@ void prepareSession(RemoteConnection& cdp, const QString& session)
 }
 } // namespace
 
-CdpShell::CdpShell(Connector connector) : FollowedBrowser(std::move(connector)) {}
+CdpWindowList::CdpWindowList(Connector connector) : FollowedBrowser(std::move(connector)) {}
 
-CdpShell::~CdpShell()
+CdpWindowList::~CdpWindowList()
 {
     if (m_browser) {
         m_browser->connection().setEventHandler(nullptr);
@@ -81,7 +60,7 @@ CdpShell::~CdpShell()
     m_browser.reset();
 }
 
-void CdpShell::openConnection()
+void CdpWindowList::openConnection()
 {
     m_browser = m_connector();
     RemoteConnection& connection = m_browser->connection();
@@ -106,7 +85,7 @@ void CdpShell::openConnection()
                     {{"autoAttach", true}, {"waitForDebuggerOnStart", true}, {"flatten", true}});
 }
 
-void CdpShell::AppActivate(const QString& title)
+void CdpWindowList::AppActivate(const QString& title)
 {
     activateTitled(
         title, [this](const QString& id) { return m_targets.value(id).title; },
@@ -118,22 +97,7 @@ void CdpShell::AppActivate(const QString& title)
         });
 }
 
-bool CdpShell::isVisibleTab(const QString& targetId)
-{
-    const QString session = m_targets.value(targetId).sessionId;
-    const auto context = m_contexts.constFind(key(session, targetId));
-    if (context == m_contexts.constEnd())
-        return false;
-    try {
-        return evaluate(realmOf(session, *context),
-                        QStringLiteral("window.__tolvane.doc('visibility')")) ==
-               QLatin1String("visible");
-    } catch (const AppError&) {
-        return false;
-    }
-}
-
-void CdpShell::OpenAddress(const QString& address)
+void CdpWindowList::OpenAddress(const QString& address)
 {
     // A browser that has gone (closed by the user, crashed, never started) is started again
     // for it; its windows are taken up as they come, as at start-up.
@@ -142,7 +106,7 @@ void CdpShell::OpenAddress(const QString& address)
     cdp().call(QStringLiteral("Target.createTarget"), {{"url", address}, {"newWindow", true}});
 }
 
-void CdpShell::dropConnection()
+void CdpWindowList::dropConnection()
 {
     if (m_browser) {
         m_browser->connection().setEventHandler(nullptr);
@@ -158,8 +122,8 @@ void CdpShell::dropConnection()
     m_documents.clear();
 }
 
-QJsonObject CdpShell::call(const QString& targetOrSession, const QString& method,
-                           const QJsonObject& params)
+QJsonObject CdpWindowList::call(const QString& targetOrSession, const QString& method,
+                                const QJsonObject& params)
 {
     // Callers name a page by its target id or a frame by its session.
     const auto target = m_targets.constFind(targetOrSession);
@@ -167,97 +131,17 @@ QJsonObject CdpShell::call(const QString& targetOrSession, const QString& method
     return cdp().call(method, params, session);
 }
 
-void CdpShell::evaluateLater(const QString& realm, const QString& expression)
-{
-    cdp().send(QStringLiteral("Runtime.evaluate"),
-               {{"expression", expression}, {"contextId", contextOf(realm)}}, sessionOf(realm));
-}
-
-QJsonValue CdpShell::evaluate(const QString& realm, const QString& expression)
-{
-    const QJsonObject answer = cdp().call(
-        QStringLiteral("Runtime.evaluate"),
-        {{"expression", expression}, {"contextId", contextOf(realm)}, {"returnByValue", true}},
-        sessionOf(realm));
-    if (answer.contains("exceptionDetails")) {
-        const QJsonObject details = answer.value("exceptionDetails").toObject();
-        const QString text = details.value("exception").toObject().value("description").toString();
-        throw browserError(text.isEmpty() ? details.value("text").toString()
-                                          : text.section(QLatin1Char('\n'), 0, 0));
-    }
-    return answer.value("result").toObject().value("value");
-}
-
-QString CdpShell::pageUrl(const QString& targetId) const
+QString CdpWindowList::pageUrl(const QString& targetId) const
 {
     return m_targets.value(targetId).url;
 }
 
-void CdpShell::reload(const QString& targetId)
+void CdpWindowList::reload(const QString& targetId)
 {
     call(targetId, QStringLiteral("Page.reload"));
 }
 
-DocPtr CdpShell::pageDocument(const QString& targetId)
-{
-    // A page's main frame has the page's own target id.
-    return documentFor(m_targets.value(targetId).sessionId, targetId);
-}
-
-DocPtr CdpShell::documentFor(const QString& sessionId, const QString& frameId)
-{
-    // A frame in a process of its own is reached through its own session.
-    QString session = sessionId;
-    const auto oopif = m_targets.constFind(frameId);
-    if (oopif != m_targets.constEnd() && oopif->open && !oopif->sessionId.isEmpty())
-        session = oopif->sessionId;
-    const auto context = m_contexts.constFind(key(session, frameId));
-    if (context == m_contexts.constEnd())
-        return nullptr;
-    return m_documents.get(realmOf(session, *context), frameId);
-}
-
-FramePtr CdpShell::frameOwner(const QString& realm, int index)
-{
-    const QString session = sessionOf(realm);
-    QJsonObject answer;
-    try {
-        answer =
-            cdp().call(QStringLiteral("Runtime.evaluate"),
-                       {{"expression", QStringLiteral("window.__tolvane.frame(%1)").arg(index)},
-                        {"contextId", contextOf(realm)}},
-                       session);
-    } catch (const AppError& error) {
-        // Behind a dialog the frame cannot be reached, as another site's frame cannot.
-        if (!CdpDialogGuard::isRefusal(error))
-            throw;
-        return std::make_shared<ScriptFrameOwner>(*this, session, QString());
-    }
-    const QString objectId = answer.value("result").toObject().value("objectId").toString();
-    if (objectId.isEmpty())
-        throw AppError(ErrorNumber::InvalidCall,
-                       QStringLiteral("Invalid procedure call or argument"));
-    const QJsonObject node =
-        cdp()
-            .call(QStringLiteral("DOM.describeNode"), {{"objectId", objectId}}, session)
-            .value("node")
-            .toObject();
-    cdp().send(QStringLiteral("Runtime.releaseObject"), {{"objectId", objectId}}, session);
-    return std::make_shared<ScriptFrameOwner>(*this, session, node.value("frameId").toString());
-}
-
-PageScriptHost::Failure CdpShell::failureOf(const AppError& error) const
-{
-    if (CdpDialogGuard::isRefusal(error))
-        return Failure::Refused;
-    const bool gone =
-        error.number() == ErrorNumber::BrowserCall &&
-        (error.description().contains(QLatin1String("Cannot find context with specified id")) ||
-         error.description().contains(QLatin1String("Execution context was destroyed")));
-    return gone ? Failure::Gone : Failure::Other;
-}
-
-std::shared_ptr<ScriptWindow> CdpShell::pageOfSession(const QString& sessionId) const
+std::shared_ptr<ScriptWindow> CdpWindowList::pageOfSession(const QString& sessionId) const
 {
     QString session = sessionId;
     for (int depth = 0; depth < 32 && !session.isEmpty(); ++depth) {
@@ -269,22 +153,20 @@ std::shared_ptr<ScriptWindow> CdpShell::pageOfSession(const QString& sessionId) 
     return nullptr;
 }
 
-void CdpShell::onEvent(const RemoteConnection::Event& event)
+void CdpWindowList::markAllClosed()
 {
-    // TOLVANE_CDP_TRACE=1 lists the browser's events on standard error, for diagnosis.
-    static const bool trace = qEnvironmentVariableIsSet("TOLVANE_CDP_TRACE");
-    if (trace)
-        qInfo(
-            "cdp %s %s %s", qPrintable(event.sessionId.left(8)), qPrintable(event.method),
-            qPrintable(QString::fromUtf8(QJsonDocument(event.params).toJson(QJsonDocument::Compact))
-                           .left(200)));
+    for (Target& target : m_targets)
+        target.open = false;
+}
+
+void CdpWindowList::onEvent(const RemoteConnection::Event& event)
+{
+    // TOLVANE_CDP_TRACE=1 lists the browser's events on standard error.
+    if (!takeEvent("TOLVANE_CDP_TRACE", "cdp", event))
+        return;
     const QString& method = event.method;
     const QJsonObject& params = event.params;
-    if (method == RemoteConnection::ClosedEvent) {
-        for (Target& target : m_targets)
-            target.open = false;
-        browserGone();
-    } else if (method == QLatin1String("Target.attachedToTarget")) {
+    if (method == QLatin1String("Target.attachedToTarget")) {
         onAttached(event);
     } else if (method == QLatin1String("Target.detachedFromTarget")) {
         onClosed(params.value("targetId").toString().isEmpty()
@@ -332,7 +214,7 @@ void CdpShell::onEvent(const RemoteConnection::Event& event)
     }
 }
 
-void CdpShell::onAttached(const RemoteConnection::Event& event)
+void CdpWindowList::onAttached(const RemoteConnection::Event& event)
 {
     const QJsonObject info = event.params.value("targetInfo").toObject();
     const QString id = info.value("targetId").toString();
@@ -348,7 +230,7 @@ void CdpShell::onAttached(const RemoteConnection::Event& event)
         addWindow(id);
 }
 
-void CdpShell::onClosed(const QString& targetId)
+void CdpWindowList::onClosed(const QString& targetId)
 {
     auto target = m_targets.find(targetId);
     if (target == m_targets.end() || !target->open)
@@ -357,7 +239,7 @@ void CdpShell::onClosed(const QString& targetId)
     windowClosed(targetId);
 }
 
-void CdpShell::onContextCreated(const RemoteConnection::Event& event)
+void CdpWindowList::onContextCreated(const RemoteConnection::Event& event)
 {
     const QJsonObject context = event.params.value("context").toObject();
     if (context.value("name").toString() != World)
@@ -367,7 +249,7 @@ void CdpShell::onContextCreated(const RemoteConnection::Event& event)
     m_contextFrames.insert(realmOf(event.sessionId, context.value("id").toInt()), frameId);
 }
 
-void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
+void CdpWindowList::onLoaded(const QString& sessionId, const QString& frameId)
 {
     const std::shared_ptr<ScriptWindow> page = pageOfSession(sessionId);
     if (!page)
@@ -384,36 +266,7 @@ void CdpShell::onLoaded(const QString& sessionId, const QString& frameId)
         [this, sessionId, frameId] { return documentFor(sessionId, frameId); });
 }
 
-void CdpShell::evaluateAnswered(const QString& realm, const QString& expression,
-                                std::function<void(const QJsonValue&)> answered)
-{
-    try {
-        cdp().callLater(
-            QStringLiteral("Runtime.evaluate"),
-            {{"expression", expression}, {"contextId", contextOf(realm)}, {"returnByValue", true}},
-            sessionOf(realm), [answered](const QJsonObject& result, const QString& error) {
-                const bool failed =
-                    !error.isEmpty() || result.contains(QLatin1String("exceptionDetails"));
-                answered(failed ? QJsonValue() : result.value("result").toObject().value("value"));
-            });
-    } catch (const AppError&) {
-        answered({}); // the browser has gone: nothing to fetch
-    }
-}
-
-bool CdpShell::frameShowsBlank(const QString& sessionId, const QString& frameId)
-{
-    try {
-        // A document that has already gone answers with no address: nothing to fill either.
-        const DocPtr shown = documentFor(sessionId, frameId);
-        const QString url = shown ? shown->url() : QString();
-        return url.isEmpty() || url == QLatin1String("about:blank");
-    } catch (const AppError&) {
-        return true;
-    }
-}
-
-void CdpShell::onDialogClosed(const QString& sessionId)
+void CdpWindowList::onDialogClosed(const QString& sessionId)
 {
     QStringList sessions{sessionId};
     for (const Target& target : std::as_const(m_targets)) {
@@ -426,7 +279,7 @@ void CdpShell::onDialogClosed(const QString& sessionId)
         document->dialogClosed();
 }
 
-void CdpShell::onNetwork(const RemoteConnection::Event& event)
+void CdpWindowList::onNetwork(const RemoteConnection::Event& event)
 {
     // There is no progress event: the figures are the page's requests since its main frame
     // started loading, and how many of them have ended.
@@ -444,7 +297,7 @@ void CdpShell::onNetwork(const RemoteConnection::Event& event)
     }
 }
 
-void CdpShell::onBinding(const RemoteConnection::Event& event)
+void CdpWindowList::onBinding(const RemoteConnection::Event& event)
 {
     if (event.params.value("name").toString() != Binding)
         return;

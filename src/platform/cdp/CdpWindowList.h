@@ -15,12 +15,12 @@ class ScriptDocument;
 // The shell's window list over a Chromium-family browser: one window per page target;
 // documents for every frame, out-of-process ones included; the users' actions reported by the
 // script Tolvane puts in every frame.
-class CdpShell : public FollowedBrowser<ChromiumProcess>, public PageScriptHost
+class CdpWindowList : public FollowedBrowser<ChromiumProcess>, public PageScriptHost
 {
 public:
     // Connects on first use (the start-up subscribes once the data folder is known).
-    explicit CdpShell(Connector connector);
-    ~CdpShell() override;
+    explicit CdpWindowList(Connector connector);
+    ~CdpWindowList() override;
 
     void AppActivate(const QString& title) override;
     // Opens a page in a new window of the followed browser, starting (or attaching to) it again
@@ -55,6 +55,7 @@ private:
 
     void openConnection() override;
     void dropConnection() override;
+    void markAllClosed() override;
     void onEvent(const RemoteConnection::Event& event);
     void onAttached(const RemoteConnection::Event& event);
     void onClosed(const QString& targetId);

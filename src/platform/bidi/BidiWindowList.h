@@ -12,12 +12,12 @@
 // The shell's window list over Firefox, through WebDriver BiDi: one window per top-level browsing
 // context (a tab); documents for every frame (child contexts, other sites' included); the user's
 // actions reported by the script Tolvane runs in a sandbox of every document, through a channel.
-class BidiShell : public FollowedBrowser<FirefoxProcess>, public PageScriptHost
+class BidiWindowList : public FollowedBrowser<FirefoxProcess>, public PageScriptHost
 {
 public:
     // Connects on first use (the start-up subscribes once the data folder is known).
     using FollowedBrowser::FollowedBrowser;
-    ~BidiShell() override;
+    ~BidiWindowList() override;
 
     void AppActivate(const QString& title) override;
     // Opens a page in a new window, starting the browser again when it has gone. Throws AppError.
@@ -51,6 +51,7 @@ private:
 
     void openConnection() override;
     void dropConnection() override;
+    void markAllClosed() override;
     // Puts the page script into the documents already open when Tolvane came.
     void takeUpOpenContexts();
     // Runs the page script in the context's document now (it reports "attached" once complete).

@@ -1,6 +1,7 @@
-#include "BidiShell.h"
+#include "BidiWindowList.h"
 
 #include "AppError.h"
+#include "BidiRealmNames.h"
 #include "FirefoxProcess.h"
 #include "PageScript.h"
 #include "ScriptDocument.h"
@@ -8,30 +9,12 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+using namespace BidiRealmNames;
+
 namespace {
 // The sandbox the page script runs in, and the channel it reports through.
 const QString Sandbox = QStringLiteral("tolvane");
 const QString Channel = QStringLiteral("tolvane");
-
-AppError browserError(const QString& text)
-{
-    return AppError(ErrorNumber::BrowserCall, text);
-}
-
-QString realmName(const QString& context, const QString& realm)
-{
-    return context + QLatin1Char('\n') + realm;
-}
-
-QString contextOf(const QString& realmName)
-{
-    return realmName.section(QLatin1Char('\n'), 0, 0);
-}
-
-QString realmIdOf(const QString& realmName)
-{
-    return realmName.section(QLatin1Char('\n'), 1);
-}
 
 QJsonArray channelArgument()
 {
@@ -46,39 +29,15 @@ QString pageScriptFunction()
            QStringLiteral("}");
 }
 
-// Values come back as JSON text: the browser's own serialisation types every value.
-QString asJson(const QString& expression)
-{
-    return QStringLiteral("JSON.stringify([(\n%1\n)])").arg(expression);
-}
-
-QJsonValue fromJson(const QJsonObject& result)
-{
-    const QJsonObject value = result.value("result").toObject();
-    if (value.value("type").toString() != QLatin1String("string"))
-        return {};
-    return QJsonDocument::fromJson(value.value("value").toString().toUtf8()).array().at(0);
-}
-
-// An exception the script raised, as the browser words it.
-void throwIfException(const QJsonObject& result)
-{
-    if (result.value("type").toString() != QLatin1String("exception"))
-        return;
-    const QJsonObject details = result.value("exceptionDetails").toObject();
-    const QString text = details.value("text").toString();
-    throw browserError(text.isEmpty() ? QStringLiteral("The page's script failed.")
-                                      : text.section(QLatin1Char('\n'), 0, 0));
-}
 } // namespace
 
-BidiShell::~BidiShell()
+BidiWindowList::~BidiWindowList()
 {
     if (m_browser)
         m_browser->connection().setEventHandler(nullptr);
 }
 
-void BidiShell::openConnection()
+void BidiWindowList::openConnection()
 {
     m_browser = m_connector();
     RemoteConnection& connection = m_browser->connection();
@@ -102,7 +61,7 @@ void BidiShell::openConnection()
     takeUpOpenContexts();
 }
 
-void BidiShell::takeUpOpenContexts()
+void BidiWindowList::takeUpOpenContexts()
 {
     QJsonArray pending = m_browser->connection()
                              .call(QStringLiteral("browsingContext.getTree"))
@@ -120,7 +79,7 @@ void BidiShell::takeUpOpenContexts()
         putScriptIn(context);
 }
 
-void BidiShell::putScriptIn(const QString& context)
+void BidiWindowList::putScriptIn(const QString& context)
 {
     try {
         const QJsonObject answer = m_browser->connection().call(
@@ -137,7 +96,7 @@ void BidiShell::putScriptIn(const QString& context)
     }
 }
 
-void BidiShell::addContext(const QJsonObject& info)
+void BidiWindowList::addContext(const QJsonObject& info)
 {
     const QString id = info.value("context").toString();
     if (m_contexts.contains(id) && m_contexts[id].open)
@@ -150,12 +109,12 @@ void BidiShell::addContext(const QJsonObject& info)
         addWindow(id);
 }
 
-QJsonObject BidiShell::call(const QString& method, const QJsonObject& params)
+QJsonObject BidiWindowList::call(const QString& method, const QJsonObject& params)
 {
     return bidi().call(method, params);
 }
 
-void BidiShell::AppActivate(const QString& title)
+void BidiWindowList::AppActivate(const QString& title)
 {
     // The tabs' titles are their documents' own: the browser keeps none for them.
     const auto shown = [this](const QString& id, const char* what) {
@@ -181,7 +140,7 @@ void BidiShell::AppActivate(const QString& title)
         });
 }
 
-void BidiShell::OpenAddress(const QString& address)
+void BidiWindowList::OpenAddress(const QString& address)
 {
     // A browser that has gone is started again for it; its windows are taken up as they come.
     if (!isConnected())
@@ -195,7 +154,7 @@ void BidiShell::OpenAddress(const QString& address)
                 {{"context", context}, {"url", address}, {"wait", "none"}});
 }
 
-void BidiShell::dropConnection()
+void BidiWindowList::dropConnection()
 {
     if (m_browser)
         m_browser->connection().setEventHandler(nullptr);
@@ -204,23 +163,21 @@ void BidiShell::dropConnection()
     m_documents.clear();
 }
 
-void BidiShell::onEvent(const RemoteConnection::Event& event)
+void BidiWindowList::markAllClosed()
 {
-    // TOLVANE_BIDI_TRACE=1 lists the browser's events on standard error, for diagnosis.
-    static const bool trace = qEnvironmentVariableIsSet("TOLVANE_BIDI_TRACE");
-    if (trace)
-        qInfo(
-            "bidi %s %s", qPrintable(event.method),
-            qPrintable(QString::fromUtf8(QJsonDocument(event.params).toJson(QJsonDocument::Compact))
-                           .left(200)));
+    for (Context& known : m_contexts)
+        known.open = false;
+}
+
+void BidiWindowList::onEvent(const RemoteConnection::Event& event)
+{
+    // TOLVANE_BIDI_TRACE=1 lists the browser's events on standard error.
+    if (!takeEvent("TOLVANE_BIDI_TRACE", "bidi", event))
+        return;
     const QString& method = event.method;
     const QJsonObject& params = event.params;
     const QString context = params.value("context").toString();
-    if (method == RemoteConnection::ClosedEvent) {
-        for (Context& known : m_contexts)
-            known.open = false;
-        browserGone();
-    } else if (method == QLatin1String("browsingContext.contextCreated")) {
+    if (method == QLatin1String("browsingContext.contextCreated")) {
         addContext(params);
     } else if (method == QLatin1String("browsingContext.contextDestroyed")) {
         onContextGone(context);
@@ -268,7 +225,7 @@ void BidiShell::onEvent(const RemoteConnection::Event& event)
     }
 }
 
-void BidiShell::onContextGone(const QString& id)
+void BidiWindowList::onContextGone(const QString& id)
 {
     const auto context = m_contexts.find(id);
     if (context == m_contexts.end() || !context->open)
@@ -280,7 +237,7 @@ void BidiShell::onContextGone(const QString& id)
         m_contexts.erase(context);
 }
 
-std::shared_ptr<ScriptWindow> BidiShell::pageOf(QString context) const
+std::shared_ptr<ScriptWindow> BidiWindowList::pageOf(QString context) const
 {
     for (int depth = 0; depth < 32 && !context.isEmpty(); ++depth) {
         if (const auto page = window(context))
@@ -290,7 +247,7 @@ std::shared_ptr<ScriptWindow> BidiShell::pageOf(QString context) const
     return nullptr;
 }
 
-void BidiShell::onLoaded(const QString& context, const QString& url)
+void BidiWindowList::onLoaded(const QString& context, const QString& url)
 {
     // A frame's first, empty document is replaced at once: filling it would only fail.
     const std::shared_ptr<ScriptWindow> page = pageOf(context);
@@ -302,7 +259,7 @@ void BidiShell::onLoaded(const QString& context, const QString& url)
         [this, context] { return documentFor({}, context); });
 }
 
-void BidiShell::onMessage(const QJsonObject& params)
+void BidiWindowList::onMessage(const QJsonObject& params)
 {
     if (params.value("channel").toString() != Channel)
         return;
@@ -336,7 +293,7 @@ void BidiShell::onMessage(const QJsonObject& params)
     m_documents.report(realmName(context, realm), kind, payload);
 }
 
-void BidiShell::onNetwork(const RemoteConnection::Event& event)
+void BidiWindowList::onNetwork(const RemoteConnection::Event& event)
 {
     // The figures are the page's requests since its tab started navigating, and how many ended.
     const std::shared_ptr<ScriptWindow> page = pageOf(event.params.value("context").toString());
@@ -348,85 +305,12 @@ void BidiShell::onNetwork(const RemoteConnection::Event& event)
         requestEnded(page);
 }
 
-QJsonObject BidiShell::evaluateParams(const QString& realm, const QString& expression) const
-{
-    return {{"expression", expression},
-            {"target", QJsonObject{{"realm", realmIdOf(realm)}}},
-            {"awaitPromise", false},
-            {"resultOwnership", "none"}};
-}
-
-QJsonValue BidiShell::evaluate(const QString& realm, const QString& expression)
-{
-    const QJsonObject result =
-        bidi().call(QStringLiteral("script.evaluate"), evaluateParams(realm, asJson(expression)));
-    throwIfException(result);
-    return fromJson(result);
-}
-
-void BidiShell::evaluateLater(const QString& realm, const QString& expression)
-{
-    bidi().send(QStringLiteral("script.evaluate"), evaluateParams(realm, expression));
-}
-
-void BidiShell::evaluateAnswered(const QString& realm, const QString& expression,
-                                 std::function<void(const QJsonValue&)> answered)
-{
-    try {
-        bidi().callLater(
-            QStringLiteral("script.evaluate"), evaluateParams(realm, asJson(expression)), {},
-            [answered](const QJsonObject& result, const QString& error) {
-                const bool failed =
-                    !error.isEmpty() || result.value("type").toString() != QLatin1String("success");
-                answered(failed ? QJsonValue() : fromJson(result));
-            });
-    } catch (const AppError&) {
-        answered({}); // the browser has gone: nothing to fetch
-    }
-}
-
-FramePtr BidiShell::frameOwner(const QString& realm, int index)
-{
-    const QJsonObject result = bidi().call(
-        QStringLiteral("script.evaluate"),
-        evaluateParams(
-            realm, QStringLiteral("(window.__tolvane.frame(%1) || {}).contentWindow").arg(index)));
-    throwIfException(result);
-    const QJsonObject window = result.value("result").toObject();
-    if (window.value("type").toString() != QLatin1String("window"))
-        throw AppError(ErrorNumber::InvalidCall,
-                       QStringLiteral("Invalid procedure call or argument"));
-    return std::make_shared<ScriptFrameOwner>(
-        *this, QString(), window.value("value").toObject().value("context").toString());
-}
-
-PageScriptHost::Failure BidiShell::failureOf(const AppError& error) const
-{
-    // A realm or context that went answers "no such frame"; a page's dialog stops nothing here.
-    const bool gone = error.number() == ErrorNumber::BrowserCall &&
-                      error.description().startsWith(QLatin1String("no such frame"));
-    return gone ? Failure::Gone : Failure::Other;
-}
-
-QString BidiShell::pageUrl(const QString& context) const
+QString BidiWindowList::pageUrl(const QString& context) const
 {
     return m_contexts.value(context).url;
 }
 
-DocPtr BidiShell::pageDocument(const QString& context)
-{
-    return documentFor({}, context);
-}
-
-void BidiShell::reload(const QString& context)
+void BidiWindowList::reload(const QString& context)
 {
     bidi().call(QStringLiteral("browsingContext.reload"), {{"context", context}});
-}
-
-DocPtr BidiShell::documentFor(const QString& /*scope*/, const QString& context)
-{
-    const auto known = m_contexts.constFind(context);
-    if (known == m_contexts.constEnd() || !known->open || !known->scripted)
-        return nullptr;
-    return m_documents.get(realmName(context, known->realm), context);
 }

@@ -4,7 +4,7 @@
 // the end-to-end tests' drivers), the dialogs and desktop answered by test doubles, the data files
 // real: what the browser benchmarks measure.
 #include "BenchSupport.h"
-#include "Fakes.h"
+#include "FakeShell.h"
 #include "IniFileStore.h"
 #include "PageDriver.h"
 #include "QtMessagePump.h"

@@ -1,7 +1,7 @@
 // Rebuild time of the shortcut list with 1,000 shortcuts, each with a daily reminder started
 // 30 years ago and a visit record, on real INI files; logic alone and with the real list widget.
 #include "BenchSupport.h"
-#include "Fakes.h"
+#include "FakeShell.h"
 #include "IniFileStore.h"
 #include "MainWindow.h"
 #include "ModelBrowser.h"

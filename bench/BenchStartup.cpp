@@ -4,7 +4,7 @@
 // bar's resident memory after start-up and after it has filled 100 pages of the 100-field form.
 #include "BenchSupport.h"
 #include "ChromiumProcess.h"
-#include "Fakes.h"
+#include "FakeShell.h"
 #include "HttpServer.h"
 #include "IniFileStore.h"
 #include "ModelBrowser.h"

@@ -2,7 +2,7 @@
 
 // A main bar on test doubles and real INI files in a temporary folder.
 
-#include "Fakes.h"
+#include "FakeShell.h"
 #include "IniFileStore.h"
 #include "ModelBrowser.h"
 #include "frmMain.h"

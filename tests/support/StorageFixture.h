@@ -6,7 +6,7 @@
 #include "AppError.h"
 #include "DataLocation.h"
 #include "ErrorReport.h"
-#include "Fakes.h"
+#include "FakeCore.h"
 #include "Ini.h"
 #include "IniFileStore.h"
 #include "SiteFiles.h"

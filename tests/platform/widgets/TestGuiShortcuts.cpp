@@ -1,6 +1,6 @@
 // The shortcut list and editor as real widgets, offscreen: the dialog round trip, the list
 // widget following the rebuilds, and a right click selecting the row under the pointer.
-#include "Fakes.h"
+#include "FakeShell.h"
 #include "IniFileStore.h"
 #include "MainWindow.h"
 #include "ModelBrowser.h"

@@ -18,12 +18,20 @@
 class BarFixture : public ::testing::TestWithParam<TestBrowser>
 {
 protected:
-    // The pages the test serves, by path.
-    virtual QMap<QString, QByteArray> pages() const = 0;
+    // Pages the test serves besides those of the pages folder (under their path in it).
+    virtual QMap<QString, QByteArray> pages() const { return {}; }
+    // A page of the pages folder, for serving under another path too.
+    static QByteArray page(const char* path)
+    {
+        QFile file(QStringLiteral(TOLVANE_E2E_PAGES "/") + QLatin1String(path));
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("no test page %s", path);
+        return file.readAll();
+    }
 
     void SetUp() override
     {
-        server = std::make_unique<HttpServer>(pages());
+        server = std::make_unique<HttpServer>(pages(), QStringLiteral(TOLVANE_E2E_PAGES));
         if (!makeDriver(GetParam(), profile.path()))
             GTEST_SKIP() << "the browser is not installed";
         startBar();

@@ -3,23 +3,6 @@
 #include "BarFixture.h"
 
 namespace {
-const QByteArray ContestForm = R"(<html><head><title>Contest</title></head><body>
-<form><input type="text" name="fname"><input type="text" name="email">
-<input type="radio" name="size" value="S"><input type="radio" name="size" value="M">
-<input type="checkbox" name="optin" value="yes">
-<select name="state"><option value="CA">CA</option><option value="NY">NY</option></select>
-<textarea name="comments"></textarea><input type="submit"></form></body></html>)";
-
-// Radio groups by form and by exact name, nameless radios, lists with a repeated value and a
-// multiple list, a number field that refuses text.
-const QByteArray GroupsPage = R"(<html><body>
-<form><input type=radio name=g value=a checked><input type=radio name=g value=b><input type=radio name=G value=c></form>
-<form><input type=radio name=g value=d checked></form>
-<input type=radio name=g value=e checked><input type=radio value=n1><input type=radio value=n2>
-<input type=checkbox name=k><input type=number name=num>
-<select name=s><option value=x>x<option value=y>y<option value=y>y2</select>
-<select name=m multiple><option>p<option selected>q</select></body></html>)";
-
 class TestFormMemory : public BarFixture
 {
 protected:
@@ -28,10 +11,9 @@ protected:
         return {
             {"/link.html", QByteArray("<html><body><a id=go href=\"/a.html\" style=\"display:block;"
                                       "padding:40px\">Enter the contest</a></body></html>")},
-            {"/groups.html", GroupsPage},
-            {"/a.html", ContestForm},
-            {"/b.html", ContestForm},
-            {"/c.html", ContestForm},
+            {"/a.html", page("memory/contest-form.html")},
+            {"/b.html", page("memory/contest-form.html")},
+            {"/c.html", page("memory/contest-form.html")},
             {"/frames.html", QByteArray("<html><body><iframe src=\"/a.html\"></iframe>"
                                         "<iframe id=\"other\"></iframe><script>other.src = "
                                         "'http://localhost:' + location.port + '/b.html';</script>"
@@ -216,8 +198,8 @@ TEST_P(TestFormMemory, ABatchAnswersReadsAsThePageWould)
             batch->commit();
         return seen;
     };
-    const QStringList live = trace(open(server->url("/groups.html")), false);
-    const QStringList batched = trace(open(server->url("/groups.html")), true);
+    const QStringList live = trace(open(server->url("/memory/groups-page.html")), false);
+    const QStringList batched = trace(open(server->url("/memory/groups-page.html")), true);
     EXPECT_EQ(batched, live);
     ASSERT_EQ(live.size(), static_cast<qsizetype>(writes.size()));
     EXPECT_EQ(live[0].left(8), QStringLiteral("01011000")); // b unchecks a only, not d or e

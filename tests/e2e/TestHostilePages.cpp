@@ -4,82 +4,14 @@
 #include "BarFixture.h"
 
 namespace {
-const QByteArray AwkwardNames = R"(<html><body><form>
-<input id=crlf name="a&#13;&#10;b"><input id=brackets name="sec]tion=key"><input id=unicode name="Zoë €名前">
-<input id=long><input id=nul name=nul><textarea id=notes name=notes></textarea></form>
-<script>document.getElementById('long').name = 'n'.repeat(100 * 1024);</script></body></html>)";
-
-// The page's own script fills fields and moves the focus around, as some forms do.
-const QByteArray MovingFocus = R"(<html><body><form>
-<input id=typed name=typed><input id=victim name=victim><input id=other name=other></form>
-<script>window.meddle = () => {
-  victim.value = 'scripted'; other.focus(); other.value = 'scripted too'; victim.focus(); typed.focus(); victim.focus();
-};</script></body></html>)";
-
-// Every millisecond: script clicks, double clicks, value changes with their events, link hovers.
-// The link's clicks are the page's own, as a single-page app routes them (a page jumping to its
-// own anchor thousands of times a second hangs Firefox itself while BiDi follows it).
-const QByteArray Flood =
-    R"(<html><body><form><input id=f name=f><input id=g name=g></form><a id=l href="#x">x</a>
-<script>l.addEventListener('click', (e) => e.preventDefault());
-setInterval(() => {
-  for (let i = 0; i < 200; i++) {
-    l.click(); f.value = 'flood ' + i; f.dispatchEvent(new Event('input', {bubbles: true}));
-    f.dispatchEvent(new Event('change', {bubbles: true}));
-    document.body.dispatchEvent(new MouseEvent('dblclick', {bubbles: true}));
-    document.body.dispatchEvent(new MouseEvent('mouseover', {bubbles: true}));
-  }
-}, 1);</script></body></html>)";
-
-// The DOM never rests: nodes come and go every millisecond, and a new field every 50 ms.
-const QByteArray Storm =
-    R"(<html><body><form><input id=steady name=steady></form><div id=churn></div>
-<script>let n = 0; setInterval(() => { churn.replaceChildren(...Array.from({length: 50}, () => document.createElement('div'))); }, 1);
-setInterval(() => { const f = document.createElement('input'); f.name = 'extra' + (++n % 5); churn.after(f); }, 50);</script>
-</body></html>)";
-
-// Thousands of web components, each with a field in its open shadow root.
-const QByteArray ShadowCrowd =
-    R"(<html><body><input id=first name=first><div id=crowd></div><script>
-customElements.define('x-field', class extends HTMLElement { connectedCallback() {
-  this.attachShadow({mode: 'open'}).innerHTML = '<span><input name=crowd></span>'; } });
-crowd.innerHTML = '<x-field></x-field>'.repeat(3000);</script></body></html>)";
-
-// Frames inside frames, twenty deep unless asked otherwise, each with a field.
-const QByteArray Nested = R"(<html><body><input name=depth><script>
-const depth = Number(new URLSearchParams(location.search).get('d') || 20);
-document.querySelector('input').id = 'd' + depth;
-if (depth > 0) { const f = document.createElement('iframe'); f.src = '/nested.html?d=' + (depth - 1); document.body.append(f); }
-</script></body></html>)";
-
-// A dialog again as soon as the last one closed.
-const QByteArray DialogLoop = R"(<html><head><title>Loop</title></head><body><input name=x>
-<script>const again = () => { alert('Are you sure?'); setTimeout(again, 0); }; setTimeout(again, 0);</script></body></html>)";
-
-// Labels the page makes as heavy as it likes: 100 KB of text, a thousand labels for one field, a
-// 100 KB caption before a field, names and labels in many scripts.
-const QByteArray HeavyLabels = R"(<html><head><meta charset="utf-8"></head><body><form>
-<label id=huge for=heavy></label><input id=heavy name=heavy>
-<div id=many></div><input id=target name=target>
-<p><span id=caption></span><input name=captioned></p>
-<label>имя <input name="имя"></label><label>名前 <input name="名前"></label>
-<label>الاسم <input name="الاسم"></label><label>🎁 <input name="🎁"></label>
-</form><script>
-huge.textContent = 'x'.repeat(100 * 1024) + ' email';
-many.innerHTML = '<label for=target>E-mail</label>'.repeat(1000);
-caption.textContent = 'y'.repeat(100 * 1024) + ' Email';
-</script></body></html>)";
-
 class TestHostilePages : public BarFixture
 {
 protected:
     QMap<QString, QByteArray> pages() const override
     {
-        return {{"/awkward.html", AwkwardNames}, {"/awkward-again.html", AwkwardNames},
-                {"/moving.html", MovingFocus},   {"/flood.html", Flood},
-                {"/storm.html", Storm},          {"/crowd.html", ShadowCrowd},
-                {"/nested.html", Nested},        {"/loop.html", DialogLoop},
-                {"/labels.html", HeavyLabels}};
+        return {
+            {"/awkward-again.html", page("hostile/awkward-names.html")},
+        };
     }
     QString remembered(const QString& site, const QString& key)
     {
@@ -107,7 +39,7 @@ protected:
 
 TEST_P(TestHostilePages, AwkwardNamesAndValuesAreKeptWhereTheFilesCanHoldThem)
 {
-    const QString site = server->url("/awkward.html");
+    const QString site = server->url("/hostile/awkward-names.html");
     auto page = open(site);
     const QString longValue(100 * 1024, QLatin1Char('v'));
     typeInto(page, "crlf", "one");
@@ -147,7 +79,7 @@ TEST_P(TestHostilePages, AwkwardNamesAndValuesAreKeptWhereTheFilesCanHoldThem)
 
 TEST_P(TestHostilePages, APageScriptsValuesAndFocusMovesStayOutOfAnyIni)
 {
-    const QString site = server->url("/moving.html");
+    const QString site = server->url("/hostile/moving-focus.html");
     auto page = open(site);
     typeInto(page, "typed", "mine");
     click(page, "#victim");
@@ -166,7 +98,7 @@ TEST_P(TestHostilePages, APageScriptsValuesAndFocusMovesStayOutOfAnyIni)
 
 TEST_P(TestHostilePages, AFloodOfPageEventsLeavesTheBarResponsive)
 {
-    const QString site = server->url("/flood.html");
+    const QString site = server->url("/hostile/flood.html");
     auto page = open(site);
     waitFor([] { return false; }, 500);
     EXPECT_TRUE(typedIsRemembered(page, site, "g", "steady"));
@@ -179,7 +111,7 @@ namespace {
 TEST_P(TestHostilePages, AMutationStormIsFollowedWithoutFloodingTheBar)
 {
     form->valueStore().SetValue(server->url("/elsewhere"), "extra1", "filled once");
-    const QString site = server->url("/storm.html");
+    const QString site = server->url("/hostile/storm.html");
     auto page = open(site);
     waitFor([] { return false; }, 1000);
     EXPECT_TRUE(typedIsRemembered(page, site, "steady", "calm"));
@@ -201,14 +133,14 @@ TEST_P(TestHostilePages, ThousandsOfShadowRootsAndFramesAsDeepAsTheBrowserNestsT
 {
     form->valueStore().SetValue(server->url("/elsewhere"), "crowd", "everyone");
     form->valueStore().SetValue(server->url("/elsewhere"), "depth", "deep");
-    auto crowd = open(server->url("/crowd.html"));
+    auto crowd = open(server->url("/hostile/shadow-crowd.html"));
     EXPECT_EQ(evaluate(crowd, "[...document.querySelectorAll('x-field')].filter((x) => "
                               "x.shadowRoot.querySelector('input').value === 'everyone').length")
                   .toInt(),
               3000);
     // Firefox loads no frame more than nine below the page.
     const int depth = onFirefox() ? 9 : 20;
-    auto nested = open(server->url(QStringLiteral("/nested.html?d=%1").arg(depth)));
+    auto nested = open(server->url(QStringLiteral("/hostile/nested.html?d=%1").arg(depth)));
     QString deepest = QStringLiteral("document");
     for (int level = depth; level > 0; --level)
         deepest += QStringLiteral(".querySelector('iframe').contentDocument");
@@ -221,17 +153,18 @@ TEST_P(TestHostilePages, ThousandsOfShadowRootsAndFramesAsDeepAsTheBrowserNestsT
     typeInto(crowd, "first", "still here");
     tab(crowd);
     EXPECT_TRUE(waitFor([&] {
-        return remembered(server->url("/crowd.html"), "first") == QLatin1String("still here");
+        return remembered(server->url("/hostile/shadow-crowd.html"), "first") ==
+               QLatin1String("still here");
     }));
     expectNoErrorBox();
 }
 
 TEST_P(TestHostilePages, APageThatShowsDialogsOverAndOverStopsNothingElse)
 {
-    const QString site = server->url("/awkward.html");
+    const QString site = server->url("/hostile/awkward-names.html");
     auto page = open(site);
     const int before = windows().size();
-    driver->openAddress(server->url("/loop.html"));
+    driver->openAddress(server->url("/hostile/dialog-loop.html"));
     ASSERT_TRUE(waitFor([&] { return windows().size() > before; }));
     auto loop = asPage(windows().last());
     // The user dismisses ten of them; the page shows the next at once.
@@ -259,7 +192,7 @@ namespace {
 TEST_P(TestHostilePages, HeavyLabelsAndNamesInAnyScriptAreReadWithinBounds)
 {
     form->valueStore().SetMeaningValue(QStringLiteral("email"), QStringLiteral("ann@example.org"));
-    const QString site = server->url("/labels.html");
+    const QString site = server->url("/hostile/heavy-labels.html");
     auto page = open(site);
     // A thousand labels saying "E-mail": an e-mail field. What follows 100 KB of text is not read.
     EXPECT_EQ(fieldValue(page, "target"), QStringLiteral("ann@example.org"));

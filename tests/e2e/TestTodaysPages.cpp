@@ -4,78 +4,6 @@
 #include "BarFixture.h"
 
 namespace {
-const QByteArray SignUp = R"(<html><head><title>Sign up</title></head><body><form>
-<label>Name <input name=fname autocomplete=given-name></label>
-<label>E-mail <input type=email name=email required></label>
-<label>Phone <input type=tel name=phone></label>
-<label>Age <input type=number name=age min=18></label>
-<label>Born <input type=date name=birth></label>
-<label>Web <input type=url name=site></label>
-<label>Untyped <input type=fancy name=odd></label>
-<input type=password name=secret><button>Join</button></form></body></html>)";
-
-// An ad frame from another site arrives two seconds after the page has loaded.
-const QByteArray LateAd = R"(<html><head><title>Win a bike</title></head><body>
-<form><input name=fname><input type=email name=email></form>
-<script>setTimeout(() => { const ad = document.createElement('iframe');
-  ad.src = 'http://localhost:' + location.port + '/ad.html'; document.body.append(ad); }, 2000);</script>
-</body></html>)";
-const QByteArray Ad =
-    R"(<html><head><title>Ad</title></head><body><input name=fname></body></html>)";
-
-// A contest widget that renders its form a second after the load.
-const QByteArray Widget =
-    R"(<html><head><title>Widget</title></head><body><div id=slot>Loading...</div>
-<script>addEventListener('load', () => setTimeout(() => { slot.innerHTML =
-  '<form><input name=fname><input type=email name=email><select name=state><option value=CA>CA' +
-  '<option value=NY>NY</select><textarea name=why></textarea></form>'; }, 1000));</script></body></html>)";
-
-// A single-page app: the entry form comes with a route change, no load.
-const QByteArray SinglePage = R"(<html><head><title>Sweeps</title></head><body><main id=app>
-<button id=enter style="padding:30px">Enter now</button></main>
-<script>enter.addEventListener('click', () => {
-  history.pushState({}, '', '/spa/entry');
-  app.innerHTML = '<h1>Entry</h1><input name=fname><input type=tel name=phone><input name=code>' +
-    '<a id=rules href="#rules" style="padding:20px">Rules</a><p id=rules>Rules</p>';
-});</script></body></html>)";
-
-// Web components: an open shadow root with the fields, and a closed one.
-const QByteArray Components = R"(<html><head><title>Components</title></head><body>
-<contest-entry></contest-entry><sealed-entry></sealed-entry><input name=after>
-<script>
-customElements.define('contest-entry', class extends HTMLElement { connectedCallback() {
-  this.attachShadow({mode: 'open'}).innerHTML =
-    '<label>Name <input name=fname></label><name-part></name-part><select name=state>' +
-    '<option value=CA>CA<option value=NY>NY</select>'; } });
-customElements.define('name-part', class extends HTMLElement { connectedCallback() {
-  this.attachShadow({mode: 'open'}).innerHTML = '<input type=email name=email>'; } });
-customElements.define('sealed-entry', class extends HTMLElement { connectedCallback() {
-  this.attachShadow({mode: 'closed'}).innerHTML = '<input name=sealed>'; } });
-</script></body></html>)";
-
-// Dialogs: one as the page completes, one while the user types.
-const QByteArray AlertOnLoad = R"(<html><head><title>Welcome</title></head><body><input name=fname>
-<script>document.addEventListener('readystatechange', () => {
-  if (document.readyState === 'complete') { dialogUp = true; alert('Welcome to the contest!'); dialogUp = false; } });
-</script></body></html>)";
-const QByteArray AlertWhileTyping = R"(<html><head><title>Check</title></head><body>
-<input name=fname><input name=email><script>let warned = false;
-document.querySelector('[name=email]').addEventListener('input', (e) => {
-  if (e.isTrusted && !warned) { warned = true;
-    setTimeout(() => { dialogUp = true; alert('Use your real e-mail'); dialogUp = false; }, 0); } });
-</script></body></html>)";
-
-// Hydration: the page's inputs are replaced, over and over, just as the fill runs.
-const QByteArray Hydrating = R"(<html><head><title>Hydrating</title></head><body><form id=f>
-<input name=fname><input name=email><input name=phone></form>
-<script>document.addEventListener('readystatechange', () => {
-  if (document.readyState !== 'complete') return;
-  let rounds = 0;
-  const swap = () => { const old = document.querySelector('[name=email]');
-    const fresh = document.createElement('input'); fresh.name = 'email'; old.replaceWith(fresh);
-    if (++rounds < 40) setTimeout(swap, 1); };
-  swap(); });</script></body></html>)";
-
 QByteArray titled(const char* title)
 {
     return QByteArray("<html><head><title>") + title + "</title></head><body>tab</body></html>";
@@ -86,17 +14,8 @@ class TestTodaysPages : public BarFixture
 protected:
     QMap<QString, QByteArray> pages() const override
     {
-        return {{"/signup.html", SignUp},
-                {"/signup-again.html", SignUp},
-                {"/late-ad.html", LateAd},
-                {"/ad.html", Ad},
-                {"/widget.html", Widget},
-                {"/spa.html", SinglePage},
-                {"/components.html", Components},
-                {"/components-again.html", Components},
-                {"/alert-load.html", AlertOnLoad},
-                {"/alert-typing.html", AlertWhileTyping},
-                {"/hydrating.html", Hydrating},
+        return {{"/signup-again.html", page("todays/sign-up.html")},
+                {"/components-again.html", page("todays/components.html")},
                 {"/front-tab.html", titled("Front tab")},
                 {"/background-tab.html", titled("Background tab")},
                 {"/untitled.html", QByteArray("<html><body>no title</body></html>")}};
@@ -134,7 +53,7 @@ protected:
 
 TEST_P(TestTodaysPages, EmailPhoneAndOtherHtml5FieldsAreRememberedAndFilled)
 {
-    const QString site = server->url("/signup.html");
+    const QString site = server->url("/todays/sign-up.html");
     auto page = open(site);
     click(page, "[name=email]");
     type(page, "ann@example.org");
@@ -168,9 +87,9 @@ TEST_P(TestTodaysPages, EmailPhoneAndOtherHtml5FieldsAreRememberedAndFilled)
 
 TEST_P(TestTodaysPages, AnAdFrameLoadingLateLeavesTheMainFormFollowed)
 {
-    const QString site = server->url("/late-ad.html");
+    const QString site = server->url("/todays/late-ad.html");
     auto page = open(site);
-    const QString ad = server->url("/ad.html", true);
+    const QString ad = server->url("/todays/ad.html", true);
     ASSERT_TRUE(waitFor([&] { return heldUrls(page).contains(ad); }, 8000))
         << heldUrls(page).join(' ').toStdString();
     EXPECT_EQ(heldUrls(page).first(), site);
@@ -193,7 +112,7 @@ TEST_P(TestTodaysPages, AFormRenderedAfterTheLoadIsFilled)
     form->valueStore().SetValue(server->url("/elsewhere"), "email", "ann@example.org");
     form->valueStore().SetValue(server->url("/elsewhere"), "state", "NY");
     form->valueStore().SetValue(server->url("/elsewhere"), "why", "Because\nI ride");
-    const QString site = server->url("/widget.html");
+    const QString site = server->url("/todays/widget.html");
     auto page = open(site);
     ASSERT_TRUE(
         waitFor([&] { return fieldValue(page, "why") == QLatin1String("Because\nI ride"); }, 5000));
@@ -209,7 +128,7 @@ TEST_P(TestTodaysPages, ARouteChangeOfASinglePageAppIsFilledUnderItsNewAddress)
 {
     form->valueStore().SetValue(server->url("/elsewhere"), "fname", "Ann");
     form->valueStore().SetValue(server->url("/elsewhere"), "phone", "555 0100");
-    auto page = open(server->url("/spa.html"));
+    auto page = open(server->url("/todays/single-page.html"));
     click(page, "#enter");
     ASSERT_TRUE(
         waitFor([&] { return fieldValue(page, "phone") == QLatin1String("555 0100"); }, 5000));
@@ -231,7 +150,7 @@ TEST_P(TestTodaysPages, ARouteChangeOfASinglePageAppIsFilledUnderItsNewAddress)
 
 TEST_P(TestTodaysPages, FieldsInOpenShadowRootsAreRememberedAndFilled)
 {
-    const QString site = server->url("/components.html");
+    const QString site = server->url("/todays/components.html");
     auto page = open(site);
     const QString entry = QStringLiteral("document.querySelector('contest-entry').shadowRoot");
     clickOn(page, entry + QStringLiteral(".querySelector('[name=fname]')"));
@@ -265,7 +184,7 @@ TEST_P(TestTodaysPages, FieldsInOpenShadowRootsAreRememberedAndFilled)
 TEST_P(TestTodaysPages, ADialogNeitherFreezesTheBarNorLosesTheFill)
 {
     form->valueStore().SetValue(server->url("/elsewhere"), "fname", "Ann");
-    auto page = openNoWait(server->url("/alert-load.html"));
+    auto page = openNoWait(server->url("/todays/alert-on-load.html"));
     ASSERT_TRUE(waitFor([&] { return showsDialog(page); }, 10000)) << "the page shows no dialog";
     // The bar goes on while the dialog is up: its own events run, nothing is reported.
     waitFor([] { return false; }, 500);
@@ -275,7 +194,7 @@ TEST_P(TestTodaysPages, ADialogNeitherFreezesTheBarNorLosesTheFill)
 
     // A dialog the page shows while the user types: the user closes it and types on, and all
     // of it is remembered.
-    const QString site = server->url("/alert-typing.html");
+    const QString site = server->url("/todays/alert-while-typing.html");
     auto typing = open(site);
     click(typing, "[name=email]");
     type(typing, "a");
@@ -296,7 +215,7 @@ TEST_P(TestTodaysPages, AFormReplacingItsInputsWhileFilledEndsUpFilled)
     form->valueStore().SetValue(server->url("/elsewhere"), "fname", "Ann");
     form->valueStore().SetValue(server->url("/elsewhere"), "email", "ann@example.org");
     form->valueStore().SetValue(server->url("/elsewhere"), "phone", "555 0100");
-    auto page = open(server->url("/hydrating.html"));
+    auto page = open(server->url("/todays/hydrating.html"));
     EXPECT_TRUE(waitFor(
         [&] { return fieldValue(page, "email") == QLatin1String("ann@example.org"); }, 5000))
         << fieldValue(page, "email").toStdString();

@@ -1,8 +1,11 @@
 #pragma once
 
 // Serves fixed pages on 127.0.0.1 from a thread of its own, so that the browser gets its pages
-// even while the test's thread waits in a synchronous DevTools call.
+// even while the test's thread waits in a synchronous DevTools call: those it is given by path,
+// and the files of a folder under their path in it.
 
+#include <QDir>
+#include <QFile>
 #include <QMap>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -11,7 +14,8 @@
 class HttpServer
 {
 public:
-    explicit HttpServer(QMap<QString, QByteArray> pages) : m_pages(std::move(pages))
+    explicit HttpServer(QMap<QString, QByteArray> pages, QString folder = {})
+        : m_pages(std::move(pages)), m_folder(std::move(folder))
     {
         m_thread.start();
         QMetaObject::invokeMethod(
@@ -50,7 +54,7 @@ private:
                 QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
                     const QByteArray request = socket->readAll();
                     const QString path = QString::fromLatin1(request.split(' ').value(1));
-                    const QByteArray body = m_pages.value(path.section('?', 0, 0));
+                    const QByteArray body = bodyOf(path.section('?', 0, 0));
                     const QByteArray status = body.isNull() ? "404 Not Found" : "200 OK";
                     socket->write("HTTP/1.1 " + status +
                                   "\r\nContent-Type: text/html; charset=utf-8\r\nContent-Length: " +
@@ -63,7 +67,19 @@ private:
         });
     }
 
+    QByteArray bodyOf(const QString& path) const
+    {
+        if (m_pages.contains(path))
+            return m_pages.value(path);
+        QFile file(m_folder + QDir::cleanPath(path));
+        if (m_folder.isEmpty() || path.contains(QLatin1String("..")) ||
+            !file.open(QIODevice::ReadOnly))
+            return {};
+        return file.readAll();
+    }
+
     QMap<QString, QByteArray> m_pages;
+    QString m_folder;
     QThread m_thread;
     QObject* m_context = [this] {
         auto* context = new QObject;

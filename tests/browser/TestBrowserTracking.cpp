@@ -2,6 +2,8 @@
 // while messages are pumped, and documents destroyed under a running handler.
 #include "BrowserFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 using TestBrowserTracking = BrowserFixture;
 
@@ -75,7 +77,7 @@ TEST_F(TestBrowserTracking, AnUnanswerableWindowEndsThePassReportedOnlyWhenVisib
     host.visible = true;
     tracking->ResetIEs();
     ASSERT_EQ(errors.reports.size(), 1u);
-    EXPECT_EQ(errors.reports[0].procedure, QStringLiteral("ResetIEs"));
+    EXPECT_EQ(errors.reports[0].procedure, u"ResetIEs"_s);
 
     shell.close(a);
     EXPECT_EQ(holderFor(b), 1);
@@ -91,10 +93,9 @@ TEST_F(TestBrowserTracking, FillThatPumpsWhileASecondLoadRebuildsTheHolders)
 {
     tracking->start();
     auto window = shell.open();
-    auto frame = loadedFrame(QStringLiteral("http://a/frame"));
-    auto first = page(QStringLiteral("http://a/one"), {frame});
-    auto second =
-        page(QStringLiteral("http://a/two"), {loadedFrame(QStringLiteral("http://a/frame2"))});
+    auto frame = loadedFrame(u"http://a/frame"_s);
+    auto first = page(u"http://a/one"_s, {frame});
+    auto second = page(u"http://a/two"_s, {loadedFrame(u"http://a/frame2"_s)});
 
     int depth = 0;
     events.onNewDoc = [&](int, const DocPtr& document) {
@@ -111,14 +112,14 @@ TEST_F(TestBrowserTracking, FillThatPumpsWhileASecondLoadRebuildsTheHolders)
     const auto held = tracking->holder(1);
     ASSERT_EQ(held->htmlHolderUpperBound(), 3);
     // The outer pass went on with its own frames after the rebuild.
-    EXPECT_EQ(held->htmlHolder(1)->HTMLDoc()->url(), QStringLiteral("http://a/two"));
-    EXPECT_EQ(held->htmlHolder(3)->HTMLDoc()->url(), QStringLiteral("http://a/frame"));
+    EXPECT_EQ(held->htmlHolder(1)->HTMLDoc()->url(), u"http://a/two"_s);
+    EXPECT_EQ(held->htmlHolder(3)->HTMLDoc()->url(), u"http://a/frame"_s);
     EXPECT_EQ(first->subscriberCount(), 0);
 
     // A refill by double clicks that destroys the very holder raising it.
     events.onNewDoc = [&](int, const DocPtr&) {
         if (depth++ == 0)
-            window->navigate(page(QStringLiteral("http://a/three")));
+            window->navigate(page(u"http://a/three"_s));
         --depth;
     };
     auto third = std::static_pointer_cast<ModelDocument>(held->htmlHolder(1)->HTMLDoc());
@@ -126,7 +127,7 @@ TEST_F(TestBrowserTracking, FillThatPumpsWhileASecondLoadRebuildsTheHolders)
     third->dblclick();
     clock.advanceMs(500);
     EXPECT_FALSE(third->dblclick());
-    EXPECT_EQ(held->htmlHolder(1)->HTMLDoc()->url(), QStringLiteral("http://a/three"));
+    EXPECT_EQ(held->htmlHolder(1)->HTMLDoc()->url(), u"http://a/three"_s);
     EXPECT_EQ(third->handlerErrors(), 0);
 }
 } // namespace

@@ -2,6 +2,8 @@
 // within two seconds ask for a refill; clicks are visits; complete loads are reported.
 #include "BrowserFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class HolderEvents : public HTMLHolderEvents
 {
@@ -10,16 +12,13 @@ public:
     void HTMLHolder_DocChanged(const DocPtr&, const ElementPtr& element) override
     {
         const QString name =
-            element->tagName() == QLatin1String("BODY") ? QStringLiteral("body") : element->name();
-        lines << QStringLiteral("DocChanged ") + name;
+            element->tagName() == QLatin1String("BODY") ? u"body"_s : element->name();
+        lines << u"DocChanged "_s + name;
     }
-    void HTMLHolder_HTMLGotFocus(const DocPtr&) override
-    {
-        lines << QStringLiteral("HTMLGotFocus");
-    }
-    void HTMLHolder_DocComplete(const DocPtr&) override { lines << QStringLiteral("DocComplete"); }
-    void HTMLHolder_DocVisited(const DocPtr&) override { lines << QStringLiteral("DocVisited"); }
-    void HTMLHolder_FieldsAdded(const DocPtr&) override { lines << QStringLiteral("FieldsAdded"); }
+    void HTMLHolder_HTMLGotFocus(const DocPtr&) override { lines << u"HTMLGotFocus"_s; }
+    void HTMLHolder_DocComplete(const DocPtr&) override { lines << u"DocComplete"_s; }
+    void HTMLHolder_DocVisited(const DocPtr&) override { lines << u"DocVisited"_s; }
+    void HTMLHolder_FieldsAdded(const DocPtr&) override { lines << u"FieldsAdded"_s; }
 };
 
 class TestHTMLHolder : public ::testing::Test
@@ -28,18 +27,15 @@ protected:
     TestHTMLHolder() { holder->setHTMLDoc(document); }
     FakeClock clock;
     HolderEvents events;
-    std::shared_ptr<ModelDocument> document =
-        std::make_shared<ModelDocument>(QStringLiteral("http://a/"));
+    std::shared_ptr<ModelDocument> document = std::make_shared<ModelDocument>(u"http://a/"_s);
     std::shared_ptr<HTMLHolder> holder = std::make_shared<HTMLHolder>(events, clock);
 };
 
 TEST_F(TestHTMLHolder, PropertyChangesReportThePreviouslyActiveElement)
 {
-    auto first =
-        document->add(ModelElement::input(QStringLiteral("text"), QStringLiteral("first")));
-    auto second =
-        document->add(ModelElement::input(QStringLiteral("text"), QStringLiteral("second")));
-    document->type(first, QStringLiteral("Ann"));
+    auto first = document->add(ModelElement::input(u"text"_s, u"first"_s));
+    auto second = document->add(ModelElement::input(u"text"_s, u"second"_s));
+    document->type(first, u"Ann"_s);
     document->focus(second);
     EXPECT_EQ(events.lines, (QStringList{"HTMLGotFocus", "DocChanged body", "DocChanged first",
                                          "HTMLGotFocus", "DocChanged first"}));
@@ -48,10 +44,10 @@ TEST_F(TestHTMLHolder, PropertyChangesReportThePreviouslyActiveElement)
     // An active element that cannot be read: the next change raises nothing, then recovers.
     events.lines.clear();
     document->setActiveElementUnreadable(true);
-    document->type(second, QStringLiteral("x"));
+    document->type(second, u"x"_s);
     document->setActiveElementUnreadable(false);
-    document->type(second, QStringLiteral("y"));
-    document->type(second, QStringLiteral("z"));
+    document->type(second, u"y"_s);
+    document->type(second, u"z"_s);
     EXPECT_EQ(events.lines, (QStringList{"DocChanged second", "DocChanged second"}));
 }
 
@@ -75,7 +71,7 @@ TEST_F(TestHTMLHolder, DoubleClicksWithinTwoSecondsRefillAndAreCancelled)
         clock.monotonic = 86'399'000; // across a day boundary of the wall clock, to no effect
         clock.current = QDateTime(QDate(2026, 1, 1), QTime(23, 59, 59));
         HolderEvents recorded;
-        auto doc = std::make_shared<ModelDocument>(QStringLiteral("http://b/"));
+        auto doc = std::make_shared<ModelDocument>(u"http://b/"_s);
         auto h = std::make_shared<HTMLHolder>(recorded, clock);
         h->setHTMLDoc(doc);
         qint64 last = 0;
@@ -84,7 +80,7 @@ TEST_F(TestHTMLHolder, DoubleClicksWithinTwoSecondsRefillAndAreCancelled)
             last = at;
             EXPECT_FALSE(doc->dblclick()) << c.name;
         }
-        EXPECT_EQ(recorded.lines.count(QStringLiteral("DocComplete")), c.refills) << c.name;
+        EXPECT_EQ(recorded.lines.count(u"DocComplete"_s), c.refills) << c.name;
     }
 }
 
@@ -101,12 +97,12 @@ TEST_F(TestHTMLHolder, EveryCompleteReadyStateIsReported)
     for (const char* state :
          {"loading", "interactive", "Complete", " complete ", "complete", "completed"})
         document->setReadyState(QString::fromLatin1(state));
-    EXPECT_EQ(events.lines.count(QStringLiteral("DocComplete")), 3);
+    EXPECT_EQ(events.lines.count(u"DocComplete"_s), 3);
 }
 
 TEST_F(TestHTMLHolder, ReplacedOrDestroyedHolderNoLongerListens)
 {
-    auto other = std::make_shared<ModelDocument>(QStringLiteral("http://c/"));
+    auto other = std::make_shared<ModelDocument>(u"http://c/"_s);
     holder->setHTMLDoc(other);
     EXPECT_EQ(document->subscriberCount(), 0);
     EXPECT_EQ(other->subscriberCount(), 1);

@@ -2,6 +2,8 @@
 // frame order, progress texts, visits to the window's address, and taking up a new window.
 #include "BrowserFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestIEHolder : public BrowserFixture
 {
@@ -26,11 +28,10 @@ TEST_F(TestIEHolder, FramesetHoldsTheTopAndEveryLoadedReachableFrame)
 {
     auto window = shell.open();
     auto holder = holderWith(window);
-    auto loading = page(QStringLiteral("http://a/loading"));
-    auto top =
-        page(QStringLiteral("http://a/top"), {loadedFrame(QStringLiteral("http://a/f1")), loading,
-                                              loadedFrame(QStringLiteral("http://a/f3"))});
-    top->addFrame(loadedFrame(QStringLiteral("http://other/denied")), true);
+    auto loading = page(u"http://a/loading"_s);
+    auto top = page(u"http://a/top"_s,
+                    {loadedFrame(u"http://a/f1"_s), loading, loadedFrame(u"http://a/f3"_s)});
+    top->addFrame(loadedFrame(u"http://other/denied"_s), true);
     top->addFrame(nullptr); // a frame showing no HTML document
     events.take();
     window->navigate(top);
@@ -40,7 +41,7 @@ TEST_F(TestIEHolder, FramesetHoldsTheTopAndEveryLoadedReachableFrame)
                            "NewDoc 1 http://a/f1", "NewDoc 1 http://a/f3"}));
     EXPECT_EQ(heldUrls(*holder), (QStringList{"http://a/top", "http://a/f1", "http://a/f3"}));
     EXPECT_TRUE(errors.reports.empty());
-    EXPECT_EQ(shell.activated().last(), QStringLiteral("Title of http://a/top"));
+    EXPECT_EQ(shell.activated().last(), u"Title of http://a/top"_s);
 
     // A frame completing later is held beside the others, and only it is filled.
     const auto topHolder = holder->htmlHolder(1);
@@ -51,7 +52,7 @@ TEST_F(TestIEHolder, FramesetHoldsTheTopAndEveryLoadedReachableFrame)
     EXPECT_EQ(holder->htmlHolder(1), topHolder);
 
     // A frame that goes on to another document: its holder is replaced in place.
-    auto ad = loadedFrame(QStringLiteral("http://ads.example/next"));
+    auto ad = loadedFrame(u"http://ads.example/next"_s);
     window->loadFrame(0, ad);
     EXPECT_EQ(events.take(), QStringList{"NewDoc 1 http://ads.example/next"});
     EXPECT_EQ(heldUrls(*holder), (QStringList{"http://a/top", "http://ads.example/next",
@@ -59,10 +60,10 @@ TEST_F(TestIEHolder, FramesetHoldsTheTopAndEveryLoadedReachableFrame)
     EXPECT_EQ(ad->subscriberCount(), 1);
 
     // The page itself is still followed: what the user does there is reported.
-    auto name = top->add(ModelElement::input(QStringLiteral("text"), QStringLiteral("fname")));
-    top->type(name, QStringLiteral("Ann"));
-    top->focus(top->tags(QStringLiteral("body")).first());
-    EXPECT_TRUE(events.take().contains(QStringLiteral("DocChanged 1 http://a/top INPUT")));
+    auto name = top->add(ModelElement::input(u"text"_s, u"fname"_s));
+    top->type(name, u"Ann"_s);
+    top->focus(top->tags(u"body"_s).first());
+    EXPECT_TRUE(events.take().contains(u"DocChanged 1 http://a/top INPUT"_s));
 
     // The top completing again holds the page afresh, in frame order.
     window->navigate(top);
@@ -76,12 +77,12 @@ TEST_F(TestIEHolder, FieldsAPageAddsAreReportedByItsHolder)
 {
     auto window = shell.open();
     auto holder = holderWith(window);
-    auto frame = loadedFrame(QStringLiteral("http://a/frame"));
-    auto top = page(QStringLiteral("http://a/top"), {frame});
+    auto frame = loadedFrame(u"http://a/frame"_s);
+    auto top = page(u"http://a/top"_s, {frame});
     window->navigate(top);
     events.take();
-    top->addLater(ModelElement::input(QStringLiteral("text"), QStringLiteral("email")));
-    frame->addLater(ModelElement::input(QStringLiteral("text"), QStringLiteral("phone")));
+    top->addLater(ModelElement::input(u"text"_s, u"email"_s));
+    frame->addLater(ModelElement::input(u"text"_s, u"phone"_s));
     EXPECT_EQ(events.take(),
               (QStringList{"FieldsAdded 1 http://a/top", "FieldsAdded 1 http://a/frame"}));
 }
@@ -89,16 +90,16 @@ TEST_F(TestIEHolder, FieldsAPageAddsAreReportedByItsHolder)
 TEST_F(TestIEHolder, FolderWindowsHoldNothingAndKeepThePreviousPage)
 {
     auto folder = shell.open();
-    folder->showFolder(QStringLiteral("C:\\Contests"));
+    folder->showFolder(u"C:\\Contests"_s);
     auto idle = holderWith(folder);
     EXPECT_EQ(idle->htmlHolderUpperBound(), 0);
 
     auto window = shell.open();
     auto holder = holderWith(window);
-    window->navigate(page(QStringLiteral("http://a/")));
+    window->navigate(page(u"http://a/"_s));
     events.take();
     auto kept = holder->htmlHolder(1);
-    window->showFolder(QStringLiteral("C:\\"));
+    window->showFolder(u"C:\\"_s);
     EXPECT_TRUE(events.take().isEmpty());
     EXPECT_EQ(holder->htmlHolder(1), kept);
 }
@@ -122,7 +123,7 @@ TEST_F(TestIEHolder, ProgressAndStatusTexts)
             << progress << "/" << max;
     }
     window->statusText(QString());
-    window->statusText(QStringLiteral("http://a/link"));
+    window->statusText(u"http://a/link"_s);
     EXPECT_EQ(events.take(), (QStringList{"SetStatus 1 ", "SetStatus 1 http://a/link"}));
 }
 
@@ -130,19 +131,19 @@ TEST_F(TestIEHolder, AClickInAFrameRecordsAVisitToTheWindowsAddress)
 {
     auto window = shell.open();
     auto holder = holderWith(window);
-    auto frame = loadedFrame(QStringLiteral("http://ads.example/banner"));
-    window->navigate(page(QStringLiteral("http://prizes.example/enter.html"), {frame}));
+    auto frame = loadedFrame(u"http://ads.example/banner"_s);
+    window->navigate(page(u"http://prizes.example/enter.html"_s, {frame}));
     events.take();
     EXPECT_TRUE(frame->click());
     EXPECT_EQ(events.take(), QStringList{"UpdateShortcut 1 http://prizes.example/enter.html"});
-    EXPECT_EQ(sites.GetTotalVisits(QStringLiteral("http://prizes.example/enter.html")), 1);
-    EXPECT_EQ(sites.GetTotalVisits(QStringLiteral("http://ads.example/banner")), 0);
+    EXPECT_EQ(sites.GetTotalVisits(u"http://prizes.example/enter.html"_s), 1);
+    EXPECT_EQ(sites.GetTotalVisits(u"http://ads.example/banner"_s), 0);
 
     // The window has gone by the time of the click: the handler reports and raises nothing.
     window->close();
     frame->click();
     ASSERT_EQ(errors.reports.size(), 1u);
-    EXPECT_EQ(errors.reports[0].procedure, QStringLiteral("HTMLHolder_DocComplete"));
+    EXPECT_EQ(errors.reports[0].procedure, u"HTMLHolder_DocComplete"_s);
     EXPECT_TRUE(events.take().isEmpty());
 }
 
@@ -150,14 +151,13 @@ TEST_F(TestIEHolder, TakingUpANewWindowDependsOnWhetherOldDocumentsStillAnswer)
 {
     auto oldWindow = shell.open();
     auto holder = holderWith(oldWindow);
-    auto oldPage =
-        page(QStringLiteral("http://old/"), {loadedFrame(QStringLiteral("http://old/frame"))});
+    auto oldPage = page(u"http://old/"_s, {loadedFrame(u"http://old/frame"_s)});
     oldWindow->navigate(oldPage);
     ASSERT_EQ(holder->htmlHolderUpperBound(), 2);
 
     // The highest document still answers: nothing is destroyed and nothing processed.
     auto second = shell.open();
-    second->navigate(page(QStringLiteral("http://second/")));
+    second->navigate(page(u"http://second/"_s));
     events.take();
     holder->setInternetExplorer(second);
     EXPECT_EQ(holder->htmlHolderUpperBound(), 2);
@@ -167,7 +167,7 @@ TEST_F(TestIEHolder, TakingUpANewWindowDependsOnWhetherOldDocumentsStillAnswer)
     // All old documents dead: all are dropped and the new window's page is held.
     oldWindow->close();
     auto third = shell.open();
-    third->navigate(page(QStringLiteral("http://third/")));
+    third->navigate(page(u"http://third/"_s));
     holder->setInternetExplorer(third);
     EXPECT_EQ(heldUrls(*holder), QStringList{"http://third/"});
     EXPECT_EQ(events.take(), QStringList{"NewDoc 1 http://third/"});

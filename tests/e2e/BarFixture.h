@@ -15,6 +15,8 @@
 #include <QJsonArray>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 class BarFixture : public ::testing::TestWithParam<TestBrowser>
 {
 protected:
@@ -132,7 +134,7 @@ protected:
     // A real mouse click in the middle of the element.
     void click(const std::shared_ptr<ScriptWindow>& page, const QString& selector)
     {
-        clickOn(page, QStringLiteral("document.querySelector('%1')").arg(selector));
+        clickOn(page, u"document.querySelector('%1')"_s.arg(selector));
     }
     // The same on the element a script expression finds (inside a shadow root, say), scrolled
     // into view first as the user would.
@@ -156,13 +158,12 @@ protected:
     }
     QString stored(const QString& file, const QString& section, const QString& key)
     {
-        return f.ini.readEntry(f.dataFile(file), section, key)
-            .value_or(QStringLiteral("<missing>"));
+        return f.ini.readEntry(f.dataFile(file), section, key).value_or(u"<missing>"_s);
     }
     QString fieldValue(const std::shared_ptr<ScriptWindow>& page, const char* name)
     {
-        return evaluate(page, QStringLiteral("document.querySelector('[name=%1]').value")
-                                  .arg(QLatin1String(name)))
+        return evaluate(page,
+                        u"document.querySelector('[name=%1]').value"_s.arg(QLatin1String(name)))
             .toString();
     }
 

@@ -8,22 +8,23 @@
 #include <QJsonDocument>
 #include <QStandardPaths>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class ChromiumDriver : public ShellDriver<CdpWindowList>
 {
 public:
     ChromiumDriver(const QString& executable, const QString& profile)
         : ShellDriver([executable, profile] {
-              return ChromiumProcess::start(
-                  executable, profile,
-                  {QStringLiteral("--headless"), QStringLiteral("--disable-gpu"),
-                   QStringLiteral("--disable-dev-shm-usage"), QStringLiteral("about:blank")});
+              return ChromiumProcess::start(executable, profile,
+                                            {u"--headless"_s, u"--disable-gpu"_s,
+                                             u"--disable-dev-shm-usage"_s, u"about:blank"_s});
           })
     {
     }
     void openTab(const QString& url, bool background) override
     {
-        m_shell.call(QString(), QStringLiteral("Target.createTarget"),
+        m_shell.call(QString(), u"Target.createTarget"_s,
                      {{"url", url}, {"background", background}});
     }
     QJsonValue evaluateInFrame(const ScriptWindow& page, int index,
@@ -31,38 +32,34 @@ public:
     {
         // Another site's frame runs in a process of its own: it is reached through its target.
         const QString src =
-            evaluate(
-                page,
-                QStringLiteral("document.querySelectorAll('iframe, frame')[%1].src").arg(index))
+            evaluate(page, u"document.querySelectorAll('iframe, frame')[%1].src"_s.arg(index))
                 .toString();
-        for (const QJsonValue& target : m_shell.call(QString(), QStringLiteral("Target.getTargets"))
-                                            .value("targetInfos")
-                                            .toArray()) {
+        for (const QJsonValue& target :
+             m_shell.call(QString(), u"Target.getTargets"_s).value("targetInfos").toArray()) {
             const QJsonObject info = target.toObject();
             if (info.value("type").toString() != QLatin1String("iframe") ||
                 info.value("url").toString() != src)
                 continue;
             const QJsonObject attached =
-                m_shell.call(QString(), QStringLiteral("Target.attachToTarget"),
+                m_shell.call(QString(), u"Target.attachToTarget"_s,
                              {{"targetId", info.value("targetId")}, {"flatten", true}});
             return evaluateIn(attached.value("sessionId").toString(), expression);
         }
-        return evaluate(page, QStringLiteral("(() => { try { return frames[%1].eval(%2); } catch "
-                                             "(e) { return 'unreachable'; } })()")
-                                  .arg(index)
+        return evaluate(page, u"(() => { try { return frames[%1].eval(%2); } catch "
+                              "(e) { return 'unreachable'; } })()"_s.arg(index)
                                   .arg(quoted(expression)));
     }
     void mouse(const ScriptWindow& page, Mouse action, int x, int y) override
     {
         if (action == Mouse::Move) {
-            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchMouseEvent"),
+            m_shell.call(page.windowId(), u"Input.dispatchMouseEvent"_s,
                          {{"type", "mouseMoved"}, {"x", x}, {"y", y}});
             return;
         }
         const int clicks = action == Mouse::DoubleClick ? 2 : 1;
         for (int count = 1; count <= clicks; ++count) {
             for (const char* type : {"mousePressed", "mouseReleased"})
-                m_shell.call(page.windowId(), QStringLiteral("Input.dispatchMouseEvent"),
+                m_shell.call(page.windowId(), u"Input.dispatchMouseEvent"_s,
                              {{"type", type},
                               {"x", x},
                               {"y", y},
@@ -76,15 +73,15 @@ public:
         // character it makes, then the key going up, each a message of its own.
         for (const QString& character : graphemes(text)) {
             const bool enter = character == QLatin1String("\n");
-            const QString key = enter ? QStringLiteral("Enter") : character;
-            const QString typed = enter ? QStringLiteral("\r") : character;
+            const QString key = enter ? u"Enter"_s : character;
+            const QString typed = enter ? u"\r"_s : character;
             const int code = enter ? 13 : 0;
-            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
+            m_shell.call(page.windowId(), u"Input.dispatchKeyEvent"_s,
                          {{"type", "rawKeyDown"}, {"key", key}, {"windowsVirtualKeyCode", code}});
             m_shell.call(
-                page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
+                page.windowId(), u"Input.dispatchKeyEvent"_s,
                 {{"type", "char"}, {"key", key}, {"text", typed}, {"unmodifiedText", typed}});
-            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
+            m_shell.call(page.windowId(), u"Input.dispatchKeyEvent"_s,
                          {{"type", "keyUp"}, {"key", key}});
         }
     }
@@ -92,20 +89,18 @@ public:
     {
         // Onto the clipboard, then Ctrl+V into the focused field.
         m_shell.call(
-            QString(), QStringLiteral("Browser.grantPermissions"),
+            QString(), u"Browser.grantPermissions"_s,
             {{"permissions", QJsonArray{"clipboardReadWrite", "clipboardSanitizedWrite"}}});
-        const QJsonObject written =
-            m_shell.call(page.windowId(), QStringLiteral("Runtime.evaluate"),
-                         {{"expression",
-                           QStringLiteral("navigator.clipboard.writeText(%1).then(() => 'written')")
-                               .arg(quoted(text))},
-                          {"awaitPromise", true},
-                          {"userGesture", true},
-                          {"returnByValue", true}});
+        const QJsonObject written = m_shell.call(
+            page.windowId(), u"Runtime.evaluate"_s,
+            {{"expression",
+              u"navigator.clipboard.writeText(%1).then(() => 'written')"_s.arg(quoted(text))},
+             {"awaitPromise", true},
+             {"userGesture", true},
+             {"returnByValue", true}});
         if (written.value("result").toObject().value("value").toString() !=
             QLatin1String("written"))
-            throw AppError(ErrorNumber::BrowserCall,
-                           QStringLiteral("The clipboard was not written."));
+            throw AppError(ErrorNumber::BrowserCall, u"The clipboard was not written."_s);
         for (const char* type : {"keyDown", "keyUp"}) {
             QJsonObject key{{"type", type},
                             {"key", "v"},
@@ -114,7 +109,7 @@ public:
                             {"windowsVirtualKeyCode", 86}};
             if (QLatin1String(type) == QLatin1String("keyDown"))
                 key.insert("commands", QJsonArray{"paste"});
-            m_shell.call(page.windowId(), QStringLiteral("Input.dispatchKeyEvent"), key);
+            m_shell.call(page.windowId(), u"Input.dispatchKeyEvent"_s, key);
         }
     }
     void press(const ScriptWindow& page, Key key) override
@@ -123,17 +118,16 @@ public:
             key == Key::Tab ? std::pair{"Tab", 9} : std::pair{"ArrowDown", 40};
         for (const char* type : {"keyDown", "keyUp"})
             m_shell.call(
-                page.windowId(), QStringLiteral("Input.dispatchKeyEvent"),
+                page.windowId(), u"Input.dispatchKeyEvent"_s,
                 {{"type", type}, {"key", name}, {"code", name}, {"windowsVirtualKeyCode", code}});
     }
     void closeTab(const ScriptWindow& page) override
     {
-        m_shell.call(page.windowId(), QStringLiteral("Page.close"));
+        m_shell.call(page.windowId(), u"Page.close"_s);
     }
     void acceptDialog(const ScriptWindow& page) override
     {
-        m_shell.call(page.windowId(), QStringLiteral("Page.handleJavaScriptDialog"),
-                     {{"accept", true}});
+        m_shell.call(page.windowId(), u"Page.handleJavaScriptDialog"_s, {{"accept", true}});
     }
 
 private:
@@ -146,7 +140,7 @@ private:
     QJsonValue evaluateIn(const QString& targetOrSession, const QString& expression) override
     {
         return m_shell
-            .call(targetOrSession, QStringLiteral("Runtime.evaluate"),
+            .call(targetOrSession, u"Runtime.evaluate"_s,
                   {{"expression", expression}, {"returnByValue", true}})
             .value("result")
             .toObject()
@@ -157,7 +151,7 @@ private:
 
 std::unique_ptr<PageDriver> makeChromiumDriver(const QString& profileFolder)
 {
-    const QString chromium = QStandardPaths::findExecutable(QStringLiteral("chromium"));
+    const QString chromium = QStandardPaths::findExecutable(u"chromium"_s);
     if (chromium.isEmpty())
         return nullptr;
     return std::make_unique<ChromiumDriver>(chromium, profileFolder);

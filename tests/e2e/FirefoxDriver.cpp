@@ -8,13 +8,15 @@
 #include <QJsonDocument>
 #include <QStandardPaths>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class FirefoxDriver : public ShellDriver<BidiWindowList>
 {
 public:
     FirefoxDriver(const QString& executable, const QString& profile)
         : ShellDriver([executable, profile] {
-              return FirefoxProcess::start(executable, profile, {QStringLiteral("--headless")});
+              return FirefoxProcess::start(executable, profile, {u"--headless"_s});
           })
     {
     }
@@ -24,23 +26,23 @@ public:
             std::static_pointer_cast<ScriptWindow>(m_shell.items().first())->windowId();
         const QString tab =
             m_shell
-                .call(QStringLiteral("browsingContext.create"),
+                .call(u"browsingContext.create"_s,
                       {{"type", "tab"}, {"referenceContext", first}, {"background", background}})
                 .value("context")
                 .toString();
-        m_shell.call(QStringLiteral("browsingContext.navigate"),
+        m_shell.call(u"browsingContext.navigate"_s,
                      {{"context", tab}, {"url", url}, {"wait", "none"}});
     }
     QJsonValue evaluateInFrame(const ScriptWindow& page, int index,
                                const QString& expression) override
     {
         const QJsonArray tree =
-            m_shell.call(QStringLiteral("browsingContext.getTree"), {{"root", page.windowId()}})
+            m_shell.call(u"browsingContext.getTree"_s, {{"root", page.windowId()}})
                 .value("contexts")
                 .toArray();
         const QJsonArray children = tree.at(0).toObject().value("children").toArray();
         if (index >= children.size())
-            return QStringLiteral("unreachable");
+            return u"unreachable"_s;
         return evaluateIn(children.at(index).toObject().value("context").toString(), expression);
     }
     void mouse(const ScriptWindow& page, Mouse action, int x, int y) override
@@ -72,19 +74,17 @@ public:
     void paste(const ScriptWindow& page, const QString& text) override
     {
         // Onto the clipboard as a click would allow, then Ctrl+V into the focused field.
-        const QJsonObject written =
-            m_shell.call(QStringLiteral("script.evaluate"),
-                         {{"expression",
-                           QStringLiteral("navigator.clipboard.writeText(%1).then(() => 'written')")
-                               .arg(quoted(text))},
-                          {"target", QJsonObject{{"context", page.windowId()}}},
-                          {"awaitPromise", true},
-                          {"userActivation", true}});
+        const QJsonObject written = m_shell.call(
+            u"script.evaluate"_s,
+            {{"expression",
+              u"navigator.clipboard.writeText(%1).then(() => 'written')"_s.arg(quoted(text))},
+             {"target", QJsonObject{{"context", page.windowId()}}},
+             {"awaitPromise", true},
+             {"userActivation", true}});
         if (written.value("result").toObject().value("value").toString() !=
             QLatin1String("written"))
-            throw AppError(ErrorNumber::BrowserCall,
-                           QStringLiteral("The clipboard was not written."));
-        const QString control = QStringLiteral("\uE009");
+            throw AppError(ErrorNumber::BrowserCall, u"The clipboard was not written."_s);
+        const QString control = u"\uE009"_s;
         perform(page,
                 QJsonObject{
                     {"type", "key"},
@@ -97,7 +97,7 @@ public:
     void press(const ScriptWindow& page, Key key) override
     {
         // WebDriver's code points for the keys.
-        const QString value = key == Key::Tab ? QStringLiteral("\uE004") : QStringLiteral("\uE015");
+        const QString value = key == Key::Tab ? u"\uE004"_s : u"\uE015"_s;
         perform(page, QJsonObject{{"type", "key"},
                                   {"id", "keyboard"},
                                   {"actions",
@@ -106,11 +106,11 @@ public:
     }
     void closeTab(const ScriptWindow& page) override
     {
-        m_shell.call(QStringLiteral("browsingContext.close"), {{"context", page.windowId()}});
+        m_shell.call(u"browsingContext.close"_s, {{"context", page.windowId()}});
     }
     void acceptDialog(const ScriptWindow& page) override
     {
-        m_shell.call(QStringLiteral("browsingContext.handleUserPrompt"),
+        m_shell.call(u"browsingContext.handleUserPrompt"_s,
                      {{"context", page.windowId()}, {"accept", true}});
     }
 
@@ -123,16 +123,15 @@ private:
     }
     void perform(const ScriptWindow& page, const QJsonObject& source)
     {
-        m_shell.call(QStringLiteral("input.performActions"),
+        m_shell.call(u"input.performActions"_s,
                      {{"context", page.windowId()}, {"actions", QJsonArray{source}}});
     }
     QJsonValue evaluateIn(const QString& context, const QString& expression) override
     {
         const QJsonObject answer = m_shell.call(
-            QStringLiteral("script.evaluate"),
-            {{"expression", QStringLiteral("JSON.stringify([(\n%1\n)])").arg(expression)},
-             {"target", QJsonObject{{"context", context}}},
-             {"awaitPromise", false}});
+            u"script.evaluate"_s, {{"expression", u"JSON.stringify([(\n%1\n)])"_s.arg(expression)},
+                                   {"target", QJsonObject{{"context", context}}},
+                                   {"awaitPromise", false}});
         return QJsonDocument::fromJson(
                    answer.value("result").toObject().value("value").toString().toUtf8())
             .array()
@@ -147,7 +146,7 @@ std::unique_ptr<PageDriver> makeDriver(TestBrowser browser, const QString& profi
 {
     if (browser == TestBrowser::Chromium)
         return makeChromiumDriver(profileFolder);
-    const QString firefox = QStandardPaths::findExecutable(QStringLiteral("firefox-esr"));
+    const QString firefox = QStandardPaths::findExecutable(u"firefox-esr"_s);
     if (firefox.isEmpty())
         return nullptr;
     return std::make_unique<FirefoxDriver>(firefox, profileFolder);

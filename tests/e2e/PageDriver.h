@@ -10,6 +10,8 @@
 #include <memory>
 #include <ostream>
 
+using namespace Qt::StringLiterals;
+
 class PageDriver
 {
 public:
@@ -56,10 +58,9 @@ public:
         const QJsonArray box =
             evaluate(
                 page,
-                QStringLiteral(
-                    "(() => { const e = %1; e.scrollIntoView({block: 'nearest'}); "
-                    "const r = e.getBoundingClientRect(); "
-                    "return [Math.round(r.x + r.width / 2), Math.round(r.y + r.height / 2)]; })()")
+                u"(() => { const e = %1; e.scrollIntoView({block: 'nearest'}); "
+                "const r = e.getBoundingClientRect(); "
+                "return [Math.round(r.x + r.width / 2), Math.round(r.y + r.height / 2)]; })()"_s
                     .arg(element))
                 .toArray();
         mouse(page, Mouse::Click, box[0].toInt(), box[1].toInt());

@@ -17,6 +17,8 @@
 #include <csignal>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class RealBar
 {
@@ -54,13 +56,13 @@ public:
         env.insert("TOLVANE_BROWSER", path("bin/chromium"));
         env.remove("TOLVANE_DEVTOOLS");
         env.insert("XDG_CONFIG_HOME", path("config"));
-        env.insert("XDG_DATA_DIRS", path("share") + QStringLiteral(":/usr/share"));
+        env.insert("XDG_DATA_DIRS", path("share") + u":/usr/share"_s);
         env.insert("XDG_DATA_HOME", path("data"));
         env.insert("XDG_RUNTIME_DIR", path("runtime"));
         env.insert("TMPDIR", path("tmp"));
         env.insert("ASAN_OPTIONS", "detect_leaks=0");
         if (!profile().isEmpty())
-            QFile::remove(profile() + QStringLiteral("/DevToolsActivePort"));
+            QFile::remove(profile() + u"/DevToolsActivePort"_s);
         m_process.setProcessEnvironment(env);
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_process.start(QStringLiteral(TOLVANE_EXE), {});
@@ -72,20 +74,19 @@ public:
         QString port;
         pumpUntil(
             [&] {
-                QFile file(profile() + QStringLiteral("/DevToolsActivePort"));
+                QFile file(profile() + u"/DevToolsActivePort"_s);
                 if (profile().isEmpty() || !file.open(QIODevice::ReadOnly))
                     return false;
                 port = QString::fromLatin1(file.readLine()).trimmed();
                 return !port.isEmpty();
             },
             30000);
-        return port.isEmpty() ? nullptr
-                              : ChromiumProcess::attach(QStringLiteral("http://127.0.0.1:") + port);
+        return port.isEmpty() ? nullptr : ChromiumProcess::attach(u"http://127.0.0.1:"_s + port);
     }
     // The browser's process, from the profile's lock ("host-pid").
     qint64 browserPid() const
     {
-        return QFile::symLinkTarget(profile() + QStringLiteral("/SingletonLock"))
+        return QFile::symLinkTarget(profile() + u"/SingletonLock"_s)
             .section(QLatin1Char('-'), -1)
             .toLongLong();
     }
@@ -96,13 +97,13 @@ public:
     }
     QString profile() const
     {
-        QDirIterator found(path("data"), {QStringLiteral("Browser Profile")}, QDir::Dirs,
+        QDirIterator found(path("data"), {u"Browser Profile"_s}, QDir::Dirs,
                            QDirIterator::Subdirectories);
         return found.hasNext() ? found.next() : QString();
     }
     QString exitType() const
     {
-        QFile preferences(profile() + QStringLiteral("/Default/Preferences"));
+        QFile preferences(profile() + u"/Default/Preferences"_s);
         preferences.open(QIODevice::ReadOnly);
         return QJsonDocument::fromJson(preferences.readAll())
             .object()
@@ -133,35 +134,33 @@ QStringList pageUrls(RemoteConnection& cdp)
 {
     QStringList urls;
     for (const QJsonValue& target :
-         cdp.call(QStringLiteral("Target.getTargets")).value("targetInfos").toArray()) {
-        if (target[QStringLiteral("type")] == QLatin1String("page"))
-            urls << target[QStringLiteral("url")].toString() + QLatin1Char(' ') +
-                        target[QStringLiteral("title")].toString();
+         cdp.call(u"Target.getTargets"_s).value("targetInfos").toArray()) {
+        if (target[u"type"_s] == QLatin1String("page"))
+            urls << target[u"url"_s].toString() + QLatin1Char(' ') + target[u"title"_s].toString();
     }
     return urls;
 }
 
 bool processGone(qint64 pid)
 {
-    return pumpUntil(
-        [pid] { return pid > 0 && !QFile::exists(QStringLiteral("/proc/%1").arg(pid)); }, 30000);
+    return pumpUntil([pid] { return pid > 0 && !QFile::exists(u"/proc/%1"_s.arg(pid)); }, 30000);
 }
 
 TEST(BarProcessBrowser, TermClosesTheBrowserCleanlyAKillLosesNoTabsAndTheTabsComeBack)
 {
-    if (QStandardPaths::findExecutable(QStringLiteral("chromium")).isEmpty())
+    if (QStandardPaths::findExecutable(u"chromium"_s).isEmpty())
         GTEST_SKIP() << "chromium is not installed";
     HttpServer server(
         {{"/a.html", "<title>Tab A</title><p>a</p>"}, {"/b.html", "<title>Tab B</title><p>b</p>"}});
-    const QStringList tabs = {server.url("/a.html") + QStringLiteral(" Tab A"),
-                              server.url("/b.html") + QStringLiteral(" Tab B")};
+    const QStringList tabs = {server.url("/a.html") + u" Tab A"_s,
+                              server.url("/b.html") + u" Tab B"_s};
     RealBar bar;
     bar.start();
     {
         auto browser = bar.attach();
         ASSERT_TRUE(browser);
         for (const QString& tab : tabs)
-            browser->connection().call(QStringLiteral("Target.createTarget"),
+            browser->connection().call(u"Target.createTarget"_s,
                                        {{"url", tab.section(QLatin1Char(' '), 0, 0)}});
         // The user has seen both pages.
         ASSERT_TRUE(pumpUntil(
@@ -174,7 +173,7 @@ TEST(BarProcessBrowser, TermClosesTheBrowserCleanlyAKillLosesNoTabsAndTheTabsCom
     const qint64 firstBrowser = bar.browserPid();
     ASSERT_TRUE(bar.end(SIGTERM));
     EXPECT_TRUE(processGone(firstBrowser));
-    EXPECT_EQ(bar.exitType(), QStringLiteral("Normal"));
+    EXPECT_EQ(bar.exitType(), u"Normal"_s);
 
     for (const char* after : {"SIGTERM", "SIGKILL"}) {
         bar.start();
@@ -192,7 +191,7 @@ TEST(BarProcessBrowser, TermClosesTheBrowserCleanlyAKillLosesNoTabsAndTheTabsCom
         // The program killed: its browser sees the pipe close and quits as its own Quit does.
         ASSERT_TRUE(bar.end(SIGKILL));
         EXPECT_TRUE(processGone(browserPid)) << after;
-        EXPECT_EQ(bar.exitType(), QStringLiteral("Normal")) << after;
+        EXPECT_EQ(bar.exitType(), u"Normal"_s) << after;
     }
 }
 } // namespace

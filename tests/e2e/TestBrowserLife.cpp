@@ -14,6 +14,8 @@
 #include <QJsonDocument>
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 const QByteArray FormPage = "<html><head><title>Prize draw</title></head><body>"
                             "<form><input name=fname><input type=email name=mail></form>"
@@ -60,9 +62,9 @@ protected:
     }
     QString exitType()
     {
-        QFile preferences(profile.path() + QStringLiteral("/Default/Preferences"));
+        QFile preferences(profile.path() + u"/Default/Preferences"_s);
         if (!preferences.open(QIODevice::ReadOnly))
-            return QStringLiteral("<no preferences>");
+            return u"<no preferences>"_s;
         return QJsonDocument::fromJson(preferences.readAll())
             .object()
             .value("profile")
@@ -103,7 +105,7 @@ TEST_P(TestBrowserLife, AShortcutOpenedAfterTheBrowserDiedStartsItAgainAndItIsFo
     EXPECT_TRUE(waitFor([&] { return fieldValue(page, "fname") == QLatin1String("Ann"); }));
     // Followed as at start-up: typing is remembered, a click is a visit.
     click(page, "[name=mail]");
-    type(page, QStringLiteral("ann@example.org"));
+    type(page, u"ann@example.org"_s);
     tab(page);
     EXPECT_TRUE(waitFor([&] {
         return form->valueStore().GetValue(draw, "mail", "") == QLatin1String("ann@example.org");
@@ -118,9 +120,9 @@ TEST_P(TestBrowserLife, ExitClosesTheBrowserCleanlyAndTheNextStartHasTheTabsBack
     open(server->url("/b.html"));
     stopBar();
     if (!onFirefox())
-        EXPECT_EQ(exitType(), QStringLiteral("Normal")); // no "Restore pages?" at the next start
+        EXPECT_EQ(exitType(), u"Normal"_s); // no "Restore pages?" at the next start
     // A port name a crashed Firefox left behind is not taken for the new one's.
-    QFile stale(profile.path() + QStringLiteral("/WebDriverBiDiServer.json"));
+    QFile stale(profile.path() + u"/WebDriverBiDiServer.json"_s);
     if (onFirefox() && stale.open(QIODevice::WriteOnly))
         stale.write(R"({"ws_host": "127.0.0.1", "ws_port": 1})");
     stale.close();
@@ -138,7 +140,7 @@ TEST_P(TestBrowserLife, ExitClosesTheBrowserCleanlyAndTheNextStartHasTheTabsBack
 TEST_P(TestBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn)
 {
     QTemporaryDir bin;
-    const QString endsAtOnce = scriptThatExits(bin.path(), QStringLiteral("ends-at-once"), 3);
+    const QString endsAtOnce = scriptThatExits(bin.path(), u"ends-at-once"_s, 3);
     // The bar's window list over a browser that cannot be run, of the test's kind.
     using Shell = std::pair<std::unique_ptr<ShellWindowList>, std::function<void(const QString&)>>;
     const auto over = [](auto shell) {
@@ -162,17 +164,16 @@ TEST_P(TestBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn
         std::function<Shell()> shell;
         const char* says;
     } cases[] = {
-        {"missing", starting(bin.path() + QStringLiteral("/no-such-browser")),
-         "could not be started"},
+        {"missing", starting(bin.path() + u"/no-such-browser"_s), "could not be started"},
         {"ends at once", starting(endsAtOnce), "ended as soon as it started (exit code 3)"},
         // The user's own browser, attached to, has gone: nothing is started in its place.
         {"attached, gone",
          [&] {
              if (onFirefox())
                  return over(std::make_unique<BidiWindowList>(
-                     [] { return FirefoxProcess::attach(QStringLiteral("ws://127.0.0.1:1")); }));
+                     [] { return FirefoxProcess::attach(u"ws://127.0.0.1:1"_s); }));
              return over(std::make_unique<CdpWindowList>(
-                 [] { return ChromiumProcess::attach(QStringLiteral("http://127.0.0.1:1")); }));
+                 [] { return ChromiumProcess::attach(u"http://127.0.0.1:1"_s); }));
          },
          "127.0.0.1:1"},
     };

@@ -21,14 +21,15 @@
 #include <csignal>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 QString chromium()
 {
-    return QStandardPaths::findExecutable(QStringLiteral("chromium"));
+    return QStandardPaths::findExecutable(u"chromium"_s);
 }
 
-const QStringList Headless = {QStringLiteral("--headless"), QStringLiteral("--disable-gpu"),
-                              QStringLiteral("--disable-dev-shm-usage")};
+const QStringList Headless = {u"--headless"_s, u"--disable-gpu"_s, u"--disable-dev-shm-usage"_s};
 
 void pumpFor(int ms)
 {
@@ -53,7 +54,7 @@ TEST_F(TestRemoteConnection, PipeAnswersCallsAndDeliversEventsInOrderAfterwards)
 {
     auto browser = ChromiumProcess::start(chromium(), profile.path(), Headless);
     RemoteConnection& cdp = browser->connection();
-    const QJsonObject version = cdp.call(QStringLiteral("Browser.getVersion"));
+    const QJsonObject version = cdp.call(u"Browser.getVersion"_s);
     EXPECT_TRUE(version.value("product").toString().contains("Chrome/"))
         << version.value("product").toString().toStdString();
 
@@ -65,8 +66,8 @@ TEST_F(TestRemoteConnection, PipeAnswersCallsAndDeliversEventsInOrderAfterwards)
     });
     bool otherEventRan = false;
     QTimer::singleShot(0, [&] { otherEventRan = true; });
-    cdp.call(QStringLiteral("Target.setDiscoverTargets"), {{"discover", true}});
-    cdp.call(QStringLiteral("Target.createTarget"), {{"url", "about:blank"}});
+    cdp.call(u"Target.setDiscoverTargets"_s, {{"discover", true}});
+    cdp.call(u"Target.createTarget"_s, {{"url", "about:blank"}});
     // The waiting calls ran nothing else; the events come afterwards, in order.
     EXPECT_FALSE(otherEventRan);
     EXPECT_TRUE(methods.empty());
@@ -74,10 +75,10 @@ TEST_F(TestRemoteConnection, PipeAnswersCallsAndDeliversEventsInOrderAfterwards)
     EXPECT_TRUE(otherEventRan);
     ASSERT_FALSE(methods.empty());
     EXPECT_EQ(std::count(onMainThread.begin(), onMainThread.end(), false), 0);
-    EXPECT_EQ(methods.front(), QStringLiteral("Target.targetCreated"));
+    EXPECT_EQ(methods.front(), u"Target.targetCreated"_s);
 
     try {
-        cdp.call(QStringLiteral("No.suchMethod"));
+        cdp.call(u"No.suchMethod"_s);
         FAIL() << "no error";
     } catch (const AppError& error) {
         EXPECT_EQ(error.number(), ErrorNumber::BrowserCall);
@@ -89,14 +90,14 @@ TEST_F(TestRemoteConnection, PipeAnswersCallsAndDeliversEventsInOrderAfterwards)
     browser->kill();
     QElapsedTimer timer;
     timer.start();
-    EXPECT_THROW(cdp.call(QStringLiteral("Browser.getVersion")), AppError);
+    EXPECT_THROW(cdp.call(u"Browser.getVersion"_s), AppError);
     EXPECT_LT(timer.elapsed(), 5000);
     EXPECT_TRUE(cdp.isClosed());
 }
 
 // Debian's Firefox ESR, or the test is skipped.
 #define REQUIRE_FIREFOX(firefox)                                                                   \
-    const QString firefox = QStandardPaths::findExecutable(QStringLiteral("firefox-esr"));         \
+    const QString firefox = QStandardPaths::findExecutable(u"firefox-esr"_s);                      \
     if (firefox.isEmpty())                                                                         \
     GTEST_SKIP() << "firefox-esr is not installed"
 
@@ -118,10 +119,9 @@ TEST(FirefoxProcess, ABrowserLeftRunningInTheProfileIsEndedForTheNextStart)
         process.startDetached(&pid);
         return static_cast<pid_t>(pid);
     };
-    const pid_t left = detached(
-        firefox, {QStringLiteral("--headless"), QStringLiteral("--remote-debugging-port=0"),
-                  QStringLiteral("--profile"), profile.path(), QStringLiteral("--no-remote")});
-    const pid_t other = detached(QStringLiteral("sleep"), {QStringLiteral("60")});
+    const pid_t left = detached(firefox, {u"--headless"_s, u"--remote-debugging-port=0"_s,
+                                          u"--profile"_s, profile.path(), u"--no-remote"_s});
+    const pid_t other = detached(u"sleep"_s, {u"60"_s});
     // Whatever happens below, neither outlives the test.
     const auto cleanUp = qScopeGuard([&] {
         ::kill(left, SIGKILL);
@@ -129,21 +129,21 @@ TEST(FirefoxProcess, ABrowserLeftRunningInTheProfileIsEndedForTheNextStart)
     });
     // The port it names in the profile.
     const auto endpoint = [&] {
-        QFile named(profile.path() + QStringLiteral("/WebDriverBiDiServer.json"));
+        QFile named(profile.path() + u"/WebDriverBiDiServer.json"_s);
         const int port =
             named.open(QIODevice::ReadOnly)
                 ? QJsonDocument::fromJson(named.readAll()).object().value("ws_port").toInt()
                 : 0;
-        return port > 0 ? QStringLiteral("ws://127.0.0.1:%1").arg(port) : QString();
+        return port > 0 ? u"ws://127.0.0.1:%1"_s.arg(port) : QString();
     };
     ASSERT_TRUE(pumpUntil([&] { return !endpoint().isEmpty(); }, 30000));
     FirefoxProcess::attach(
         endpoint()); // its Tolvane's session, never ended: the connection just goes
     EXPECT_THROW(FirefoxProcess::attach(endpoint()), AppError) << "Firefox took a second session";
 
-    auto browser = FirefoxProcess::start(firefox, profile.path(), {QStringLiteral("--headless")});
+    auto browser = FirefoxProcess::start(firefox, profile.path(), {u"--headless"_s});
     EXPECT_FALSE(browser->connection()
-                     .call(QStringLiteral("browsingContext.getTree"))
+                     .call(u"browsingContext.getTree"_s)
                      .value("contexts")
                      .toArray()
                      .isEmpty());
@@ -151,11 +151,10 @@ TEST(FirefoxProcess, ABrowserLeftRunningInTheProfileIsEndedForTheNextStart)
     browser->close();
 
     // A lock that names a process of another program (a crash left it, the number was reused).
-    QFile::remove(profile.path() + QStringLiteral("/lock"));
-    ASSERT_TRUE(QFile::link(QStringLiteral("127.0.0.1:+%1").arg(other),
-                            profile.path() + QStringLiteral("/lock")));
+    QFile::remove(profile.path() + u"/lock"_s);
+    ASSERT_TRUE(QFile::link(u"127.0.0.1:+%1"_s.arg(other), profile.path() + u"/lock"_s));
     try {
-        FirefoxProcess::start(firefox, profile.path(), {QStringLiteral("--headless")});
+        FirefoxProcess::start(firefox, profile.path(), {u"--headless"_s});
     } catch (const AppError&) {
         // Firefox may take the lock for a live one: that is its own affair.
     }

@@ -6,15 +6,15 @@
 // nothing in the data files.
 #include "BarFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestContestForms : public BarFixture
 {
 protected:
     QString byMeaning(const char* key)
     {
-        return f.ini
-            .readEntry(form->valueStore().anyFile(), QStringLiteral("Meaning"),
-                       QString::fromLatin1(key))
+        return f.ini.readEntry(form->valueStore().anyFile(), u"Meaning"_s, QString::fromLatin1(key))
             .value_or(QString());
     }
     QByteArray fileBytes(const QString& path)
@@ -33,8 +33,7 @@ TEST_P(TestContestForms, AnEntryTypedOnOneSiteFillsAnotherButNeverAFriendsBoxOrA
 {
     const QString a = server->url("/contest/entry-a.html");
     auto entry = open(a);
-    form->valueStore().SetMeaningValue(QStringLiteral("address-level1"),
-                                       QStringLiteral("Illinois"));
+    form->valueStore().SetMeaningValue(u"address-level1"_s, u"Illinois"_s);
     click(entry, "#fn");
     for (const char* text : {"Ann", "Lee", "ann@example.org"}) {
         type(entry, QString::fromLatin1(text));
@@ -56,9 +55,9 @@ TEST_P(TestContestForms, AnEntryTypedOnOneSiteFillsAnotherButNeverAFriendsBoxOrA
     ASSERT_TRUE(waitFor([&] {
         return f.ini.readEntry(form->siteFiles().SiteFilePath(a), a, "skill").value_or("") == "19";
     })) << fileBytes(form->siteFiles().SiteFilePath(a)).toStdString();
-    EXPECT_EQ(byMeaning("email"), QStringLiteral("ann@example.org"));
-    EXPECT_EQ(byMeaning("bday-year"), QStringLiteral("1990"));
-    EXPECT_EQ(byMeaning("address-level1"), QStringLiteral("Illinois"));
+    EXPECT_EQ(byMeaning("email"), u"ann@example.org"_s);
+    EXPECT_EQ(byMeaning("bday-year"), u"1990"_s);
+    EXPECT_EQ(byMeaning("address-level1"), u"Illinois"_s);
     // The friend's address and the answer are for this site alone, and have no meaning.
     const QByteArray any = fileBytes(form->valueStore().anyFile());
     for (const char* absent : {"bob@", "Bob Friend", "skill", "ref_email"})
@@ -72,18 +71,18 @@ TEST_P(TestContestForms, AnEntryTypedOnOneSiteFillsAnotherButNeverAFriendsBoxOrA
 
     auto other = open(server->url("/contest/entry-b.html", true));
     const auto shown = [&](const char* name) { return fieldValue(other, name); };
-    EXPECT_EQ(shown("given"), QStringLiteral("Ann"));
-    EXPECT_EQ(shown("family"), QStringLiteral("Lee"));
-    EXPECT_EQ(shown("mail"), QStringLiteral("ann@example.org"));
-    EXPECT_EQ(shown("birth"), QStringLiteral("17/05/1990"));
-    EXPECT_EQ(shown("bday_d"), QStringLiteral("17"));
-    EXPECT_EQ(shown("bday_m"), QStringLiteral("May"));
-    EXPECT_EQ(shown("bday_y"), QStringLiteral("1990"));
+    EXPECT_EQ(shown("given"), u"Ann"_s);
+    EXPECT_EQ(shown("family"), u"Lee"_s);
+    EXPECT_EQ(shown("mail"), u"ann@example.org"_s);
+    EXPECT_EQ(shown("birth"), u"17/05/1990"_s);
+    EXPECT_EQ(shown("bday_d"), u"17"_s);
+    EXPECT_EQ(shown("bday_m"), u"May"_s);
+    EXPECT_EQ(shown("bday_y"), u"1990"_s);
     for (const char* empty : {"email", "name2", "answer"})
         EXPECT_EQ(shown(empty), QString()) << empty;
 
     const QString fr = server->url("/contest/french.html", true);
-    form->valueStore().SetValue(fr, "champ1", QStringLiteral("Anne-Marie"), ValueReach::SiteOnly);
+    form->valueStore().SetValue(fr, "champ1", u"Anne-Marie"_s, ValueReach::SiteOnly);
     auto french = open(fr);
     QStringList champs;
     for (const char* name : {"champ1", "champ2", "champ3", "champ4", "champ5"})
@@ -98,7 +97,7 @@ TEST_P(TestContestForms, FieldsOfOneNameKeepOneValueEach)
     auto page = open(site);
     const QString values[] = {"Speedy", "7", "Red Kites"};
     for (int i = 0; i < 3; ++i) {
-        clickOn(page, QStringLiteral("document.querySelectorAll('[name=inputField]')[%1]").arg(i));
+        clickOn(page, u"document.querySelectorAll('[name=inputField]')[%1]"_s.arg(i));
         type(page, values[i]);
         tab(page);
     }
@@ -120,11 +119,11 @@ TEST_P(TestContestForms, FieldsOfOneNameKeepOneValueEach)
 
 TEST_P(TestContestForms, APageThatPlantsValuesChangesNothingInTheDataFiles)
 {
-    form->valueStore().SetMeaningValue(QStringLiteral("email"), QStringLiteral("ann@example.org"));
+    form->valueStore().SetMeaningValue(u"email"_s, u"ann@example.org"_s);
     const QString site = server->url("/contest/planter.html");
     auto page = open(site);
     ASSERT_TRUE(waitFor([&] { return evaluate(page, "!!window.planted").toBool(); }));
-    ASSERT_TRUE(fieldValue(page, "email").contains(QStringLiteral("planted@evil.example")));
+    ASSERT_TRUE(fieldValue(page, "email").contains(u"planted@evil.example"_s));
     // The user passes through the planted fields without typing, and types in the hijacked one.
     click(page, "[name=email]");
     tab(page);
@@ -137,7 +136,7 @@ TEST_P(TestContestForms, APageThatPlantsValuesChangesNothingInTheDataFiles)
         fileBytes(form->siteFiles().SiteFilePath(site)) + fileBytes(form->valueStore().anyFile());
     for (const char* planted : {"evil", "555 0199"})
         EXPECT_FALSE(files.contains(planted)) << planted << "\n" << files.toStdString();
-    EXPECT_EQ(byMeaning("email"), QStringLiteral("ann@example.org"));
+    EXPECT_EQ(byMeaning("email"), u"ann@example.org"_s);
     EXPECT_EQ(byMeaning("tel"), QString());
     expectNoErrorBox();
 }

@@ -2,6 +2,8 @@
 // profiles included.
 #include "BarFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestFormMemory : public BarFixture
 {
@@ -37,27 +39,24 @@ TEST_P(TestFormMemory, EveryKindOfFieldIsRememberedAndFilled)
     ASSERT_TRUE(waitFor([&] {
         return f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "comments").has_value();
     }));
-    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "size_M"),
-              QStringLiteral("True"));
-    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "optin_yes"),
-              QStringLiteral("True"));
+    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "size_M"), u"True"_s);
+    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "optin_yes"), u"True"_s);
     EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "comments"),
-              QStringLiteral("line one<VBLF>line two"));
+              u"line one<VBLF>line two"_s);
     EXPECT_EQ(form->siteFiles().SiteFilePath(site),
               f.dataFile(form->siteFiles().URL2INIFile(site)));
-    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "fname"),
-              QStringLiteral("Ann"));
-    EXPECT_EQ(stored("zAny.ini", "Any", "fname"), QStringLiteral("Ann"));
+    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "fname"), u"Ann"_s);
+    EXPECT_EQ(stored("zAny.ini", "Any", "fname"), u"Ann"_s);
     EXPECT_EQ(form->siteFiles().GetTotalVisits(site), 1);
     form->valueStore().SetValue(server->url("/c.html", true), "state", "NY");
 
     auto third = open(server->url("/c.html", true));
-    EXPECT_EQ(fieldValue(third, "fname"), QStringLiteral("Ann"));
+    EXPECT_EQ(fieldValue(third, "fname"), u"Ann"_s);
     EXPECT_EQ(evaluate(third, "document.querySelector('[name=size][value=M]').checked").toBool(),
               true);
     EXPECT_EQ(evaluate(third, "document.querySelector('[name=optin]').checked").toBool(), true);
-    EXPECT_EQ(fieldValue(third, "state"), QStringLiteral("NY"));
-    EXPECT_EQ(fieldValue(third, "comments"), QStringLiteral("line one\nline two"));
+    EXPECT_EQ(fieldValue(third, "state"), u"NY"_s);
+    EXPECT_EQ(fieldValue(third, "comments"), u"line one\nline two"_s);
     expectNoErrorBox();
 }
 
@@ -94,15 +93,13 @@ TEST_P(TestFormMemory, ProgressLinkTextsAndAVisitRedrawingItsShortcut)
     QObject::connect(&form->StatusBar, &Control::changed, &watcher,
                      [&] { statuses << form->StatusBar.text(); });
     auto page = open(server->url("/link.html"));
-    EXPECT_TRUE(statuses.filter(QStringLiteral(" loading ... ")).size() >= 1)
+    EXPECT_TRUE(statuses.filter(u" loading ... "_s).size() >= 1)
         << statuses.join('|').toStdString();
-    EXPECT_TRUE(statuses.contains(QStringLiteral(" loading ... 100%")))
-        << statuses.join('|').toStdString();
+    EXPECT_TRUE(statuses.contains(u" loading ... 100%"_s)) << statuses.join('|').toStdString();
 
     driver->mouse(*page, PageDriver::Mouse::Move, 50, 50);
-    EXPECT_TRUE(waitFor([&] {
-        return statuses.contains(QStringLiteral(" ") + server->url("/a.html"));
-    })) << statuses.join('|').toStdString();
+    EXPECT_TRUE(waitFor([&] { return statuses.contains(u" "_s + server->url("/a.html")); }))
+        << statuses.join('|').toStdString();
 
     // A click in the page is a visit: the shortcut is no longer due.
     driver->mouse(*page, PageDriver::Mouse::Click, 400, 500);
@@ -132,7 +129,7 @@ TEST_P(TestFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReused)
 {
     form->valueStore().SetValue(server->url("/a.html"), "fname", "Ann");
     auto page = open(server->url("/a.html"));
-    ASSERT_EQ(fieldValue(page, "fname"), QStringLiteral("Ann"));
+    ASSERT_EQ(fieldValue(page, "fname"), u"Ann"_s);
     evaluate(page, "document.querySelector('[name=fname]').value = 'changed by the page'");
     waitFor([] { return false; }, 1200);
     for (int i = 0; i < 2; ++i) {
@@ -147,7 +144,7 @@ TEST_P(TestFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReused)
     ASSERT_TRUE(waitFor([&] { return !isOpen(page); }));
     auto next = open(server->url("/b.html"));
     EXPECT_EQ(form->tracking().upperBound(), holders);
-    EXPECT_EQ(fieldValue(next, "fname"), QStringLiteral("Ann"));
+    EXPECT_EQ(fieldValue(next, "fname"), u"Ann"_s);
 }
 
 // A fill reads what one listing found and sends its writes together: what it reads after each
@@ -191,7 +188,7 @@ TEST_P(TestFormMemory, ABatchAnswersReadsAsThePageWould)
                 state += input->checked() ? QLatin1Char('1') : QLatin1Char('0');
             state += QLatin1Char(' ') + listed["input"][8]->value();
             for (const ElementPtr& list : listed["select"])
-                state += QStringLiteral(" %1:%2").arg(list->selectedIndex()).arg(list->value());
+                state += u" %1:%2"_s.arg(list->selectedIndex()).arg(list->value());
             seen.append(state);
         }
         if (batch)
@@ -202,7 +199,7 @@ TEST_P(TestFormMemory, ABatchAnswersReadsAsThePageWould)
     const QStringList batched = trace(open(server->url("/memory/groups-page.html")), true);
     EXPECT_EQ(batched, live);
     ASSERT_EQ(live.size(), static_cast<qsizetype>(writes.size()));
-    EXPECT_EQ(live[0].left(8), QStringLiteral("01011000")); // b unchecks a only, not d or e
+    EXPECT_EQ(live[0].left(8), u"01011000"_s); // b unchecks a only, not d or e
 }
 
 // A frame moving to a process of its own replaces its document between two calls: the old one
@@ -213,13 +210,13 @@ TEST_P(TestFormMemory, ADocumentThePageLeftTakesWritesAndHasNothingToGive)
     const DocPtr left = page->document();
     const ElementPtr field = left->tags("input").value(0);
     ASSERT_TRUE(field);
-    evaluate(page, QStringLiteral("location.href = '/a.html'"));
+    evaluate(page, u"location.href = '/a.html'"_s);
     ASSERT_TRUE(waitFor([&] { return heldUrl(page) == server->url("/a.html"); }));
 
     DocumentBatch batch(*left);
     EXPECT_TRUE(left->tags("input").isEmpty());
     EXPECT_EQ(left->readyState(), QString());
-    field->setValue(QStringLiteral("lost"));
+    field->setValue(u"lost"_s);
     EXPECT_NO_THROW(batch.commit());
     EXPECT_TRUE(std::static_pointer_cast<ScriptDocument>(left)->unloaded());
     EXPECT_EQ(fieldValue(page, "fname"), QString());
@@ -229,24 +226,24 @@ TEST_P(TestFormMemory, ADocumentThePageLeftTakesWritesAndHasNothingToGive)
 TEST_P(TestFormMemory, TheBrowserKilledDuringAFillIsReportedAndTheBarGoesOn)
 {
     for (int i = 0; i < 40; ++i)
-        form->valueStore().SetValue(server->url("/a.html"), QStringLiteral("fname"), "Ann");
+        form->valueStore().SetValue(server->url("/a.html"), u"fname"_s, "Ann");
     int turns = 0;
     // The fill lets events run after every field: the browser dies during the second field.
     QObject killer;
     QObject::connect(&form->StatusBar, &Control::changed, &killer, [&] {
-        if (form->StatusBar.text().startsWith(QStringLiteral(" retrieving")) && ++turns == 2)
+        if (form->StatusBar.text().startsWith(u" retrieving"_s) && ++turns == 2)
             driver->killBrowser();
     });
     driver->openAddress(server->url("/a.html"));
     EXPECT_TRUE(waitFor([&] { return !f.boxes.shown.empty(); }));
     ASSERT_FALSE(f.boxes.shown.empty());
-    EXPECT_TRUE(f.boxes.shown[0].text.startsWith(QStringLiteral("An error occured in procedure ")))
+    EXPECT_TRUE(f.boxes.shown[0].text.startsWith(u"An error occured in procedure "_s))
         << f.boxes.shown[0].text.toStdString();
     // The bar still works: its own commands and the data files.
     form->cmdPause.click();
     EXPECT_TRUE(form->isPaused());
     form->valueStore().SetValue("http://x.example/", "k", "v");
-    EXPECT_EQ(form->valueStore().GetValue("http://x.example/", "k", ""), QStringLiteral("v"));
+    EXPECT_EQ(form->valueStore().GetValue("http://x.example/", "k", ""), u"v"_s);
     form->tracking().ResetIEs();
 }
 ON_BOTH_BROWSERS(TestFormMemory);

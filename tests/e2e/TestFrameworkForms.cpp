@@ -5,6 +5,8 @@
 
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 QByteArray framework(const char* path)
 {
@@ -55,25 +57,25 @@ TEST_P(TestFrameworkForms, WhatTheBarFillsIsWhatThePageSubmits)
             << form->formFill().LastFillURL().toStdString();
 
         // The user adds a code of their own and sends the form with a real click.
-        click(page, QStringLiteral("[name=%1]").arg(QLatin1String(own)));
+        click(page, u"[name=%1]"_s.arg(QLatin1String(own)));
         type(page, "WIN-42");
         click(page, "#send");
         ASSERT_TRUE(waitFor([&] { return evaluate(page, "!!window.submitted").toBool(); }));
         const QJsonObject sent = evaluate(page, "window.submitted").toObject();
-        EXPECT_EQ(sent.value("fname").toString(), QStringLiteral("Ann"));
-        EXPECT_EQ(sent.value("email").toString(), QStringLiteral("ann@example.org"));
-        EXPECT_EQ(sent.value("state").toString(), QStringLiteral("NY"));
+        EXPECT_EQ(sent.value("fname").toString(), u"Ann"_s);
+        EXPECT_EQ(sent.value("email").toString(), u"ann@example.org"_s);
+        EXPECT_EQ(sent.value("state").toString(), u"NY"_s);
         EXPECT_EQ(sent.value("optin").toBool(), true);
-        EXPECT_EQ(sent.value("size").toString(), QStringLiteral("M"));
-        EXPECT_EQ(sent.value("why").toString(), QStringLiteral("Because\nI ride"));
-        EXPECT_EQ(sent.value(QLatin1String(own)).toString(), QStringLiteral("WIN-42"));
+        EXPECT_EQ(sent.value("size").toString(), u"M"_s);
+        EXPECT_EQ(sent.value("why").toString(), u"Because\nI ride"_s);
+        EXPECT_EQ(sent.value(QLatin1String(own)).toString(), u"WIN-42"_s);
 
         // Each field the fill changed was announced once; the radio button it checked too, the
         // one it left unchecked and the fields it left empty not at all.
         const QJsonObject counts = evaluate(page, "window.counts").toObject();
         for (const char* name : {"fname", "email", "state", "optin", "why"}) {
             for (const char* kind : {"input", "change"})
-                EXPECT_EQ(counts.value(QStringLiteral("%1 %2").arg(name, kind)).toInt(), 1)
+                EXPECT_EQ(counts.value(u"%1 %2"_s.arg(name, kind)).toInt(), 1)
                     << name << " " << kind;
         }
         EXPECT_EQ(counts.value("size input").toInt(), 1);

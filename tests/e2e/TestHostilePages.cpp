@@ -3,6 +3,8 @@
 // files whole and goes on.
 #include "BarFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestHostilePages : public BarFixture
 {
@@ -15,7 +17,7 @@ protected:
     }
     QString remembered(const QString& site, const QString& key)
     {
-        return form->valueStore().GetValue(site, key, QStringLiteral("<missing>"));
+        return form->valueStore().GetValue(site, key, u"<missing>"_s);
     }
     QByteArray anyFileBytes()
     {
@@ -24,7 +26,7 @@ protected:
     }
     void typeInto(const std::shared_ptr<ScriptWindow>& page, const char* id, const QString& text)
     {
-        click(page, QStringLiteral("#") + QLatin1String(id));
+        click(page, u"#"_s + QLatin1String(id));
         type(page, text);
     }
     // The user types into a field of a busy page and leaves it: is it remembered?
@@ -44,36 +46,34 @@ TEST_P(TestHostilePages, AwkwardNamesAndValuesAreKeptWhereTheFilesCanHoldThem)
     const QString longValue(100 * 1024, QLatin1Char('v'));
     typeInto(page, "crlf", "one");
     typeInto(page, "brackets", "x]y=z");
-    typeInto(page, "unicode", QStringLiteral("Zoë € 名前"));
+    typeInto(page, "unicode", u"Zoë € 名前"_s);
     click(page, "#long");
     driver->paste(*page, longValue);
-    typeInto(page, "nul", QStringLiteral("a%1b").arg(QChar(0)));
+    typeInto(page, "nul", u"a%1b"_s.arg(QChar(0)));
     typeInto(page, "notes", "line1\nline2 ]=[x]");
     tab(page);
     ASSERT_TRUE(waitFor([&] { return remembered(site, "notes") != QLatin1String("<missing>"); }));
 
-    EXPECT_EQ(remembered(site, "notes"), QStringLiteral("line1\nline2 ]=[x]"));
-    EXPECT_EQ(remembered(site, "sec]tion=key"), QStringLiteral("x]y=z"));
+    EXPECT_EQ(remembered(site, "notes"), u"line1\nline2 ]=[x]"_s);
+    EXPECT_EQ(remembered(site, "sec]tion=key"), u"x]y=z"_s);
     // Text in any script is kept as it was typed (the files become UTF-8 for it).
-    EXPECT_EQ(remembered(site, QStringLiteral("Zoë €名前")), QStringLiteral("Zoë € 名前"));
+    EXPECT_EQ(remembered(site, u"Zoë €名前"_s), u"Zoë € 名前"_s);
     EXPECT_TRUE(anyFileBytes().startsWith("\xEF\xBB\xBF"));
     EXPECT_EQ(remembered(site, QString(100 * 1024, QLatin1Char('n'))), longValue.left(255));
     // A name with a line break has no written form: nothing is kept, nothing else harmed.
-    EXPECT_EQ(remembered(site, "a\r\nb"), QStringLiteral("<missing>"));
+    EXPECT_EQ(remembered(site, "a\r\nb"), u"<missing>"_s);
     EXPECT_FALSE(anyFileBytes().contains("=one"));
     expectNoErrorBox();
 
     auto again = open(server->url("/awkward-again.html"));
     const auto valueOf = [&](const char* id) {
-        return evaluate(
-                   again,
-                   QStringLiteral("document.getElementById('%1').value").arg(QLatin1String(id)))
+        return evaluate(again, u"document.getElementById('%1').value"_s.arg(QLatin1String(id)))
             .toString();
     };
-    EXPECT_EQ(valueOf("brackets"), QStringLiteral("x]y=z"));
-    EXPECT_EQ(valueOf("unicode"), QStringLiteral("Zoë € 名前"));
+    EXPECT_EQ(valueOf("brackets"), u"x]y=z"_s);
+    EXPECT_EQ(valueOf("unicode"), u"Zoë € 名前"_s);
     EXPECT_EQ(valueOf("long"), longValue.left(255));
-    EXPECT_EQ(valueOf("notes"), QStringLiteral("line1\nline2 ]=[x]"));
+    EXPECT_EQ(valueOf("notes"), u"line1\nline2 ]=[x]"_s);
     EXPECT_EQ(valueOf("crlf"), QString());
 }
 
@@ -140,10 +140,10 @@ TEST_P(TestHostilePages, ThousandsOfShadowRootsAndFramesAsDeepAsTheBrowserNestsT
               3000);
     // Firefox loads no frame more than nine below the page.
     const int depth = onFirefox() ? 9 : 20;
-    auto nested = open(server->url(QStringLiteral("/hostile/nested.html?d=%1").arg(depth)));
-    QString deepest = QStringLiteral("document");
+    auto nested = open(server->url(u"/hostile/nested.html?d=%1"_s.arg(depth)));
+    QString deepest = u"document"_s;
     for (int level = depth; level > 0; --level)
-        deepest += QStringLiteral(".querySelector('iframe').contentDocument");
+        deepest += u".querySelector('iframe').contentDocument"_s;
     EXPECT_TRUE(waitFor(
         [&] {
             return evaluate(nested, deepest + ".getElementById('d0').value") ==
@@ -191,22 +191,20 @@ TEST_P(TestHostilePages, APageThatShowsDialogsOverAndOverStopsNothingElse)
 namespace {
 TEST_P(TestHostilePages, HeavyLabelsAndNamesInAnyScriptAreReadWithinBounds)
 {
-    form->valueStore().SetMeaningValue(QStringLiteral("email"), QStringLiteral("ann@example.org"));
+    form->valueStore().SetMeaningValue(u"email"_s, u"ann@example.org"_s);
     const QString site = server->url("/hostile/heavy-labels.html");
     auto page = open(site);
     // A thousand labels saying "E-mail": an e-mail field. What follows 100 KB of text is not read.
-    EXPECT_EQ(fieldValue(page, "target"), QStringLiteral("ann@example.org"));
+    EXPECT_EQ(fieldValue(page, "target"), u"ann@example.org"_s);
     EXPECT_EQ(fieldValue(page, "heavy"), QString());
     EXPECT_EQ(fieldValue(page, "captioned"), QString());
     for (const char* name : {"имя", "名前", "الاسم", "🎁"}) {
-        clickOn(
-            page,
-            QStringLiteral("document.querySelector('[name=\"%1\"]')").arg(QString::fromUtf8(name)));
-        type(page, QStringLiteral("typed ") + QString::fromUtf8(name));
+        clickOn(page, u"document.querySelector('[name=\"%1\"]')"_s.arg(QString::fromUtf8(name)));
+        type(page, u"typed "_s + QString::fromUtf8(name));
         tab(page);
         EXPECT_TRUE(waitFor([&] {
             return remembered(site, QString::fromUtf8(name)) ==
-                   QStringLiteral("typed ") + QString::fromUtf8(name);
+                   u"typed "_s + QString::fromUtf8(name);
         })) << name;
     }
     expectNoErrorBox();

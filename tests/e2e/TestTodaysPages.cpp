@@ -3,6 +3,8 @@
 // forms that re-render while filled, and tabs. The user types, clicks and tabs for real.
 #include "BarFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 QByteArray titled(const char* title)
 {
@@ -24,7 +26,7 @@ protected:
     QString siteValue(const QString& site, const char* key)
     {
         return f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, QLatin1String(key))
-            .value_or(QStringLiteral("<missing>"));
+            .value_or(u"<missing>"_s);
     }
     // Whether the page shows its dialog: DevTools cannot reach a page behind one, Firefox can,
     // and the page says so.
@@ -64,9 +66,9 @@ TEST_P(TestTodaysPages, EmailPhoneAndOtherHtml5FieldsAreRememberedAndFilled)
     tab(page);
     ASSERT_TRUE(waitFor([&] { return any("age") == QLatin1String("42"); }))
         << any("age").toStdString();
-    EXPECT_EQ(any("email"), QStringLiteral("ann@example.org"));
-    EXPECT_EQ(any("phone"), QStringLiteral("+1 555 0100"));
-    EXPECT_EQ(siteValue(site, "email"), QStringLiteral("ann@example.org"));
+    EXPECT_EQ(any("email"), u"ann@example.org"_s);
+    EXPECT_EQ(any("phone"), u"+1 555 0100"_s);
+    EXPECT_EQ(siteValue(site, "email"), u"ann@example.org"_s);
 
     // What a field cannot hold is left as the browser makes it; the rest is filled.
     form->valueStore().SetValue(site, "birth", "2001-02-03");
@@ -75,11 +77,11 @@ TEST_P(TestTodaysPages, EmailPhoneAndOtherHtml5FieldsAreRememberedAndFilled)
     form->valueStore().SetValue(site, "secret", "never");
     form->valueStore().SetValue(server->url("/elsewhere"), "age", "forty");
     auto again = open(server->url("/signup-again.html", true));
-    EXPECT_EQ(fieldValue(again, "email"), QStringLiteral("ann@example.org"));
-    EXPECT_EQ(fieldValue(again, "phone"), QStringLiteral("+1 555 0100"));
-    EXPECT_EQ(fieldValue(again, "birth"), QStringLiteral("2001-02-03"));
-    EXPECT_EQ(fieldValue(again, "site"), QStringLiteral("https://ann.example.org/"));
-    EXPECT_EQ(fieldValue(again, "odd"), QStringLiteral("anything"));
+    EXPECT_EQ(fieldValue(again, "email"), u"ann@example.org"_s);
+    EXPECT_EQ(fieldValue(again, "phone"), u"+1 555 0100"_s);
+    EXPECT_EQ(fieldValue(again, "birth"), u"2001-02-03"_s);
+    EXPECT_EQ(fieldValue(again, "site"), u"https://ann.example.org/"_s);
+    EXPECT_EQ(fieldValue(again, "odd"), u"anything"_s);
     EXPECT_EQ(fieldValue(again, "age"), QString()); // "forty" is no number
     EXPECT_EQ(fieldValue(again, "secret"), QString());
     expectNoErrorBox();
@@ -101,8 +103,8 @@ TEST_P(TestTodaysPages, AnAdFrameLoadingLateLeavesTheMainFormFollowed)
     click(page, "[name=fname]");
     EXPECT_TRUE(
         waitFor([&] { return siteValue(site, "email") == QLatin1String("ann@example.org"); }));
-    EXPECT_EQ(siteValue(site, "fname"), QStringLiteral("Ann"));
-    EXPECT_EQ(any("fname"), QStringLiteral("Ann"));
+    EXPECT_EQ(siteValue(site, "fname"), u"Ann"_s);
+    EXPECT_EQ(any("fname"), u"Ann"_s);
     expectNoErrorBox();
 }
 
@@ -116,9 +118,9 @@ TEST_P(TestTodaysPages, AFormRenderedAfterTheLoadIsFilled)
     auto page = open(site);
     ASSERT_TRUE(
         waitFor([&] { return fieldValue(page, "why") == QLatin1String("Because\nI ride"); }, 5000));
-    EXPECT_EQ(fieldValue(page, "fname"), QStringLiteral("Ann"));
-    EXPECT_EQ(fieldValue(page, "email"), QStringLiteral("ann@example.org"));
-    EXPECT_EQ(fieldValue(page, "state"), QStringLiteral("NY"));
+    EXPECT_EQ(fieldValue(page, "fname"), u"Ann"_s);
+    EXPECT_EQ(fieldValue(page, "email"), u"ann@example.org"_s);
+    EXPECT_EQ(fieldValue(page, "state"), u"NY"_s);
     // Filling stores nothing: the site has no file of its own until the user types there.
     EXPECT_FALSE(QFile::exists(form->siteFiles().SiteFilePath(site)));
     expectNoErrorBox();
@@ -132,7 +134,7 @@ TEST_P(TestTodaysPages, ARouteChangeOfASinglePageAppIsFilledUnderItsNewAddress)
     click(page, "#enter");
     ASSERT_TRUE(
         waitFor([&] { return fieldValue(page, "phone") == QLatin1String("555 0100"); }, 5000));
-    EXPECT_EQ(fieldValue(page, "fname"), QStringLiteral("Ann"));
+    EXPECT_EQ(fieldValue(page, "fname"), u"Ann"_s);
 
     // What the user types there belongs to the new address.
     click(page, "[name=code]");
@@ -143,7 +145,7 @@ TEST_P(TestTodaysPages, ARouteChangeOfASinglePageAppIsFilledUnderItsNewAddress)
     EXPECT_EQ(page->LocationURL(), route);
     // A jump within the page is where the window is now.
     click(page, "a#rules");
-    EXPECT_TRUE(waitFor([&] { return page->LocationURL() == route + QStringLiteral("#rules"); }))
+    EXPECT_TRUE(waitFor([&] { return page->LocationURL() == route + u"#rules"_s; }))
         << page->LocationURL().toStdString();
     expectNoErrorBox();
 }
@@ -152,8 +154,8 @@ TEST_P(TestTodaysPages, FieldsInOpenShadowRootsAreRememberedAndFilled)
 {
     const QString site = server->url("/todays/components.html");
     auto page = open(site);
-    const QString entry = QStringLiteral("document.querySelector('contest-entry').shadowRoot");
-    clickOn(page, entry + QStringLiteral(".querySelector('[name=fname]')"));
+    const QString entry = u"document.querySelector('contest-entry').shadowRoot"_s;
+    clickOn(page, entry + u".querySelector('[name=fname]')"_s);
     type(page, "Ann");
     tab(page);
     type(page, "ann@example.org");
@@ -163,21 +165,19 @@ TEST_P(TestTodaysPages, FieldsInOpenShadowRootsAreRememberedAndFilled)
     tab(page);
     ASSERT_TRUE(waitFor([&] { return any("state") == QLatin1String("NY"); }))
         << any("state").toStdString();
-    EXPECT_EQ(any("fname"), QStringLiteral("Ann"));
-    EXPECT_EQ(any("email"), QStringLiteral("ann@example.org"));
+    EXPECT_EQ(any("fname"), u"Ann"_s);
+    EXPECT_EQ(any("email"), u"ann@example.org"_s);
 
     form->valueStore().SetValue(site, "sealed", "out of reach");
     auto again = open(server->url("/components-again.html", true));
     const auto inner = [&](const QString& path) {
-        return evaluate(again, path + QStringLiteral(".value")).toString();
+        return evaluate(again, path + u".value"_s).toString();
     };
-    const QString root = QStringLiteral("document.querySelector('contest-entry').shadowRoot");
-    EXPECT_EQ(inner(root + QStringLiteral(".querySelector('[name=fname]')")),
-              QStringLiteral("Ann"));
-    EXPECT_EQ(inner(root + QStringLiteral(
-                               ".querySelector('name-part').shadowRoot.querySelector('input')")),
-              QStringLiteral("ann@example.org"));
-    EXPECT_EQ(inner(root + QStringLiteral(".querySelector('select')")), QStringLiteral("NY"));
+    const QString root = u"document.querySelector('contest-entry').shadowRoot"_s;
+    EXPECT_EQ(inner(root + u".querySelector('[name=fname]')"_s), u"Ann"_s);
+    EXPECT_EQ(inner(root + u".querySelector('name-part').shadowRoot.querySelector('input')"_s),
+              u"ann@example.org"_s);
+    EXPECT_EQ(inner(root + u".querySelector('select')"_s), u"NY"_s);
     expectNoErrorBox();
 }
 
@@ -203,7 +203,7 @@ TEST_P(TestTodaysPages, ADialogNeitherFreezesTheBarNorLosesTheFill)
     ASSERT_TRUE(waitFor([&] { return !showsDialog(typing); }));
     type(typing, "nn@example.org");
     const QString typed = fieldValue(typing, "email");
-    EXPECT_EQ(typed, QStringLiteral("ann@example.org"));
+    EXPECT_EQ(typed, u"ann@example.org"_s);
     click(typing, "[name=fname]");
     EXPECT_TRUE(waitFor([&] { return siteValue(site, "email") == typed; }))
         << siteValue(site, "email").toStdString();
@@ -219,8 +219,8 @@ TEST_P(TestTodaysPages, AFormReplacingItsInputsWhileFilledEndsUpFilled)
     EXPECT_TRUE(waitFor(
         [&] { return fieldValue(page, "email") == QLatin1String("ann@example.org"); }, 5000))
         << fieldValue(page, "email").toStdString();
-    EXPECT_EQ(fieldValue(page, "fname"), QStringLiteral("Ann"));
-    EXPECT_EQ(fieldValue(page, "phone"), QStringLiteral("555 0100"));
+    EXPECT_EQ(fieldValue(page, "fname"), u"Ann"_s);
+    EXPECT_EQ(fieldValue(page, "phone"), u"555 0100"_s);
     expectNoErrorBox();
 }
 
@@ -238,17 +238,17 @@ TEST_P(TestTodaysPages, ABackgroundTabFinishingItsLoadDoesNotSwitchTabs)
     ASSERT_TRUE(waitFor([&] { return !windows().isEmpty(); }));
     auto blank = asPage(windows().first());
     auto front = tabIn("/front-tab.html", false);
-    ASSERT_EQ(visibility(front), QStringLiteral("visible"));
-    ASSERT_EQ(visibility(blank), QStringLiteral("hidden"));
+    ASSERT_EQ(visibility(front), u"visible"_s);
+    ASSERT_EQ(visibility(blank), u"hidden"_s);
 
     // A titled page and a page without a title finish loading behind the front tab.
     auto background = tabIn("/background-tab.html", true);
     auto untitled = tabIn("/untitled.html", true);
     waitFor([] { return false; }, 300);
-    EXPECT_EQ(visibility(front), QStringLiteral("visible"));
-    EXPECT_EQ(visibility(blank), QStringLiteral("hidden"));
-    EXPECT_EQ(visibility(background), QStringLiteral("hidden"));
-    EXPECT_EQ(visibility(untitled), QStringLiteral("hidden"));
+    EXPECT_EQ(visibility(front), u"visible"_s);
+    EXPECT_EQ(visibility(blank), u"hidden"_s);
+    EXPECT_EQ(visibility(background), u"hidden"_s);
+    EXPECT_EQ(visibility(untitled), u"hidden"_s);
     expectNoErrorBox();
 }
 ON_BOTH_BROWSERS(TestTodaysPages);

@@ -8,6 +8,8 @@
 #include <QTextStream>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 struct Row
 {
@@ -60,12 +62,12 @@ std::vector<Row> rows()
         return read;
     QTextStream in(&file);
     for (int line = 1; !in.atEnd(); ++line) {
-        const QStringList columns = in.readLine().split(QStringLiteral(" | "));
+        const QStringList columns = in.readLine().split(u" | "_s);
         if (columns.size() < 4 || columns[0].startsWith('#'))
             continue;
         Row row{line, columns[0], columns[1], {}, columns[3].trimmed()};
         row.field.label = columns[2];
-        row.field.inputType = QStringLiteral("text");
+        row.field.inputType = u"text"_s;
         for (const QString& extra : columns.mid(4)) {
             const QString key = extra.section('=', 0, 0);
             const QString value = extra.section('=', 1);
@@ -86,9 +88,8 @@ std::vector<Row> rows()
 QString outcome(const Recognition& found)
 {
     if (found.someoneElses)
-        return QStringLiteral("elses");
-    const QString key =
-        found.meaning == Meaning::None ? QStringLiteral("none") : MeaningKey(found.meaning);
+        return u"elses"_s;
+    const QString key = found.meaning == Meaning::None ? u"none"_s : MeaningKey(found.meaning);
     return key + (found.sure || (found.meaning == Meaning::None && !found.bareName) ? "" : "?");
 }
 
@@ -119,9 +120,9 @@ TEST(FieldMeaningLimits, HostileTextsAreReadInBoundedTime)
 {
     EXPECT_GE(rows().size(), 200u);
     FieldDescription field;
-    field.label = QString(100 * 1024, QChar(u'名')) + QStringLiteral(" email");
+    field.label = QString(100 * 1024, QChar(u'名')) + u" email"_s;
     field.placeholder = QString(100 * 1024, QLatin1Char('a'));
-    field.autocomplete = QString(50 * 1024, QLatin1Char(' ')) + QStringLiteral("email");
+    field.autocomplete = QString(50 * 1024, QLatin1Char(' ')) + u"email"_s;
     // The long texts are cut: what follows the cut is not read.
     EXPECT_EQ(RecogniseField("input", QString(100 * 1024, QLatin1Char('x')), field).meaning,
               Meaning::None);

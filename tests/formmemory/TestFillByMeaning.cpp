@@ -4,9 +4,11 @@
 #include "FormMemoryFixture.h"
 #include "MeaningValues.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
-const QString Shop = QStringLiteral("http://shop.example/checkout");
-const QString Draw = QStringLiteral("http://draw.example/enter");
+const QString Shop = u"http://shop.example/checkout"_s;
+const QString Draw = u"http://draw.example/enter"_s;
 
 class TestFillByMeaning : public FormMemoryFixture
 {
@@ -25,23 +27,19 @@ protected:
     QString byMeaning(const char* key)
     {
         return f.ini
-            .readEntry(f.form.valueStore().anyFile(), QStringLiteral("Meaning"),
-                       QString::fromLatin1(key))
-            .value_or(QStringLiteral("<missing>"));
+            .readEntry(f.form.valueStore().anyFile(), u"Meaning"_s, QString::fromLatin1(key))
+            .value_or(u"<missing>"_s);
     }
 };
 
 TEST_F(TestFillByMeaning, WhatTheDescriptionFillsByNameIsUnchanged)
 {
-    f.form.valueStore().SetMeaningValue(QStringLiteral("given-name"), QStringLiteral("Ann"));
-    f.form.valueStore().SetMeaningValue(QStringLiteral("address-level1"),
-                                        QStringLiteral("Illinois"));
+    f.form.valueStore().SetMeaningValue(u"given-name"_s, u"Ann"_s);
+    f.form.valueStore().SetMeaningValue(u"address-level1"_s, u"Illinois"_s);
     // By name on any site, by name on this site, a list's remembered position: all win.
-    f.form.valueStore().SetValue(Shop, QStringLiteral("first"), QStringLiteral("Zoe"));
-    f.form.valueStore().SetValue(Draw, QStringLiteral("fn"), QStringLiteral("  "),
-                                 ValueReach::SiteOnly);
-    f.form.valueStore().SetValue(Draw, QStringLiteral("st SelectedIndex"), QStringLiteral("1"),
-                                 ValueReach::SiteOnly);
+    f.form.valueStore().SetValue(Shop, u"first"_s, u"Zoe"_s);
+    f.form.valueStore().SetValue(Draw, u"fn"_s, u"  "_s, ValueReach::SiteOnly);
+    f.form.valueStore().SetValue(Draw, u"st SelectedIndex"_s, u"1"_s, ValueReach::SiteOnly);
     auto draw = formPage(Draw);
     auto first = described(draw, ModelElement::input("text", "first"), "First name");
     auto blank = described(draw, ModelElement::input("text", "fn"), "First name");
@@ -49,13 +47,13 @@ TEST_F(TestFillByMeaning, WhatTheDescriptionFillsByNameIsUnchanged)
         draw, ModelElement::select("st", {{"", "--"}, {"NY", "New York"}, {"IL", "Illinois"}}),
         "State");
     load(draw);
-    EXPECT_EQ(first->value(), QStringLiteral("Zoe"));
+    EXPECT_EQ(first->value(), u"Zoe"_s);
     // A blank entry reads as none (the INI layer trims it): the meaning fills that field.
-    EXPECT_EQ(blank->value(), QStringLiteral("Ann"));
+    EXPECT_EQ(blank->value(), u"Ann"_s);
     EXPECT_EQ(region->selectedIndex(), 1);
     // A blank typed value is never remembered by meaning.
-    draw->type(first, QStringLiteral("   "));
-    EXPECT_EQ(byMeaning("given-name"), QStringLiteral("Ann"));
+    draw->type(first, u"   "_s);
+    EXPECT_EQ(byMeaning("given-name"), u"Ann"_s);
 }
 
 TEST(MeaningValues, RelatedMeaningsMakeWhatASiteAsksFor)
@@ -159,8 +157,8 @@ TEST(MeaningValues, OptionsArePickedByCodeNameOrNumber)
     for (const Case& c : cases)
         EXPECT_EQ(MatchingOption(c.meaning, QString::fromUtf8(c.remembered), c.options), c.expected)
             << c.remembered;
-    EXPECT_EQ(ChosenOptionText(states, 1, "IL"), QStringLiteral("Illinois"));
-    EXPECT_EQ(ChosenOptionText(months, 2, "5"), QStringLiteral("May"));
+    EXPECT_EQ(ChosenOptionText(states, 1, "IL"), u"Illinois"_s);
+    EXPECT_EQ(ChosenOptionText(months, 2, "5"), u"May"_s);
     EXPECT_EQ(ChosenOptionText(states, 0, ""), QString()); // a placeholder is no choice
 }
 } // namespace
@@ -169,10 +167,9 @@ namespace {
 // What memory must never learn, and where a remembered value must never go.
 TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldNot)
 {
-    f.form.valueStore().SetMeaningValue(QStringLiteral("address-level1"),
-                                        QStringLiteral("Illinois"));
-    f.form.valueStore().SetMeaningValue(QStringLiteral("email"), QStringLiteral("ann@example.org"));
-    f.form.valueStore().SetMeaningValue(QStringLiteral("name"), QStringLiteral("Ann Lee"));
+    f.form.valueStore().SetMeaningValue(u"address-level1"_s, u"Illinois"_s);
+    f.form.valueStore().SetMeaningValue(u"email"_s, u"ann@example.org"_s);
+    f.form.valueStore().SetMeaningValue(u"name"_s, u"Ann Lee"_s);
     auto shop = formPage(Shop);
     auto state = described(
         shop,
@@ -202,21 +199,20 @@ TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldN
         row.act();
         EXPECT_EQ(byMeaning(row.key), QString::fromUtf8(row.kept)) << row.key;
     }
-    EXPECT_EQ(stored("zAny.ini", "Any", "email"), QStringLiteral("<missing>"));
-    EXPECT_EQ(stored("zSHOP.EXAMPLE!CHECKOUT.ini", Shop, "email"),
-              QStringLiteral("bob@example.org"));
+    EXPECT_EQ(stored("zAny.ini", "Any", "email"), u"<missing>"_s);
+    EXPECT_EQ(stored("zSHOP.EXAMPLE!CHECKOUT.ini", Shop, "email"), u"bob@example.org"_s);
 
     // On another site: a field of another meaning under a remembered name, a friend's box named
     // as the user's was, a read-only field, one the page filled, a bare "Name" beside a first name.
-    f.form.valueStore().SetValue(Shop, QStringLiteral("street"), QStringLiteral("1 Main St"),
-                                 ValueReach::AnySite, QStringLiteral("address-line1"));
-    f.form.valueStore().SetValue(Shop, QStringLiteral("mail"), QStringLiteral("ann@example.org"),
-                                 ValueReach::AnySite, QStringLiteral("email"));
+    f.form.valueStore().SetValue(Shop, u"street"_s, u"1 Main St"_s, ValueReach::AnySite,
+                                 u"address-line1"_s);
+    f.form.valueStore().SetValue(Shop, u"mail"_s, u"ann@example.org"_s, ValueReach::AnySite,
+                                 u"email"_s);
     auto draw = formPage(Draw);
     auto streetState = described(draw, ModelElement::input("text", "street"), "State");
     auto friendBox = described(draw, ModelElement::input("text", "mail"), "Your friend's e-mail");
     FieldDescription locked;
-    locked.label = QStringLiteral("Email");
+    locked.label = u"Email"_s;
     locked.outOfReach = true;
     auto readOnly = ModelElement::input("text", "e1");
     readOnly->describe(locked);
@@ -225,11 +221,11 @@ TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldN
     auto first = described(draw, ModelElement::input("text", "fn"), "First name");
     auto nameBox = described(draw, ModelElement::input("text", "nm"), "Name");
     load(draw);
-    EXPECT_EQ(streetState->value(), QStringLiteral("Illinois")); // the state, not the street
+    EXPECT_EQ(streetState->value(), u"Illinois"_s); // the state, not the street
     EXPECT_EQ(friendBox->value(), QString());
     EXPECT_EQ(readOnly->value(), QString());
-    EXPECT_EQ(signedIn->value(), QStringLiteral("me@site.example"));
-    EXPECT_EQ(first->value(), QStringLiteral("Ann"));
-    EXPECT_EQ(nameBox->value(), QStringLiteral("Lee"));
+    EXPECT_EQ(signedIn->value(), u"me@site.example"_s);
+    EXPECT_EQ(first->value(), u"Ann"_s);
+    EXPECT_EQ(nameBox->value(), u"Lee"_s);
 }
 } // namespace

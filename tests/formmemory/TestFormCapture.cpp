@@ -1,9 +1,11 @@
 // What the user puts into fields is remembered under the field keys, for the site and Any.ini.
 #include "FormMemoryFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
-const QString Url = QStringLiteral("http://prizes.example/enter.html");
-const QString SiteFile = QStringLiteral("zPRIZES.EXAMPLE!ENTER.HTML.ini");
+const QString Url = u"http://prizes.example/enter.html"_s;
+const QString SiteFile = u"zPRIZES.EXAMPLE!ENTER.HTML.ini"_s;
 
 using TestFormCapture = FormMemoryFixture;
 
@@ -11,36 +13,36 @@ TEST_F(TestFormCapture, TypingThenMovingOnStoresForTheSiteAndAnySite)
 {
     auto page = formPage(Url, {"fname", "lname"});
     load(page);
-    page->type(field(page, "fname"), QStringLiteral("Ann"));
+    page->type(field(page, "fname"), u"Ann"_s);
     page->focus(field(page, "lname"));
-    EXPECT_EQ(stored(SiteFile, Url, "fname"), QStringLiteral("Ann"));
-    EXPECT_EQ(stored("zAny.ini", "Any", "fname"), QStringLiteral("Ann"));
-    EXPECT_EQ(statuses.last(), QStringLiteral(" fname = Ann"));
+    EXPECT_EQ(stored(SiteFile, Url, "fname"), u"Ann"_s);
+    EXPECT_EQ(stored("zAny.ini", "Any", "fname"), u"Ann"_s);
+    EXPECT_EQ(statuses.last(), u" fname = Ann"_s);
 
     // Emptied by the user: the site entry empties, the site-independent one stays.
     page->type(field(page, "fname"), QString());
     page->focus(field(page, "lname"));
     EXPECT_EQ(stored(SiteFile, Url, "fname"), QString());
-    EXPECT_EQ(stored("zAny.ini", "Any", "fname"), QStringLiteral("Ann"));
+    EXPECT_EQ(stored("zAny.ini", "Any", "fname"), u"Ann"_s);
 }
 
 TEST_F(TestFormCapture, EveryKindOfFieldHasItsKey)
 {
     auto page = formPage(Url);
-    auto optin = page->add(ModelElement::input(QStringLiteral("checkbox"), "optin", "yes"));
-    auto bare = page->add(ModelElement::input(QStringLiteral("checkbox"), QString(), QString()));
-    auto sizeS = page->add(ModelElement::input(QStringLiteral("radio"), "size", "S"));
-    auto sizeM = page->add(ModelElement::input(QStringLiteral("radio"), "size", "M"));
+    auto optin = page->add(ModelElement::input(u"checkbox"_s, "optin", "yes"));
+    auto bare = page->add(ModelElement::input(u"checkbox"_s, QString(), QString()));
+    auto sizeS = page->add(ModelElement::input(u"radio"_s, "size", "S"));
+    auto sizeM = page->add(ModelElement::input(u"radio"_s, "size", "M"));
     QList<ModelElement::Option> states;
     for (int i = 0; i < 50; ++i)
-        states.append({i == 33 ? QStringLiteral("NY") : QStringLiteral("S%1").arg(i), QString()});
+        states.append({i == 33 ? u"NY"_s : u"S%1"_s.arg(i), QString()});
     auto state = page->add(ModelElement::select("state", states));
     auto unnamedList = page->add(ModelElement::select(QString(), {{"a", ""}, {"b", ""}}));
     auto comments = page->add(ModelElement::textarea("comments"));
-    auto caps = page->add(ModelElement::input(QStringLiteral("TEXT"), "City"));
-    auto password = page->add(ModelElement::input(QStringLiteral("password"), "pw"));
-    auto hidden = page->add(ModelElement::input(QStringLiteral("hidden"), "token", "abc"));
-    auto nameless = page->add(ModelElement::input(QStringLiteral("text"), QString()));
+    auto caps = page->add(ModelElement::input(u"TEXT"_s, "City"));
+    auto password = page->add(ModelElement::input(u"password"_s, "pw"));
+    auto hidden = page->add(ModelElement::input(u"hidden"_s, "token", "abc"));
+    auto nameless = page->add(ModelElement::input(u"text"_s, QString()));
     load(page);
 
     page->check(optin, true);
@@ -48,12 +50,12 @@ TEST_F(TestFormCapture, EveryKindOfFieldHasItsKey)
     page->check(sizeM, true);
     page->choose(state, 33);
     page->choose(unnamedList, 1);
-    page->type(comments, QStringLiteral("line one\r\nline two"));
-    page->type(caps, QStringLiteral("Oslo"));
-    page->type(password, QStringLiteral("secret"));
-    page->type(hidden, QStringLiteral("changed"));
+    page->type(comments, u"line one\r\nline two"_s);
+    page->type(caps, u"Oslo"_s);
+    page->type(password, u"secret"_s);
+    page->type(hidden, u"changed"_s);
     const int statusesBefore = statuses.size();
-    page->type(nameless, QStringLiteral("lost"));
+    page->type(nameless, u"lost"_s);
     EXPECT_EQ(statuses.size(), statusesBefore); // a nameless text field shows nothing
     page->focus(optin);
     page->check(optin, false);
@@ -75,14 +77,14 @@ TEST_F(TestFormCapture, EveryKindOfFieldHasItsKey)
     };
     for (const auto& [key, value] : expected)
         EXPECT_EQ(stored(SiteFile, Url, QString::fromUtf8(key)), QString::fromUtf8(value)) << key;
-    EXPECT_TRUE(statuses.contains(QStringLiteral(" state = NY")));
-    EXPECT_TRUE(statuses.contains(QStringLiteral(" optin_yes = False")));
+    EXPECT_TRUE(statuses.contains(u" state = NY"_s));
+    EXPECT_TRUE(statuses.contains(u" optin_yes = False"_s));
 
     // The first option selected: only the value entry is written, the old index stays.
     page->choose(state, 0);
     page->focus(caps);
-    EXPECT_EQ(stored(SiteFile, Url, "state"), QStringLiteral("S0"));
-    EXPECT_EQ(stored(SiteFile, Url, "state SelectedIndex"), QStringLiteral("33"));
+    EXPECT_EQ(stored(SiteFile, Url, "state"), u"S0"_s);
+    EXPECT_EQ(stored(SiteFile, Url, "state SelectedIndex"), u"33"_s);
 }
 
 TEST_F(TestFormCapture, PauseStopsCaptureButNotVisits)
@@ -91,10 +93,10 @@ TEST_F(TestFormCapture, PauseStopsCaptureButNotVisits)
     load(page);
     f.form.cmdPause.click();
     statuses.clear();
-    page->type(field(page, "fname"), QStringLiteral("Ann"));
+    page->type(field(page, "fname"), u"Ann"_s);
     page->focus(field(page, "lname"));
     page->click();
-    EXPECT_EQ(stored(SiteFile, Url, "fname"), QStringLiteral("<missing>"));
+    EXPECT_EQ(stored(SiteFile, Url, "fname"), u"<missing>"_s);
     EXPECT_TRUE(statuses.isEmpty());
     EXPECT_EQ(f.form.siteFiles().GetTotalVisits(Url), 1);
 }
@@ -104,12 +106,12 @@ TEST_F(TestFormCapture, AFieldThatNoLongerAnswersIsReported)
     auto page = formPage(Url, {"fname"});
     load(page);
     const auto fname = field(page, "fname");
-    page->type(fname, QStringLiteral("Ann"));
+    page->type(fname, u"Ann"_s);
     window->close();
     f.form.IEHolder_DocChanged(1, page, fname);
     ASSERT_EQ(f.boxes.shown.size(), 1u);
     EXPECT_TRUE(f.boxes.shown[0].text.startsWith(
-        QStringLiteral("An error occured in procedure IEHolder_DocChanged.\r\n\r\n")));
+        u"An error occured in procedure IEHolder_DocChanged.\r\n\r\n"_s));
 }
 } // namespace
 
@@ -118,11 +120,11 @@ namespace {
 // gives it is kept for its own site, never in Any.ini, and Any.ini never fills it.
 TEST_F(TestFormCapture, FieldsWithoutANameAreRememberedForTheirSiteOnly)
 {
-    const QString other = QStringLiteral("http://sweeps.example/form");
+    const QString other = u"http://sweeps.example/form"_s;
     const auto namelessPage = [](const QString& url) {
         auto page = formPage(url, {"fname"});
-        page->add(ModelElement::input(QStringLiteral("checkbox"), QString(), QString()));
-        page->add(ModelElement::input(QStringLiteral("radio"), QString(), QStringLiteral("n1")));
+        page->add(ModelElement::input(u"checkbox"_s, QString(), QString()));
+        page->add(ModelElement::input(u"radio"_s, QString(), u"n1"_s));
         page->add(ModelElement::select(QString(), {{"", "Choose"}, {"a", ""}, {"b", ""}}));
         return page;
     };
@@ -144,9 +146,8 @@ TEST_F(TestFormCapture, FieldsWithoutANameAreRememberedForTheirSiteOnly)
     for (const auto& [key, value] : kept)
         EXPECT_EQ(stored(SiteFile, Url, QString::fromUtf8(key)), QString::fromUtf8(value)) << key;
     for (const char* key : {"_n1", " SelectedIndex"})
-        EXPECT_EQ(stored("zAny.ini", "Any", QString::fromUtf8(key)), QStringLiteral("<missing>"))
-            << key;
-    EXPECT_EQ(stored("zAny.ini", "Any", QString()), QStringLiteral("<missing>"));
+        EXPECT_EQ(stored("zAny.ini", "Any", QString::fromUtf8(key)), u"<missing>"_s) << key;
+    EXPECT_EQ(stored("zAny.ini", "Any", QString()), u"<missing>"_s);
 
     // Another site's nameless fields stay as the page has them; the same site's come back.
     auto elsewhere = namelessPage(other);
@@ -157,6 +158,6 @@ TEST_F(TestFormCapture, FieldsWithoutANameAreRememberedForTheirSiteOnly)
     auto again = namelessPage(Url);
     load(again);
     EXPECT_TRUE(nameless(again, 1)->checked());
-    EXPECT_EQ(nameless(again, 3)->value(), QStringLiteral("b"));
+    EXPECT_EQ(nameless(again, 3)->value(), u"b"_s);
 }
 } // namespace

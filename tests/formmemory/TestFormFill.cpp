@@ -2,9 +2,11 @@
 // then the value typed on any site; every kind of field; frames; pause; repeats; auto-jump.
 #include "FormMemoryFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
-const QString First = QStringLiteral("http://prizes.example/enter.html");
-const QString Second = QStringLiteral("http://sweeps.example/form?id=7");
+const QString First = u"http://prizes.example/enter.html"_s;
+const QString Second = u"http://sweeps.example/form?id=7"_s;
 
 using TestFormFill = FormMemoryFixture;
 
@@ -12,23 +14,22 @@ TEST_F(TestFormFill, AnotherSitesFormIsFilledAndTheSitesOwnValueWins)
 {
     auto first = formPage(First, {"fname", "email"});
     load(first);
-    first->type(field(first, "fname"), QStringLiteral("Ann"));
-    first->type(field(first, "email"), QStringLiteral("ann@example.org"));
+    first->type(field(first, "fname"), u"Ann"_s);
+    first->type(field(first, "email"), u"ann@example.org"_s);
     first->focus(field(first, "fname"));
 
-    f.form.valueStore().SetValue(Second, QStringLiteral("email"),
-                                 QStringLiteral("contests@example.org"));
-    f.form.valueStore().SetValue(First, QStringLiteral("email"), QStringLiteral("ann@example.org"));
+    f.form.valueStore().SetValue(Second, u"email"_s, u"contests@example.org"_s);
+    f.form.valueStore().SetValue(First, u"email"_s, u"ann@example.org"_s);
     auto second = formPage(Second, {"fname", "email", "phone"});
-    field(second, "phone")->setValue(QStringLiteral("555-0100"));
+    field(second, "phone")->setValue(u"555-0100"_s);
     statuses.clear();
     load(second);
-    EXPECT_EQ(field(second, "fname")->value(), QStringLiteral("Ann"));
-    EXPECT_EQ(field(second, "email")->value(), QStringLiteral("contests@example.org"));
-    EXPECT_EQ(field(second, "phone")->value(), QStringLiteral("555-0100"));
+    EXPECT_EQ(field(second, "fname")->value(), u"Ann"_s);
+    EXPECT_EQ(field(second, "email")->value(), u"contests@example.org"_s);
+    EXPECT_EQ(field(second, "phone")->value(), u"555-0100"_s);
     // One "retrieving" per field, each followed by a turn of the message pump.
-    EXPECT_TRUE(statuses.contains(QStringLiteral(" retrieving fname")));
-    EXPECT_EQ(statuses.count(QStringLiteral(" retrieving phone")), 1);
+    EXPECT_TRUE(statuses.contains(u" retrieving fname"_s));
+    EXPECT_EQ(statuses.count(u" retrieving phone"_s), 1);
     EXPECT_EQ(f.form.formFill().LastFillURL(), Second);
 }
 
@@ -36,13 +37,13 @@ TEST_F(TestFormFill, ChoicesListsAndTextAreasComeBack)
 {
     const QString site = First;
     auto& values = f.form.valueStore();
-    values.SetValue(site, QStringLiteral("optin_yes"), QStringLiteral("False"));
-    values.SetValue(site, QStringLiteral("size_S"), QStringLiteral("True"));
-    values.SetValue(site, QStringLiteral("size_M"), QStringLiteral("true"));
-    values.SetValue(site, QStringLiteral("news_1"), QStringLiteral("2"));
-    values.SetValue(site, QStringLiteral("state"), QStringLiteral("NY"));
-    values.SetValue(site, QStringLiteral("byindex SelectedIndex"), QStringLiteral("2.5"));
-    values.SetValue(site, QStringLiteral("comments"), QStringLiteral("line one\r\nline two"));
+    values.SetValue(site, u"optin_yes"_s, u"False"_s);
+    values.SetValue(site, u"size_S"_s, u"True"_s);
+    values.SetValue(site, u"size_M"_s, u"true"_s);
+    values.SetValue(site, u"news_1"_s, u"2"_s);
+    values.SetValue(site, u"state"_s, u"NY"_s);
+    values.SetValue(site, u"byindex SelectedIndex"_s, u"2.5"_s);
+    values.SetValue(site, u"comments"_s, u"line one\r\nline two"_s);
 
     auto page = formPage(site);
     auto optin = page->add(ModelElement::input("checkbox", "optin", "yes"));
@@ -56,7 +57,7 @@ TEST_F(TestFormFill, ChoicesListsAndTextAreasComeBack)
     auto untouched = page->add(ModelElement::select(
         "untouched", {ModelElement::Option::textOnly("one"), ModelElement::Option::textOnly("two")},
         1));
-    auto comments = page->add(ModelElement::textarea("comments", QStringLiteral("old")));
+    auto comments = page->add(ModelElement::textarea("comments", u"old"_s));
     load(page);
 
     EXPECT_FALSE(optin->checked());
@@ -66,7 +67,7 @@ TEST_F(TestFormFill, ChoicesListsAndTextAreasComeBack)
     EXPECT_EQ(state->selectedIndex(), 1);
     EXPECT_EQ(byindex->selectedIndex(), 2); // 2.5 rounds to the even neighbour
     EXPECT_EQ(untouched->selectedIndex(), 1);
-    EXPECT_EQ(comments->innerText(), QStringLiteral("line one\r\nline two"));
+    EXPECT_EQ(comments->innerText(), u"line one\r\nline two"_s);
     EXPECT_TRUE(f.boxes.shown.empty());
 }
 
@@ -90,23 +91,23 @@ TEST_F(TestFormFill, TheThreePassesRunInTheirFixedOrder)
 
 TEST_F(TestFormFill, RepeatsWithinOneSecondAreSuppressed)
 {
-    f.form.valueStore().SetValue(First, "fname", QStringLiteral("Ann"));
+    f.form.valueStore().SetValue(First, "fname", u"Ann"_s);
     auto page = formPage(First, {"fname"});
     load(page);
-    ASSERT_EQ(field(page, "fname")->value(), QStringLiteral("Ann"));
+    ASSERT_EQ(field(page, "fname")->value(), u"Ann"_s);
 
     // The page completes again at once (its own and its window's completion): no fill.
-    field(page, "fname")->setValue(QStringLiteral("typed"));
+    field(page, "fname")->setValue(u"typed"_s);
     f.clock.advanceMs(300);
     page->setReadyState("complete");
-    EXPECT_EQ(field(page, "fname")->value(), QStringLiteral("typed"));
+    EXPECT_EQ(field(page, "fname")->value(), u"typed"_s);
 
     // Two double clicks two seconds later: filled again.
     f.clock.advanceMs(2000);
     page->dblclick();
     f.clock.advanceMs(400);
     page->dblclick();
-    EXPECT_EQ(field(page, "fname")->value(), QStringLiteral("Ann"));
+    EXPECT_EQ(field(page, "fname")->value(), u"Ann"_s);
 
     // Another window loading the same address within the second: not filled.
     auto other = f.shellWindows.open();
@@ -118,29 +119,29 @@ TEST_F(TestFormFill, RepeatsWithinOneSecondAreSuppressed)
 
 TEST_F(TestFormFill, PauseStopsTheFillButNotVisits)
 {
-    f.form.valueStore().SetValue(First, "fname", QStringLiteral("Ann"));
+    f.form.valueStore().SetValue(First, "fname", u"Ann"_s);
     f.form.cmdPause.click();
     auto page = formPage(First, {"fname"});
     statuses.clear();
     load(page);
     page->click();
     EXPECT_EQ(field(page, "fname")->value(), QString());
-    EXPECT_FALSE(statuses.contains(QStringLiteral(" retrieving fname")));
+    EXPECT_FALSE(statuses.contains(u" retrieving fname"_s));
     EXPECT_EQ(f.form.siteFiles().GetTotalVisits(First), 1);
 
     f.form.cmdPause.click();
     load(formPage(Second));
     load(page);
-    EXPECT_EQ(field(page, "fname")->value(), QStringLiteral("Ann"));
+    EXPECT_EQ(field(page, "fname")->value(), u"Ann"_s);
 }
 
 TEST_F(TestFormFill, AutoJumpShowsTheFirstChangedField)
 {
     QStringList names;
     for (int i = 1; i <= 10; ++i)
-        names << QStringLiteral("f%1").arg(i);
-    f.form.valueStore().SetValue(First, "f3", QStringLiteral("three"));
-    f.form.valueStore().SetValue(First, "f9", QStringLiteral("nine"));
+        names << u"f%1"_s.arg(i);
+    f.form.valueStore().SetValue(First, "f3", u"three"_s);
+    f.form.valueStore().SetValue(First, "f9", u"nine"_s);
 
     struct Case
     {
@@ -158,8 +159,8 @@ TEST_F(TestFormFill, AutoJumpShowsTheFirstChangedField)
         f.form.chkAutoJump.setValue(c.autoJump ? 1 : 0);
         auto page = formPage(First, names);
         if (c.alreadyFilled) {
-            field(page, "f3")->setValue(QStringLiteral("three"));
-            field(page, "f9")->setValue(QStringLiteral("nine"));
+            field(page, "f3")->setValue(u"three"_s);
+            field(page, "f9")->setValue(u"nine"_s);
         }
         load(page);
         EXPECT_EQ(field(page, "f3")->scrollCount(), c.scrollsOf3) << c.name;
@@ -170,16 +171,15 @@ TEST_F(TestFormFill, AutoJumpShowsTheFirstChangedField)
 
 TEST_F(TestFormFill, AnUnreadableChoiceEndsTheFillAndLeavesTheRepeatOpen)
 {
-    f.form.valueStore().SetValue(First, "optin_yes", QStringLiteral("maybe"));
-    f.form.valueStore().SetValue(First, "after", QStringLiteral("later"));
+    f.form.valueStore().SetValue(First, "optin_yes", u"maybe"_s);
+    f.form.valueStore().SetValue(First, "after", u"later"_s);
     auto page = formPage(First);
     page->add(ModelElement::input("checkbox", "optin", "yes"));
     auto after = page->add(ModelElement::input("text", "after"));
     load(page);
     ASSERT_EQ(f.boxes.shown.size(), 1u);
-    EXPECT_EQ(
-        f.boxes.shown[0].text,
-        QStringLiteral("An error occured in procedure IEHolder_NewDoc.\r\n\r\n13 Type mismatch"));
+    EXPECT_EQ(f.boxes.shown[0].text,
+              u"An error occured in procedure IEHolder_NewDoc.\r\n\r\n13 Type mismatch"_s);
     EXPECT_EQ(after->value(), QString());
     EXPECT_NE(f.form.formFill().LastFillURL(), First);
 
@@ -191,21 +191,20 @@ TEST_F(TestFormFill, AnUnreadableChoiceEndsTheFillAndLeavesTheRepeatOpen)
 
 TEST_F(TestFormFill, CaptureDuringAFillsPumpAndAWindowClosingMidFill)
 {
-    f.form.valueStore().SetValue(First, "a", QStringLiteral("A"));
+    f.form.valueStore().SetValue(First, "a", u"A"_s);
     auto page = formPage(First, {"a", "b", "c"});
     // While the fill pumps after its first field, the user types into the third, and then the
     // window closes under the fill.
     f.pump.pending.push_back([&] {
-        page->type(field(page, "c"), QStringLiteral("typed meanwhile"));
+        page->type(field(page, "c"), u"typed meanwhile"_s);
         f.pump.pending.push_back([&] { f.shellWindows.close(window); });
     });
     load(page);
-    EXPECT_EQ(stored(QStringLiteral("zPRIZES.EXAMPLE!ENTER.HTML.ini"), First, "c"),
-              QStringLiteral("typed meanwhile"));
+    EXPECT_EQ(stored(u"zPRIZES.EXAMPLE!ENTER.HTML.ini"_s, First, "c"), u"typed meanwhile"_s);
     // The fill reports the vanished page, then the window holder its frames it can no longer read.
     ASSERT_EQ(f.boxes.shown.size(), 2u);
-    EXPECT_TRUE(f.boxes.shown[0].text.contains(QStringLiteral("procedure IEHolder_NewDoc.")));
-    EXPECT_TRUE(f.boxes.shown[1].text.contains(QStringLiteral("procedure ProcessIE.")));
+    EXPECT_TRUE(f.boxes.shown[0].text.contains(u"procedure IEHolder_NewDoc."_s));
+    EXPECT_TRUE(f.boxes.shown[1].text.contains(u"procedure ProcessIE."_s));
 }
 } // namespace
 
@@ -235,28 +234,28 @@ TEST_F(TestFormFill, FieldsAddedAfterTheFillAreFilledOnceUnlessTheUserWasThere)
     statuses.clear();
     for (const auto& field : {fname, email, optin, state, note})
         page->addLater(field);
-    EXPECT_EQ(fname->value(), QStringLiteral("Ann")); // from any site
-    EXPECT_EQ(email->value(), QStringLiteral("ann@example.org"));
+    EXPECT_EQ(fname->value(), u"Ann"_s); // from any site
+    EXPECT_EQ(email->value(), u"ann@example.org"_s);
     EXPECT_TRUE(optin->checked());
-    EXPECT_EQ(state->value(), QStringLiteral("NY"));
-    EXPECT_EQ(note->innerText(), QStringLiteral("hello"));
-    EXPECT_EQ(statuses.count(QStringLiteral(" retrieving email")), 1);
+    EXPECT_EQ(state->value(), u"NY"_s);
+    EXPECT_EQ(note->innerText(), u"hello"_s);
+    EXPECT_EQ(statuses.count(u" retrieving email"_s), 1);
 
     // Each is given out once: the page adding something else does not fill them again.
-    page->type(email, QStringLiteral("other@example.org"));
-    page->focus(page->tags(QStringLiteral("body")).first());
+    page->type(email, u"other@example.org"_s);
+    page->focus(page->tags(u"body"_s).first());
     page->addLater(ModelElement::input("submit", "go"));
-    EXPECT_EQ(email->value(), QStringLiteral("other@example.org"));
+    EXPECT_EQ(email->value(), u"other@example.org"_s);
 
     // A field the user is already in when the page reports it stays as the user has it.
     auto typedInto = ModelElement::input("text", "fname");
     page->addLater(typedInto, false);
-    page->type(typedInto, QStringLiteral("Bo"));
+    page->type(typedInto, u"Bo"_s);
     auto focused = ModelElement::input("text", "email");
     page->addLater(focused, false);
     page->focus(focused);
     page->addLater(ModelElement::input("text", "spare"));
-    EXPECT_EQ(typedInto->value(), QStringLiteral("Bo"));
+    EXPECT_EQ(typedInto->value(), u"Bo"_s);
     EXPECT_EQ(focused->value(), QString());
 
     // Added fields neither jump nor count as the page's fill.
@@ -290,8 +289,8 @@ TEST_F(TestFormFill, AListValueNoOptionHasKeepsTheSelectionAndTheIndexDecides)
         {"the empty choice falls back to the index", 0, "3", 3},
     };
     for (const Case& c : cases) {
-        const QString site = First + QStringLiteral("?") + QLatin1String(c.name);
-        f.form.valueStore().SetValue(site, "state", QStringLiteral("Texas"));
+        const QString site = First + u"?"_s + QLatin1String(c.name);
+        f.form.valueStore().SetValue(site, "state", u"Texas"_s);
         if (c.index)
             f.form.valueStore().SetValue(site, "state SelectedIndex", QLatin1String(c.index));
         auto page = formPage(site);

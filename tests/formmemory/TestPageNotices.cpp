@@ -1,6 +1,8 @@
 // The bar shows the page that last got the focus: title or address, and its cookies.
 #include "FormMemoryFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 using TestPageNotices = FormMemoryFixture;
 
@@ -36,20 +38,20 @@ TEST_F(TestPageNotices, TitleAddressAndCookiesOfTheFocusedPage)
 
 TEST_F(TestPageNotices, FocusMovingBetweenFramesFollowsEachFrame)
 {
-    auto left = formPage(QStringLiteral("http://a.example/left"), {"x"});
-    auto right = formPage(QStringLiteral("http://b.example/right"), {"y"});
+    auto left = formPage(u"http://a.example/left"_s, {"x"});
+    auto right = formPage(u"http://b.example/right"_s, {"y"});
     right->setCookie("r=1");
     left->setReadyState("complete");
     right->setReadyState("complete");
-    auto top = formPage(QStringLiteral("http://a.example/"));
+    auto top = formPage(u"http://a.example/"_s);
     top->addFrame(left);
     top->addFrame(right);
     load(top);
     left->focus(field(left, "x"));
-    EXPECT_EQ(f.form.txtURL.text(), QStringLiteral("http://a.example/left"));
+    EXPECT_EQ(f.form.txtURL.text(), u"http://a.example/left"_s);
     EXPECT_FALSE(f.form.imgCookie.isVisible());
     right->focus(field(right, "y"));
-    EXPECT_EQ(f.form.txtActive.text(), QStringLiteral("Contest at http://b.example/right"));
+    EXPECT_EQ(f.form.txtActive.text(), u"Contest at http://b.example/right"_s);
     EXPECT_TRUE(f.form.imgCookie.isVisible());
 
     // A page gone away empties the boxes and leaves the cookie picture as it was.
@@ -64,22 +66,21 @@ TEST_F(TestPageNotices, BrowserStatusTextsReachTheStatusLine)
 {
     statuses.clear();
     window->progress(50, 200);
-    window->statusText(QStringLiteral("http://a/next"));
+    window->statusText(u"http://a/next"_s);
     EXPECT_EQ(statuses, (QStringList{" loading ... 25%", " http://a/next"}));
 }
 // The active page outlives its window: the bar keeps its title and address, so that a page the
 // user has just closed can still be added as a shortcut.
 TEST_F(TestPageNotices, TheActivePageStaysShownWhenItsWindowCloses)
 {
-    auto page = std::make_shared<ModelDocument>(QStringLiteral("http://a.example/draw"),
-                                                QStringLiteral("Spring draw"));
+    auto page = std::make_shared<ModelDocument>(u"http://a.example/draw"_s, u"Spring draw"_s);
     load(page);
     page->activate();
     ASSERT_TRUE(f.form.cmdAddShortcut.isEnabled());
     f.shellWindows.close(window);
     EXPECT_EQ(f.form.tracking().upperBound(), 1);
-    EXPECT_EQ(f.form.txtActive.text(), QStringLiteral("Spring draw"));
-    EXPECT_EQ(f.form.txtURL.text(), QStringLiteral("http://a.example/draw"));
+    EXPECT_EQ(f.form.txtActive.text(), u"Spring draw"_s);
+    EXPECT_EQ(f.form.txtURL.text(), u"http://a.example/draw"_s);
     EXPECT_TRUE(f.form.cmdAddShortcut.isEnabled());
 }
 } // namespace

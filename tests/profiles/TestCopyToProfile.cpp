@@ -1,6 +1,8 @@
 // Copying the selected shortcut into another profile's list.
 #include "ShortcutFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestCopyToProfile : public ShortcutFixture
 {
@@ -61,16 +63,16 @@ TEST_F(TestCopyToProfile, ThePositionTakenAndMax)
         if (c.maxBefore)
             targetMax(c.maxBefore);
         f.form.mnuProfile[1]->click();
-        EXPECT_EQ(target(c.number, "Title"), QStringLiteral("Spring Sweepstakes")) << c.name;
-        EXPECT_EQ(target(c.number, "URL"), QStringLiteral("http://spring.example/")) << c.name;
-        EXPECT_EQ(target(c.number, "Remind"), QStringLiteral("2")) << c.name;
-        EXPECT_EQ(target(c.number, "StartDate"), QStringLiteral("3/1/2005")) << c.name;
-        EXPECT_EQ(target(c.number, "Expires"), QStringLiteral("12/31/2005")) << c.name;
+        EXPECT_EQ(target(c.number, "Title"), u"Spring Sweepstakes"_s) << c.name;
+        EXPECT_EQ(target(c.number, "URL"), u"http://spring.example/"_s) << c.name;
+        EXPECT_EQ(target(c.number, "Remind"), u"2"_s) << c.name;
+        EXPECT_EQ(target(c.number, "StartDate"), u"3/1/2005"_s) << c.name;
+        EXPECT_EQ(target(c.number, "Expires"), u"12/31/2005"_s) << c.name;
         EXPECT_EQ(max(), c.maxAfter) << c.name;
         // Keys that are not copied keep what the number had before.
-        EXPECT_EQ(target(c.number, "Notes"), QStringLiteral("<missing>")) << c.name;
+        EXPECT_EQ(target(c.number, "Notes"), u"<missing>"_s) << c.name;
     }
-    EXPECT_EQ(target(2, "Source"), QStringLiteral("<missing>"));
+    EXPECT_EQ(target(2, "Source"), u"<missing>"_s);
 }
 
 TEST_F(TestCopyToProfile, ARemovedShortcutsOtherKeysStay)
@@ -78,8 +80,8 @@ TEST_F(TestCopyToProfile, ARemovedShortcutsOtherKeysStay)
     targetHas(1, "");
     targetMax(1);
     f.form.mnuProfile[1]->click();
-    EXPECT_EQ(target(1, "Title"), QStringLiteral("Spring Sweepstakes"));
-    EXPECT_EQ(target(1, "Source"), QStringLiteral("kept"));
+    EXPECT_EQ(target(1, "Title"), u"Spring Sweepstakes"_s);
+    EXPECT_EQ(target(1, "Source"), u"kept"_s);
 }
 
 TEST_F(TestCopyToProfile, ATitleAlreadyThereInAnyCaseStopsTheCopy)
@@ -111,8 +113,8 @@ TEST_F(TestCopyToProfile, TheCopyShowsInTheTargetWithItsOwnVisits)
     ASSERT_EQ(f.form.lvShortcuts.count(), 1);
     f.form.lvShortcuts.setSelectedIndex(0);
     f.form.lvShortcuts.click();
-    EXPECT_EQ(f.form.lblLastEntry.text(), QStringLiteral("never"));
-    EXPECT_EQ(f.form.lblEntries.text(), QStringLiteral("0"));
+    EXPECT_EQ(f.form.lblLastEntry.text(), u"never"_s);
+    EXPECT_EQ(f.form.lblEntries.text(), u"0"_s);
 
     // Nothing selected: nothing copied.
     f.form.lvShortcuts.setSelectedIndex(-1);

@@ -1,6 +1,8 @@
 // The five profiles: names, the saved selection, what a change does, and the names dialog.
 #include "ShortcutFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestProfiles : public ShortcutFixture
 {
@@ -42,9 +44,9 @@ TEST_F(TestProfiles, TheSavedProfileIsSelectedAtStartUp)
         QStringList list;
         bool reported;
     } cases[] = {
-        {std::nullopt, 0, {"first"}, false},          {QStringLiteral("3"), 3, {"fourth"}, false},
-        {QStringLiteral("9"), 0, {"first"}, false},   {QStringLiteral("-1"), 0, {"first"}, false},
-        {QStringLiteral("abc"), -1, {"first"}, true},
+        {std::nullopt, 0, {"first"}, false}, {u"3"_s, 3, {"fourth"}, false},
+        {u"9"_s, 0, {"first"}, false},       {u"-1"_s, 0, {"first"}, false},
+        {u"abc"_s, -1, {"first"}, true},
     };
     for (const Case& c : cases) {
         FormFixture g;
@@ -96,8 +98,7 @@ TEST_F(TestProfiles, ChangingTheProfileReloadsTheListMenuAndEveryPage)
     EXPECT_TRUE(QFile::exists(f.dataFile("wA.EXAMPLE!.ini")));
     f.form.cboProfiles.setListIndex(0);
     EXPECT_EQ(titles(), QStringList{"first"});
-    EXPECT_EQ(f.form.valueStore().GetValue("http://a.example/", "name", "none"),
-              QStringLiteral("none"));
+    EXPECT_EQ(f.form.valueStore().GetValue("http://a.example/", "name", "none"), u"none"_s);
     EXPECT_EQ(f.form.siteFiles().GetTotalVisits("http://a.example/"), 0);
     EXPECT_EQ(one->refreshCount(), 2);
 }
@@ -114,7 +115,7 @@ TEST_F(TestProfiles, RenamingWritesWhatIsTypedAndCancelWritesNothing)
     f.form.cmdProfiles.click();
     EXPECT_EQ(f.ini.readEntry(profilesFile(), "Profiles", "Profile2"), QString());
     EXPECT_EQ(names(), (QStringList{"Profile 1", "", "Profile 3", "Anna", "Profile 5"}));
-    EXPECT_EQ(f.form.mnuProfile[3]->text(), QStringLiteral("Anna"));
+    EXPECT_EQ(f.form.mnuProfile[3]->text(), u"Anna"_s);
     EXPECT_EQ(f.form.cboProfiles.listIndex(), 1);
 
     const QByteArray before = f.readDataFile("Profiles.ini");

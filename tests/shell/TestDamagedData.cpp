@@ -6,6 +6,8 @@
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 const QByteArray GoodShortcuts =
     "[Shortcuts]\r\nMax=2\r\n[Shortcut1]\r\nTitle=First\r\nURL=http://first.example/\r\n"
@@ -93,7 +95,7 @@ TEST_P(TestDamagedData, TheBarStartsShowsWhatItCanAndKeepsTheRest)
                           QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
 }
 
-const QStringList Both = {QStringLiteral("First"), QStringLiteral("Second")};
+const QStringList Both = {u"First"_s, u"Second"_s};
 
 QByteArray goodShortcuts()
 {
@@ -124,7 +126,7 @@ INSTANTIATE_TEST_SUITE_P(
         Damage{"read-only data folder", goodShortcuts, goodAny, true, Both, "Ann"}),
     [](const ::testing::TestParamInfo<Damage>& info) {
         QString name = QString::fromLatin1(info.param.name);
-        name.replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9]")), QString());
+        name.replace(QRegularExpression(u"[^A-Za-z0-9]"_s), QString());
         return name.toStdString();
     });
 } // namespace

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestDocking : public ::testing::Test
 {
@@ -78,7 +80,7 @@ TEST_F(TestDocking, ADesktopThatNeverReservesStillGetsTheBarPlaced)
     dock.reserves = false;
     f.form.Form_Resize();
     EXPECT_TRUE(dock.calls.contains("SetWindowPos 1105,0 175x800"));
-    EXPECT_EQ(dock.calls.last(), QStringLiteral("show"));
+    EXPECT_EQ(dock.calls.last(), u"show"_s);
 }
 
 // Resize events that arrive while docking lets events run return at once.

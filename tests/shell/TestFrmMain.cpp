@@ -5,14 +5,16 @@
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 TEST(StatusLine, ShowsOneBlankAndTheTextTrimmedOfSpaces)
 {
     const std::pair<QString, QString> cases[] = {
-        {QStringLiteral("  x "), QStringLiteral(" x")},
-        {QString(), QStringLiteral(" ")},
-        {QStringLiteral("Loading page"), QStringLiteral(" Loading page")},
-        {QStringLiteral("\tTab "), QStringLiteral(" \tTab")},
+        {u"  x "_s, u" x"_s},
+        {QString(), u" "_s},
+        {u"Loading page"_s, u" Loading page"_s},
+        {u"\tTab "_s, u" \tTab"_s},
     };
     FormFixture f;
     for (const auto& [text, shown] : cases) {
@@ -42,7 +44,7 @@ TEST(StatusLine, ClearsBetweenOneAndOneAndAHalfSecondsAfterTheLastText)
     for (const Case& c : cases) {
         FormFixture f;
         f.clock.current = QDateTime(QDate(2026, 11, 23), c.start);
-        f.form.ShowStatus(QStringLiteral("first"));
+        f.form.ShowStatus(u"first"_s);
         qint64 now = 0;
         qint64 lastText = 0;
         qint64 nextTick = c.tickPhaseMs;
@@ -53,7 +55,7 @@ TEST(StatusLine, ClearsBetweenOneAndOneAndAHalfSecondsAfterTheLastText)
             f.clock.advanceMs(next - now);
             now = next;
             if (now == c.secondTextAtMs) {
-                f.form.ShowStatus(QStringLiteral("second"));
+                f.form.ShowStatus(u"second"_s);
                 lastText = now;
                 continue;
             }
@@ -70,31 +72,16 @@ TEST(StatusLine, ClearsBetweenOneAndOneAndAHalfSecondsAfterTheLastText)
     }
 }
 
-TEST(ErrorReport, ShowsTheFixedMessageWithoutIcon)
-{
-    FormFixture f;
-    f.form.ReportError(AppError(5, QStringLiteral("Invalid procedure call or argument")),
-                       QStringLiteral("GetValue"));
-    ASSERT_EQ(f.boxes.shown.size(), 1u);
-    EXPECT_EQ(
-        f.boxes.shown[0].text,
-        QStringLiteral("An error occured in procedure GetValue.\r\n\r\n5 Invalid procedure call "
-                       "or argument"));
-    EXPECT_EQ(f.boxes.shown[0].icon, MsgIcon::None);
-    EXPECT_EQ(f.boxes.shown[0].buttons, MsgButtons::Ok);
-    EXPECT_EQ(f.boxes.shown[0].title, QStringLiteral("Tolvane"));
-}
-
 TEST(Pause, TogglesTheFlagAndTheCaption)
 {
     FormFixture f;
     EXPECT_FALSE(f.form.isPaused());
     f.form.cmdPause.click();
     EXPECT_TRUE(f.form.isPaused());
-    EXPECT_EQ(f.form.cmdPause.text(), QStringLiteral("&Resume"));
+    EXPECT_EQ(f.form.cmdPause.text(), u"&Resume"_s);
     f.form.cmdPause.click();
     EXPECT_FALSE(f.form.isPaused());
-    EXPECT_EQ(f.form.cmdPause.text(), QStringLiteral("&Pause"));
+    EXPECT_EQ(f.form.cmdPause.text(), u"&Pause"_s);
 }
 
 TEST(Settings, AutojumpIsReadAsANumberAndBothAreSavedAtUnload)
@@ -104,20 +91,18 @@ TEST(Settings, AutojumpIsReadAsANumberAndBothAreSavedAtUnload)
         std::optional<QString> stored;
         int checked;
     } cases[] = {
-        {std::nullopt, 1},          {QStringLiteral("1"), 1},   {QStringLiteral("0"), 0},
-        {QStringLiteral("abc"), 0}, {QStringLiteral(" 1x"), 1}, {QString(), 0},
+        {std::nullopt, 1}, {u"1"_s, 1}, {u"0"_s, 0}, {u"abc"_s, 0}, {u" 1x"_s, 1}, {QString(), 0},
     };
     for (const Case& c : cases) {
         FormFixture f;
         if (c.stored)
-            f.settings.values.insert(QStringLiteral("Settings/Autojump"), *c.stored);
+            f.settings.values.insert(u"Settings/Autojump"_s, *c.stored);
         f.form.Form_Load();
         EXPECT_EQ(f.form.chkAutoJump.value(), c.checked)
             << c.stored.value_or("<none>").toStdString();
         f.form.Form_Unload();
-        EXPECT_EQ(f.settings.values.value(QStringLiteral("Settings/Autojump")),
-                  QString::number(c.checked));
-        EXPECT_EQ(f.settings.values.value(QStringLiteral("Settings/Profile")), QStringLiteral("0"));
+        EXPECT_EQ(f.settings.values.value(u"Settings/Autojump"_s), QString::number(c.checked));
+        EXPECT_EQ(f.settings.values.value(u"Settings/Profile"_s), u"0"_s);
     }
 }
 
@@ -125,16 +110,16 @@ TEST(Settings, UnloadGoesOnWhenTheStoreFails)
 {
     FormFixture f;
     f.form.Form_Load();
-    f.settings.failingKeys = {QStringLiteral("Autojump")};
+    f.settings.failingKeys = {u"Autojump"_s};
     f.form.Form_Unload();
     EXPECT_TRUE(f.boxes.shown.empty());
-    EXPECT_FALSE(f.settings.values.contains(QStringLiteral("Settings/Autojump")));
-    EXPECT_EQ(f.settings.values.value(QStringLiteral("Settings/Profile")), QStringLiteral("0"));
+    EXPECT_FALSE(f.settings.values.contains(u"Settings/Autojump"_s));
+    EXPECT_EQ(f.settings.values.value(u"Settings/Profile"_s), u"0"_s);
 
     // With no profile selected, -1 is saved.
     f.form.cboProfiles.setListIndex(-1);
     f.form.Form_Unload();
-    EXPECT_EQ(f.settings.values.value(QStringLiteral("Settings/Profile")), QStringLiteral("-1"));
+    EXPECT_EQ(f.settings.values.value(u"Settings/Profile"_s), u"-1"_s);
 }
 
 TEST(Commands, ExitAsksToUnloadAndHelpSendsF1)
@@ -145,27 +130,18 @@ TEST(Commands, ExitAsksToUnloadAndHelpSendsF1)
     f.form.cmdExit.click();
     EXPECT_EQ(unload.count(), 1);
     f.form.lblHelp.click();
-    EXPECT_EQ(f.shell.keysSent, QStringList{QStringLiteral("{F1}")});
-    EXPECT_EQ(f.form.HelpFile(), f.shell.programFolder + QStringLiteral("/Tolvane.hlp"));
-}
-
-TEST(Caption, IsTheNameAndThreePartVersion)
-{
-    FormFixture f;
-    f.form.Form_Load();
-    EXPECT_TRUE(f.form.window.text().contains(
-        QRegularExpression(QStringLiteral("^Tolvane v\\d+\\.\\d+\\.\\d+$"))))
-        << f.form.window.text().toStdString();
+    EXPECT_EQ(f.shell.keysSent, QStringList{u"{F1}"_s});
+    EXPECT_EQ(f.form.HelpFile(), f.shell.programFolder + u"/Tolvane.hlp"_s);
 }
 
 TEST(GetProfilePrefix, FollowsTheSelectedProfileUnlessAnIndexIsGiven)
 {
     FormFixture f;
-    EXPECT_EQ(f.form.GetProfilePrefix(), QStringLiteral("z"));
+    EXPECT_EQ(f.form.GetProfilePrefix(), u"z"_s);
     f.form.cboProfiles.setItems({"A", "B", "C", "D", "E"});
     f.form.cboProfiles.setListIndex(2);
-    EXPECT_EQ(f.form.GetProfilePrefix(-1), QStringLiteral("w"));
-    EXPECT_EQ(f.form.GetProfilePrefix(4), QStringLiteral("y"));
+    EXPECT_EQ(f.form.GetProfilePrefix(-1), u"w"_s);
+    EXPECT_EQ(f.form.GetProfilePrefix(4), u"y"_s);
     EXPECT_EQ(f.form.GetProfilePrefix(5), QString());
 }
 } // namespace

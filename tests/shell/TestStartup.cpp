@@ -3,14 +3,16 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
-const QString OldBrowserWarning = QStringLiteral(
-    "Tolvane has determined that you are running a version of Microsoft Internet Explorer older "
+const QString OldBrowserWarning =
+    u"Tolvane has determined that you are running a version of Microsoft Internet Explorer older "
     "than 5.0.  You should upgrade to the latest version of Internet Explorer in order for "
-    "Tolvane to work correctly.");
-const QString NotDefaultWarning = QStringLiteral(
-    "Internet Explorer is not your default web browser.  Until you set Internet Explorer to be "
-    "your default web browser, Tolvane will not work properly.");
+    "Tolvane to work correctly."_s;
+const QString NotDefaultWarning =
+    u"Internet Explorer is not your default web browser.  Until you set Internet Explorer to be "
+    "your default web browser, Tolvane will not work properly."_s;
 
 QStringList texts(const FakeMessageBoxes& boxes)
 {
@@ -22,55 +24,37 @@ QStringList texts(const FakeMessageBoxes& boxes)
 
 TEST(Startup, BrowserChecksWarnOnlyWhenTheirConditionHolds)
 {
+    const std::optional<DllVersion> none;
     struct Case
     {
         const char* name;
         std::optional<DllVersion> version;
-        QString associated;
-        bool tempFails;
-        QStringList warnings;
+        const char* associated;
+        bool tempFails, old, notDefault;
     } cases[] = {
-        {"5.0 is enough", DllVersion{5, 0}, QStringLiteral("C:\\IEXPLORE.EXE"), false, {}},
-        {"6.0, lower case",
-         DllVersion{6, 0},
-         QStringLiteral("c:\\program files\\iexplore.exe"),
-         false,
-         {}},
-        {"4.72 is old",
-         DllVersion{4, 72},
-         QStringLiteral("C:\\IEXPLORE.EXE"),
-         false,
-         {OldBrowserWarning}},
-        {"no version",
-         std::nullopt,
-         QStringLiteral("C:\\IEXPLORE.EXE"),
-         false,
-         {OldBrowserWarning}},
-        {"5.50 reads 5.5", DllVersion{5, 50}, QStringLiteral("x:\\iexplore.exe"), false, {}},
-        {"other browser",
-         DllVersion{6, 0},
-         QStringLiteral("C:\\firefox.exe"),
-         false,
-         {NotDefaultWarning}},
-        {"no association", DllVersion{6, 0}, QString(), false, {NotDefaultWarning}},
-        {"no temp folder",
-         DllVersion{6, 0},
-         QStringLiteral("C:\\IEXPLORE.EXE"),
-         true,
-         {NotDefaultWarning}},
-        {"both", DllVersion{4, 0}, QString(), false, {OldBrowserWarning, NotDefaultWarning}},
+        {"5.0 is enough", DllVersion{5, 0}, "C:\\IEXPLORE.EXE", false, false, false},
+        {"6.0, lower case", DllVersion{6, 0}, "c:\\files\\iexplore.exe", false, false, false},
+        {"4.72 is old", DllVersion{4, 72}, "C:\\IEXPLORE.EXE", false, true, false},
+        {"no version", none, "C:\\IEXPLORE.EXE", false, true, false},
+        {"5.50 reads 5.5", DllVersion{5, 50}, "x:\\iexplore.exe", false, false, false},
+        {"other browser", DllVersion{6, 0}, "C:\\firefox.exe", false, false, true},
+        {"no association", DllVersion{6, 0}, "", false, false, true},
+        {"no temp folder", DllVersion{6, 0}, "C:\\IEXPLORE.EXE", true, false, true},
+        {"both", DllVersion{4, 0}, "", false, true, true},
     };
     for (const Case& c : cases) {
         FormFixture f;
         f.shell.version = c.version;
         f.shell.tempFolderFails = c.tempFails;
-        f.shell.findExecutable = [&](const QString&) { return c.associated; };
+        f.shell.findExecutable = [&](const QString&) { return QString::fromLatin1(c.associated); };
         ASSERT_EQ(f.form.Form_Load(), frmMain::LoadResult::Show) << c.name;
-        EXPECT_EQ(texts(f.boxes), c.warnings) << c.name;
-        for (const auto& box : f.boxes.shown) {
-            EXPECT_EQ(box.icon, MsgIcon::Exclamation);
-            EXPECT_EQ(box.title, QStringLiteral("Tolvane"));
-        }
+        QStringList warnings;
+        for (const auto& [warned, text] :
+             {std::pair{c.old, OldBrowserWarning}, std::pair{c.notDefault, NotDefaultWarning}})
+            warnings += warned ? QStringList{text} : QStringList{};
+        EXPECT_EQ(texts(f.boxes), warnings) << c.name;
+        for (const auto& box : f.boxes.shown)
+            EXPECT_TRUE(box.icon == MsgIcon::Exclamation && box.title == QLatin1String("Tolvane"));
     }
 }
 
@@ -84,12 +68,11 @@ TEST(Startup, DefaultBrowserTestFileIsNamedByTheTimeAndRemoved)
         QFile test(file);
         existedDuringLookup = test.open(QIODevice::ReadOnly);
         content = test.readAll();
-        return QStringLiteral("iexplore.exe");
+        return u"iexplore.exe"_s;
     };
     f.form.Form_Load();
     ASSERT_EQ(f.shell.filesAskedFor.size(), 1);
-    EXPECT_EQ(f.shell.filesAskedFor.first(),
-              f.shell.tempFolder + QStringLiteral("/Test143025.html"));
+    EXPECT_EQ(f.shell.filesAskedFor.first(), f.shell.tempFolder + u"/Test143025.html"_s);
     EXPECT_TRUE(existedDuringLookup);
     EXPECT_EQ(content, QByteArray("\r\n"));
     EXPECT_FALSE(QFile::exists(f.shell.filesAskedFor.first()));
@@ -100,12 +83,12 @@ TEST(Startup, SecondInstanceEndsSilentlyTouchingNothing)
     FormFixture f;
     f.shell.anotherInstance = true;
     f.shell.version = std::nullopt;
-    f.writeDataFile(QStringLiteral("Any.ini"), "[Any]\r\nname=Ann\r\n");
+    f.writeDataFile(u"Any.ini"_s, "[Any]\r\nname=Ann\r\n");
     EXPECT_EQ(f.form.Form_Load(), frmMain::LoadResult::End);
     EXPECT_TRUE(f.boxes.shown.empty());
     EXPECT_TRUE(f.shell.filesAskedFor.isEmpty());
-    EXPECT_TRUE(QFile::exists(f.dataFile(QStringLiteral("Any.ini"))));
-    EXPECT_FALSE(QFile::exists(f.dataFile(QStringLiteral("zAny.ini"))));
+    EXPECT_TRUE(QFile::exists(f.dataFile(u"Any.ini"_s)));
+    EXPECT_FALSE(QFile::exists(f.dataFile(u"zAny.ini"_s)));
     EXPECT_TRUE(f.settings.values.isEmpty());
 }
 
@@ -115,16 +98,13 @@ TEST(Startup, DataFolderIsMadeUnderAppDataOrElseBesideTheProgram)
     withAppData.form.Form_Load();
     EXPECT_EQ(withAppData.form.DataFolder(), withAppData.dataFolder());
     EXPECT_TRUE(QFileInfo(withAppData.dataFolder()).isDir());
-    EXPECT_EQ(withAppData.form.ProfilesFile(),
-              withAppData.dataFile(QStringLiteral("Profiles.ini")));
-    EXPECT_EQ(withAppData.form.ShortcutsFile(),
-              withAppData.dataFile(QStringLiteral("zShortcuts.ini")));
+    EXPECT_EQ(withAppData.form.ProfilesFile(), withAppData.dataFile(u"Profiles.ini"_s));
+    EXPECT_EQ(withAppData.form.ShortcutsFile(), withAppData.dataFile(u"zShortcuts.ini"_s));
 
     FormFixture without;
     without.shell.appDataFolder = std::nullopt;
     without.form.Form_Load();
-    EXPECT_EQ(without.form.DataFolder(),
-              without.shell.programFolder + QStringLiteral("/Tolvane Data"));
+    EXPECT_EQ(without.form.DataFolder(), without.shell.programFolder + u"/Tolvane Data"_s);
     EXPECT_TRUE(QFileInfo(without.form.DataFolder()).isDir());
 }
 
@@ -134,8 +114,7 @@ TEST(Startup, DataFolderThatCannotBeFoundEndsWithTheCriticalMessage)
     f.shell.appDataFails = true;
     EXPECT_EQ(f.form.Form_Load(), frmMain::LoadResult::End);
     ASSERT_EQ(f.boxes.shown.size(), 1u);
-    EXPECT_EQ(f.boxes.shown[0].text,
-              QStringLiteral("Tolvane is unable to find the application data folder."));
+    EXPECT_EQ(f.boxes.shown[0].text, u"Tolvane is unable to find the application data folder."_s);
     EXPECT_EQ(f.boxes.shown[0].icon, MsgIcon::Critical);
 }
 
@@ -159,13 +138,12 @@ TEST(Startup, OldReleaseFilesTakeTheFirstProfilesNamesOnce)
         for (const QString& name : c.present)
             f.writeDataFile(name, "[X]\r\nfrom=" + name.toLatin1() + "\r\n");
         f.form.Form_Load();
-        QStringList files = QDir(f.dataFolder()).entryList({QStringLiteral("*.ini")}, QDir::Files);
+        QStringList files = QDir(f.dataFolder()).entryList({u"*.ini"_s}, QDir::Files);
         files.sort();
-        files.removeAll(QStringLiteral("Profiles.ini"));
+        files.removeAll(u"Profiles.ini"_s);
         EXPECT_EQ(files, c.after) << c.name;
-        if (c.present.contains(QStringLiteral("zAny.ini"))) {
-            EXPECT_EQ(f.readDataFile(QStringLiteral("zAny.ini")),
-                      QByteArray("[X]\r\nfrom=zAny.ini\r\n"));
+        if (c.present.contains(u"zAny.ini"_s)) {
+            EXPECT_EQ(f.readDataFile(u"zAny.ini"_s), QByteArray("[X]\r\nfrom=zAny.ini\r\n"));
         }
     }
 }
@@ -173,33 +151,30 @@ TEST(Startup, OldReleaseFilesTakeTheFirstProfilesNamesOnce)
 TEST(Startup, ProfileNamesMoveToProfilesIniOnce)
 {
     FormFixture f;
-    f.writeDataFile(QStringLiteral("zShortcuts.ini"),
+    f.writeDataFile(u"zShortcuts.ini"_s,
                     "[Shortcuts]\r\nMax=3\r\n[Profiles]\r\nProfile2=Anna\r\nProfile4=\r\n");
-    f.writeDataFile(QStringLiteral("Profiles.ini"),
-                    "[Profiles]\r\nProfile1=Kept\r\nProfile2=Old\r\n");
+    f.writeDataFile(u"Profiles.ini"_s, "[Profiles]\r\nProfile1=Kept\r\nProfile2=Old\r\n");
     f.form.Form_Load();
-    EXPECT_EQ(f.readDataFile(QStringLiteral("Profiles.ini")),
+    EXPECT_EQ(f.readDataFile(u"Profiles.ini"_s),
               QByteArray("[Profiles]\r\nProfile1=Kept\r\nProfile2=Anna\r\n"));
-    EXPECT_EQ(f.readDataFile(QStringLiteral("zShortcuts.ini")),
+    EXPECT_EQ(f.readDataFile(u"zShortcuts.ini"_s),
               QByteArray("[Shortcuts]\r\nMax=3\r\n[Profiles]\r\nProfile2=\r\nProfile4=\r\n"));
 
     // A second start finds nothing left to move and changes nothing.
-    f.writeDataFile(QStringLiteral("Profiles.ini"), "[Profiles]\r\nProfile2=Renamed\r\n");
+    f.writeDataFile(u"Profiles.ini"_s, "[Profiles]\r\nProfile2=Renamed\r\n");
     FormFixture again;
     again.shell.appDataFolder = f.shell.appDataFolder;
     again.form.Form_Load();
-    EXPECT_EQ(f.readDataFile(QStringLiteral("Profiles.ini")),
-              QByteArray("[Profiles]\r\nProfile2=Renamed\r\n"));
+    EXPECT_EQ(f.readDataFile(u"Profiles.ini"_s), QByteArray("[Profiles]\r\nProfile2=Renamed\r\n"));
 }
 
 TEST(Startup, ProfileNameStaysWhenItsNewFileCannotBeWritten)
 {
     FormFixture f;
-    f.writeDataFile(QStringLiteral("zShortcuts.ini"), "[Profiles]\r\nProfile1=Bo\r\n");
-    QDir(f.dataFolder()).mkdir(QStringLiteral("Profiles.ini"));
+    f.writeDataFile(u"zShortcuts.ini"_s, "[Profiles]\r\nProfile1=Bo\r\n");
+    QDir(f.dataFolder()).mkdir(u"Profiles.ini"_s);
     f.form.Form_Load();
-    EXPECT_EQ(f.readDataFile(QStringLiteral("zShortcuts.ini")),
-              QByteArray("[Profiles]\r\nProfile1=Bo\r\n"));
+    EXPECT_EQ(f.readDataFile(u"zShortcuts.ini"_s), QByteArray("[Profiles]\r\nProfile1=Bo\r\n"));
 }
 } // namespace
 
@@ -235,7 +210,7 @@ TEST(Startup, PersonalDataIsTheUsersAlone)
 
     FormFixture fresh;
     fresh.form.Form_Load();
-    fresh.form.valueStore().SetValue(QStringLiteral("http://prizes.example/"), "phone", "555 0100");
+    fresh.form.valueStore().SetValue(u"http://prizes.example/"_s, "phone", "555 0100");
     EXPECT_EQ(open(fresh.dataFolder()), 0);
     for (const QFileInfo& file : QDir(fresh.dataFolder()).entryInfoList(QDir::Files)) {
         EXPECT_EQ(open(file.filePath()), 0) << file.fileName().toStdString();
@@ -244,8 +219,8 @@ TEST(Startup, PersonalDataIsTheUsersAlone)
 
     FormFixture older;
     QDir().mkpath(older.dataFolder());
-    const QString any = older.dataFile(QStringLiteral("zAny.ini"));
-    const QString kept = older.dataFile(QStringLiteral("readonly.ini"));
+    const QString any = older.dataFile(u"zAny.ini"_s);
+    const QString kept = older.dataFile(u"readonly.ini"_s);
     for (const QString& file : {any, kept}) {
         QFile out(file);
         ASSERT_TRUE(out.open(QIODevice::WriteOnly));
@@ -261,6 +236,5 @@ TEST(Startup, PersonalDataIsTheUsersAlone)
     EXPECT_EQ(open(any), 0);
     EXPECT_EQ(open(kept), 0);
     EXPECT_FALSE(QFile::permissions(kept) & P::WriteOwner); // tightened, never opened up
-    EXPECT_EQ(older.form.valueStore().GetValue(QStringLiteral("http://a/"), "fname", {}),
-              QStringLiteral("Ann"));
+    EXPECT_EQ(older.form.valueStore().GetValue(u"http://a/"_s, "fname", {}), u"Ann"_s);
 }

@@ -1,6 +1,8 @@
 // The commands on the list: open, remove with confirmation, the pop-up menu, the add-button rule.
 #include "ShortcutFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestListCommands : public ShortcutFixture
 {
@@ -27,8 +29,8 @@ TEST_F(TestListCommands, NothingSelectedMeansNothingHappens)
     EXPECT_TRUE(f.shell.opened.isEmpty());
     EXPECT_TRUE(f.boxes.shown.empty());
     EXPECT_EQ(f.editor.shown, 0);
-    EXPECT_EQ(f.form.lblEntries.text(), QStringLiteral("1"));
-    EXPECT_EQ(f.form.lblLastEntry.text(), QStringLiteral("Last Entry"));
+    EXPECT_EQ(f.form.lblEntries.text(), u"1"_s);
+    EXPECT_EQ(f.form.lblLastEntry.text(), u"Last Entry"_s);
 }
 
 TEST_F(TestListCommands, OpeningTheSelectedShortcut)
@@ -49,7 +51,7 @@ TEST_F(TestListCommands, RemoveAsksAndEmptiesOnlyTheTitleOfItsOwnNumber)
     const QByteArray before = fileBytes();
     f.form.mnuRemoveShortcut.click();
     ASSERT_EQ(f.boxes.shown.size(), 1u);
-    EXPECT_EQ(f.boxes.shown[0].text, QStringLiteral("Remove shortcut Spring Sweepstakes?"));
+    EXPECT_EQ(f.boxes.shown[0].text, u"Remove shortcut Spring Sweepstakes?"_s);
     EXPECT_EQ(f.boxes.shown[0].buttons, MsgButtons::YesNo);
     EXPECT_EQ(f.boxes.shown[0].icon, MsgIcon::Question);
     EXPECT_EQ(fileBytes(), before);
@@ -58,9 +60,9 @@ TEST_F(TestListCommands, RemoveAsksAndEmptiesOnlyTheTitleOfItsOwnNumber)
     f.form.mnuRemoveShortcut.click();
     EXPECT_EQ(tags(), (QList<int>{1, 2, 4}));
     EXPECT_EQ(key(3, "Title"), QString());
-    EXPECT_EQ(key(3, "URL"), QStringLiteral("http://spring2.example/"));
-    EXPECT_EQ(key(1, "Title"), QStringLiteral("Spring Sweepstakes"));
-    EXPECT_EQ(f.ini.readEntry(file(), "Shortcuts", "Max"), QStringLiteral("4"));
+    EXPECT_EQ(key(3, "URL"), u"http://spring2.example/"_s);
+    EXPECT_EQ(key(1, "Title"), u"Spring Sweepstakes"_s);
+    EXPECT_EQ(f.ini.readEntry(file(), "Shortcuts", "Max"), u"4"_s);
     EXPECT_EQ(f.form.lvShortcuts.selectedIndex(), -1);
 }
 
@@ -76,8 +78,8 @@ TEST_F(TestListCommands, RightClickSelectsTheRowAndShowsTheMenu)
     };
     f.form.lvShortcuts.mouseDown(2, rowOf(4));
     EXPECT_EQ(f.form.lvShortcuts.selectedIndex(), rowOf(4));
-    EXPECT_EQ(f.form.lblLastEntry.text(), QStringLiteral("never"));
-    EXPECT_EQ(f.form.lblEntries.text(), QStringLiteral("0"));
+    EXPECT_EQ(f.form.lblLastEntry.text(), u"never"_s);
+    EXPECT_EQ(f.form.lblEntries.text(), u"0"_s);
     f.form.lvShortcuts.mouseUp(2);
     EXPECT_EQ(defaultItem, &f.form.mnuGotoShortcut);
     EXPECT_EQ(captions, (QStringList{"&Goto Shortcut", "&Edit Shortcut", "&Remove Shortcut", "-",

@@ -2,6 +2,8 @@
 // writes nothing, and the list is reloaded either way.
 #include "ShortcutFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestShortcutEditor : public ShortcutFixture
 {
@@ -47,8 +49,8 @@ TEST_F(TestShortcutEditor, NewShortcutsTakeTheLowestFreeNumber)
             setMax(c.max);
         userPresses(true);
         addActivePage("  Spring Sweepstakes  ", "http://spring.example/enter");
-        EXPECT_EQ(key(c.expectedNumber, "Title"), QStringLiteral("Spring Sweepstakes")) << c.name;
-        EXPECT_EQ(key(0, "Title"), QStringLiteral("<missing>")) << c.name;
+        EXPECT_EQ(key(c.expectedNumber, "Title"), u"Spring Sweepstakes"_s) << c.name;
+        EXPECT_EQ(key(0, "Title"), u"<missing>"_s) << c.name;
         EXPECT_EQ(f.ini.readEntry(file(), "Shortcuts", "Max"), QString::number(c.expectedMax))
             << c.name;
         EXPECT_TRUE(tags().contains(c.expectedNumber)) << c.name;
@@ -72,11 +74,11 @@ TEST_F(TestShortcutEditor, AddingFillsTheDialogFromTheActivePage)
     });
     addActivePage("  Win a Car ", "http://cars.example/win ");
     ASSERT_NE(seen, nullptr);
-    EXPECT_EQ(name, QStringLiteral("Win a Car"));
-    EXPECT_EQ(url, QStringLiteral("http://cars.example/win "));
-    EXPECT_EQ(last, QStringLiteral("never"));
-    EXPECT_EQ(total, QStringLiteral("0"));
-    EXPECT_EQ(remind, QStringLiteral("Never"));
+    EXPECT_EQ(name, u"Win a Car"_s);
+    EXPECT_EQ(url, u"http://cars.example/win "_s);
+    EXPECT_EQ(last, u"never"_s);
+    EXPECT_EQ(total, u"0"_s);
+    EXPECT_EQ(remind, u"Never"_s);
     EXPECT_EQ(starts, QDate(2005, 3, 10));
     EXPECT_EQ(ends, QDate(2006, 3, 10));
     const std::pair<const char*, const char*> written[] = {{"Title", "Win a Car"},
@@ -117,8 +119,8 @@ TEST_F(TestShortcutEditor, EditingRewritesTheEightKeysAndLeavesMax)
         {"Source", "Newspaper"},     {"Notes", "Enter daily"}};
     for (const auto& [k, v] : written)
         EXPECT_EQ(key(2, k), QString::fromLatin1(v)) << k;
-    EXPECT_EQ(f.ini.readEntry(file(), "Shortcuts", "Max"), QStringLiteral("9"));
-    EXPECT_EQ(f.form.lvShortcuts.row(0).text, QStringLiteral("New title"));
+    EXPECT_EQ(f.ini.readEntry(file(), "Shortcuts", "Max"), u"9"_s);
+    EXPECT_EQ(f.form.lvShortcuts.row(0).text, u"New title"_s);
 }
 
 TEST_F(TestShortcutEditor, CancelWritesNothingButTheListIsReloaded)
@@ -132,7 +134,7 @@ TEST_F(TestShortcutEditor, CancelWritesNothingButTheListIsReloaded)
     shortcut(1, "Changed elsewhere");
     f.form.lvShortcuts.setSelectedIndex(0);
     f.form.mnuEditShortcut.click();
-    EXPECT_EQ(f.form.lvShortcuts.row(0).text, QStringLiteral("Changed elsewhere"));
+    EXPECT_EQ(f.form.lvShortcuts.row(0).text, u"Changed elsewhere"_s);
 }
 
 TEST_F(TestShortcutEditor, AnUnreadableReminderIsReportedAndTheDialogNotShown)
@@ -146,14 +148,7 @@ TEST_F(TestShortcutEditor, AnUnreadableReminderIsReportedAndTheDialogNotShown)
     EXPECT_EQ(f.editor.shown, 0);
     ASSERT_FALSE(f.boxes.shown.empty());
     EXPECT_EQ(f.boxes.shown.back().text,
-              QStringLiteral(
-                  "An error occured in procedure EditShortcut.\r\n\r\n380 Invalid property value"));
+              u"An error occured in procedure EditShortcut.\r\n\r\n380 Invalid property value"_s);
 }
 
-TEST_F(TestShortcutEditor, HelpLabelSendsF1)
-{
-    f.editor.user = [](frmShortcut& form) { form.lblHelp.click(); };
-    addActivePage("Page", "http://p.example/");
-    EXPECT_EQ(f.shell.keysSent, QStringList{"{F1}"});
-}
 } // namespace

@@ -3,6 +3,8 @@
 #include "ReminderState.h"
 #include "ShortcutFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 using TestShortcutList = ShortcutFixture;
 
@@ -19,8 +21,8 @@ TEST_F(TestShortcutList, RowsComeInNumberOrderWithoutTheEmptyTitles)
     f.ini.writeEntry(file(), "Shortcut05", "Title", "Leading zero");
     f.form.Form_Load();
     EXPECT_EQ(tags(), (QList<int>{1, 3, 5}));
-    EXPECT_EQ(f.form.lvShortcuts.row(2).text, QStringLiteral("Five"));
-    EXPECT_EQ(f.form.lvShortcuts.row(2).toolTip, QStringLiteral("http://five.example/"));
+    EXPECT_EQ(f.form.lvShortcuts.row(2).text, u"Five"_s);
+    EXPECT_EQ(f.form.lvShortcuts.row(2).toolTip, u"http://five.example/"_s);
     EXPECT_TRUE(f.form.lvShortcuts.isVisible());
 }
 
@@ -66,7 +68,7 @@ TEST_F(TestShortcutList, ARemindValueAboveThreeIsReportedAndTheRowStays)
     EXPECT_EQ(tags(), (QList<int>{1, 2}));
     ASSERT_EQ(f.boxes.shown.size(), 1u);
     EXPECT_TRUE(f.boxes.shown[0].text.startsWith("An error occured in procedure DrawShortcut."));
-    EXPECT_EQ(f.form.lvShortcuts.row(0).toolTip, QStringLiteral("http://site1.example/"));
+    EXPECT_EQ(f.form.lvShortcuts.row(0).toolTip, u"http://site1.example/"_s);
     EXPECT_EQ(f.form.lvShortcuts.row(0).icon, 1);
 }
 
@@ -86,7 +88,7 @@ TEST_F(TestShortcutList, ARebuildKeepsTheSelectionAndTopRowByNumber)
 {
     setMax(40);
     for (int n = 1; n <= 40; ++n)
-        shortcut(n, QStringLiteral("Contest %1").arg(n));
+        shortcut(n, u"Contest %1"_s.arg(n));
     f.form.lvShortcuts.setVisibleRowCount(10);
     f.form.Form_Load();
     // Nothing selected: none after the rebuild, and the list ends at its last row.
@@ -99,8 +101,8 @@ TEST_F(TestShortcutList, ARebuildKeepsTheSelectionAndTopRowByNumber)
     f.form.shortcutList().RequeryShortcuts();
     EXPECT_EQ(f.form.lvShortcuts.row(f.form.lvShortcuts.selectedIndex()).tag, 15);
     EXPECT_EQ(f.form.lvShortcuts.row(f.form.lvShortcuts.topIndex()).tag, 12);
-    EXPECT_EQ(f.form.lblLastEntry.text(), QStringLiteral("never"));
-    EXPECT_EQ(f.form.lblEntries.text(), QStringLiteral("0"));
+    EXPECT_EQ(f.form.lblLastEntry.text(), u"never"_s);
+    EXPECT_EQ(f.form.lblEntries.text(), u"0"_s);
 
     put(15, "Title", "");
     f.form.shortcutList().RequeryShortcuts();
@@ -123,8 +125,8 @@ TEST_F(TestShortcutList, AVisitRedrawsTheFirstRowOfThatAddress)
     page->click();
     EXPECT_EQ(f.form.lvShortcuts.row(0).icon, StateIcon::Daily);
     EXPECT_EQ(f.form.lvShortcuts.row(1).icon, StateIcon::Due); // only the first is redrawn
-    EXPECT_EQ(f.form.lblEntries.text(), QStringLiteral("1"));
-    EXPECT_EQ(f.form.lblLastEntry.text(), QStringLiteral("3/10/2005 12:00 PM"));
+    EXPECT_EQ(f.form.lblEntries.text(), u"1"_s);
+    EXPECT_EQ(f.form.lblLastEntry.text(), u"3/10/2005 12:00 PM"_s);
 }
 } // namespace
 

@@ -5,9 +5,11 @@
 // few hundred keys so that most writes replace an earlier value.
 #include <QString>
 
+using namespace Qt::StringLiterals;
+
 namespace CrashWrites {
 constexpr int Count = 10000;
-inline const QString ShortcutsFile = QStringLiteral("Shortcuts.ini");
+inline const QString ShortcutsFile = u"Shortcuts.ini"_s;
 
 struct Write
 {
@@ -19,13 +21,12 @@ struct Write
 
 inline Write write(int number)
 {
-    const QString value = QStringLiteral("value %1").arg(number);
+    const QString value = u"value %1"_s.arg(number);
     if (number % 2 == 0)
-        return {
-            {}, QStringLiteral("Shortcut%1").arg(number / 2 % 150), QStringLiteral("Title"), value};
-    return {QStringLiteral("http://site%1.example/contest").arg(number % 5),
+        return {{}, u"Shortcut%1"_s.arg(number / 2 % 150), u"Title"_s, value};
+    return {u"http://site%1.example/contest"_s.arg(number % 5),
             {},
-            QStringLiteral("field%1").arg(number % 97),
+            u"field%1"_s.arg(number % 97),
             value};
 }
 } // namespace CrashWrites

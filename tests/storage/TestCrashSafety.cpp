@@ -11,6 +11,8 @@
 #include <random>
 #include <signal.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestCrashSafety : public StorageFixture
 {
@@ -40,8 +42,7 @@ protected:
     {
         static const QRegularExpression line(
             QStringLiteral(R"(^(\[[^\r\n]*\]|[^\r\n=\[]*=[^\r\n]*|)$)"));
-        for (const QString& name :
-             QDir(dir.path()).entryList({QStringLiteral("*.ini")}, QDir::Files)) {
+        for (const QString& name : QDir(dir.path()).entryList({u"*.ini"_s}, QDir::Files)) {
             for (const QByteArray& text : fileBytes(name).split('\n')) {
                 const QString content =
                     QString::fromLatin1(text.endsWith('\r') ? text.chopped(1) : text);
@@ -62,9 +63,8 @@ protected:
         QMap<QString, int> last; // by file, section and key
         const auto slot = [&](const CrashWrites::Write& write, bool anySite) {
             if (write.site.isEmpty())
-                return QStringLiteral("S|%1|%2").arg(write.section, write.key);
-            return anySite ? QStringLiteral("A|%1").arg(write.key)
-                           : QStringLiteral("V|%1|%2").arg(write.site, write.key);
+                return u"S|%1|%2"_s.arg(write.section, write.key);
+            return anySite ? u"A|%1"_s.arg(write.key) : u"V|%1|%2"_s.arg(write.site, write.key);
         };
         for (int number = 0; number < next; ++number) {
             const CrashWrites::Write write = CrashWrites::write(number);
@@ -78,13 +78,13 @@ protected:
             const bool anySite = entry.key().startsWith(QLatin1Char('A'));
             QString stored;
             if (write.site.isEmpty())
-                stored = freshIni.ReadINI(write.section, write.key, QStringLiteral("<missing>"),
+                stored = freshIni.ReadINI(write.section, write.key, u"<missing>"_s,
                                           DataFilePath(location, CrashWrites::ShortcutsFile));
             else if (anySite)
-                stored = freshValues.GetValue(QStringLiteral("http://never.example/"), write.key,
-                                              QStringLiteral("<missing>"));
+                stored =
+                    freshValues.GetValue(u"http://never.example/"_s, write.key, u"<missing>"_s);
             else
-                stored = freshIni.ReadINI(write.site, write.key, QStringLiteral("<missing>"),
+                stored = freshIni.ReadINI(write.site, write.key, u"<missing>"_s,
                                           freshSites.SiteFilePath(write.site));
             const bool interruptedHere =
                 next < CrashWrites::Count && slot(interrupted, anySite) == entry.key();

@@ -5,6 +5,8 @@
 #include <QLocale>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 struct LocaleScope
 {
@@ -23,8 +25,8 @@ QDateTime at(int y, int m, int d, int h = 0, int min = 0, int s = 0)
 TEST(DateText, WrittenFormsReadBackAsTheSameMomentInEveryLocale)
 {
     const QDateTime moment = at(2026, 1, 5, 0, 7, 9);
-    EXPECT_EQ(DateText::fromDateTime(moment), QStringLiteral("2026-01-05 00:07:09"));
-    EXPECT_EQ(DateText::fromDate(QDate(2005, 12, 31)), QStringLiteral("2005-12-31"));
+    EXPECT_EQ(DateText::fromDateTime(moment), u"2026-01-05 00:07:09"_s);
+    EXPECT_EQ(DateText::fromDate(QDate(2005, 12, 31)), u"2005-12-31"_s);
     for (const char* name :
          {"en_US", "en_GB", "fr_FR", "de_DE", "ja_JP", "en_AU", "ko_KR", "ar_EG"}) {
         const LocaleScope locale(name);

@@ -8,11 +8,13 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestIni : public ::testing::Test
 {
 protected:
-    QString path(const QString& name = QStringLiteral("zAny.ini")) const
+    QString path(const QString& name = u"zAny.ini"_s) const
     {
         return m_dir.path() + QLatin1Char('/') + name;
     }
@@ -30,77 +32,39 @@ TEST_F(TestIni, ValuesReadBackTrimmedAndCutAt255Characters)
         QString written;
         QString readBack;
     } cases[] = {
-        {QStringLiteral("  abc  "), QStringLiteral("abc")},
+        {u"  abc  "_s, u"abc"_s},
         {long300, long300.left(255)},
-        {QStringLiteral(" ") + QString(254, QLatin1Char('y')) + QStringLiteral("z  tail"),
-         QString(254, QLatin1Char('y')) + QStringLiteral("z")},
-        {QStringLiteral("a=b=c"), QStringLiteral("a=b=c")},
-        {QStringLiteral("\"quoted\""), QStringLiteral("quoted")},
-        {QStringLiteral("caf\u00e9 \u20ac"), QStringLiteral("caf\u00e9 \u20ac")},
-        {QStringLiteral("\u4e2d"), QStringLiteral("\u4e2d")},
+        {u" "_s + QString(254, QLatin1Char('y')) + u"z  tail"_s,
+         QString(254, QLatin1Char('y')) + u"z"_s},
+        {u"a=b=c"_s, u"a=b=c"_s},
+        {u"\"quoted\""_s, u"quoted"_s},
+        {u"caf\u00e9 \u20ac"_s, u"caf\u00e9 \u20ac"_s},
+        {u"\u4e2d"_s, u"\u4e2d"_s},
         // The cut falls inside the last character: it goes whole.
         {QString(254, QLatin1Char('x')) + QString::fromUtf8("\U0001F3C6"),
          QString(254, QLatin1Char('x'))},
     };
     for (const Case& c : cases) {
-        m_ini.WriteINI(QStringLiteral("Any"), QStringLiteral("Key"), c.written, path());
-        EXPECT_EQ(m_ini.ReadINI(QStringLiteral("Any"), QStringLiteral("Key"), {}, path()),
-                  c.readBack)
+        m_ini.WriteINI(u"Any"_s, u"Key"_s, c.written, path());
+        EXPECT_EQ(m_ini.ReadINI(u"Any"_s, u"Key"_s, {}, path()), c.readBack)
             << c.written.toStdString();
     }
 }
 
 TEST_F(TestIni, EmptyValueIsNotMissingButMissingGivesTrimmedDefault)
 {
-    m_ini.WriteINI(QStringLiteral("S"), QStringLiteral("Empty"), QString(), path());
-    EXPECT_EQ(
-        m_ini.ReadINI(QStringLiteral("S"), QStringLiteral("Empty"), QStringLiteral("dflt"), path()),
-        QString());
-    EXPECT_EQ(m_ini.ReadINI(QStringLiteral("S"), QStringLiteral("Missing"),
-                            QStringLiteral("  dflt "), path()),
-              QStringLiteral("dflt"));
-    EXPECT_EQ(m_ini.ReadINI(QStringLiteral("Other"), QStringLiteral("Empty"), QStringLiteral("d"),
-                            path()),
-              QStringLiteral("d"));
-    EXPECT_EQ(m_ini.ReadINI(QStringLiteral("S"), QStringLiteral("Empty"), QStringLiteral("d"),
-                            path(QStringLiteral("nofile.ini"))),
-              QStringLiteral("d"));
+    m_ini.WriteINI(u"S"_s, u"Empty"_s, QString(), path());
+    EXPECT_EQ(m_ini.ReadINI(u"S"_s, u"Empty"_s, u"dflt"_s, path()), QString());
+    EXPECT_EQ(m_ini.ReadINI(u"S"_s, u"Missing"_s, u"  dflt "_s, path()), u"dflt"_s);
+    EXPECT_EQ(m_ini.ReadINI(u"Other"_s, u"Empty"_s, u"d"_s, path()), u"d"_s);
+    EXPECT_EQ(m_ini.ReadINI(u"S"_s, u"Empty"_s, u"d"_s, path(u"nofile.ini"_s)), u"d"_s);
 }
 
 TEST_F(TestIni, NoFolderIsCreated)
 {
-    const QString inMissingFolder = m_dir.path() + QStringLiteral("/gone/zAny.ini");
-    EXPECT_EQ(m_ini.WriteINI(QStringLiteral("Any"), QStringLiteral("k"), QStringLiteral("v"),
-                             inMissingFolder),
-              0);
-    EXPECT_FALSE(QFile::exists(m_dir.path() + QStringLiteral("/gone")));
+    const QString inMissingFolder = m_dir.path() + u"/gone/zAny.ini"_s;
+    EXPECT_EQ(m_ini.WriteINI(u"Any"_s, u"k"_s, u"v"_s, inMissingFolder), 0);
+    EXPECT_FALSE(QFile::exists(m_dir.path() + u"/gone"_s));
 }
 
-TEST(SameText, ComparesUpperCasedAndTrimmedOfSpaces)
-{
-    struct Case
-    {
-        const char* a;
-        const char* b;
-        bool same;
-    } cases[] = {
-        {" Name ", "NAME", true},
-        {"a b", "ab", false},
-        {"", "  ", true},
-        {"\tName", "Name", false},
-        {"caf\xc3\xa9", "CAF\xc3\x89", true},
-        {"x", "y", false},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(SameText(QString::fromUtf8(c.a), QString::fromUtf8(c.b)), c.same)
-            << c.a << "|" << c.b;
-}
-
-TEST(ProfilePrefixOf, MapsIndexesToLetters)
-{
-    const std::pair<int, const char*> cases[] = {{-1, "z"}, {-7, "z"}, {0, "z"}, {1, "v"}, {2, "w"},
-                                                 {3, "x"},  {4, "y"},  {5, ""},  {99, ""}};
-    for (const auto& [index, prefix] : cases)
-        EXPECT_EQ(ProfilePrefixOf(index), QString::fromLatin1(prefix)) << index;
-}
 } // namespace

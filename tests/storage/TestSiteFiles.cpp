@@ -3,6 +3,8 @@
 
 #include "DateText.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 using TestSiteFiles = StorageFixture;
 
@@ -14,31 +16,24 @@ TEST_F(TestSiteFiles, AddressesMapToTheirFileNames)
         int profile;
         QString file;
     } cases[] = {
-        {QStringLiteral("http://prizes.example/enter.html"), 0,
-         QStringLiteral("zPRIZES.EXAMPLE!ENTER.HTML.ini")},
-        {QStringLiteral("http://prizes.example/contest/entry.asp?id=42&ref=home"), 0,
-         QStringLiteral("zPRIZES.EXAMPLE!CONTEST!ENTRY.ASPID=42&R.ini")},
-        {QStringLiteral("http://prizes.example/contest/entry.asp?id=42&ref=mail"), 0,
-         QStringLiteral("zPRIZES.EXAMPLE!CONTEST!ENTRY.ASPID=42&R.ini")},
-        {QStringLiteral("https://prizes.example/win"), 1,
-         QStringLiteral("vHTTPSPRIZES.EXAMPLE!WIN.ini")},
-        {QStringLiteral("HTTP://Prizes.Example/"), 0, QStringLiteral("zHTTPPRIZES.EXAMPLE!.ini")},
-        {QStringLiteral("http://prizes.example/a b/c%20d.htm"), 2,
-         QStringLiteral("wPRIZES.EXAMPLE!AB!C%20D.HTM.ini")},
-        {QStringLiteral("http://prizes.example:8080/x y"), 4,
-         QStringLiteral("yPRIZES.EXAMPLE8080!XY.ini")},
-        {QStringLiteral("file://C:\\My Pages\\form.htm"), 0,
-         QStringLiteral("zFILEC!MYPAGES!FORM.HTM.ini")},
-        {QStringLiteral("\\\\server\\share\\form.htm"), 3,
-         QStringLiteral("xSERVER!SHARE!FORM.HTM.ini")},
-        {QStringLiteral("about:blank"), 0, QStringLiteral("zABOUTBLANK.ini")},
-        {QStringLiteral("http://:;<>\"?*|"), -1, QStringLiteral("z.ini")},
-        {QStringLiteral("http://caf\u00e9.example/\uff21\u4e2d"), 0,
-         QStringLiteral("zCAF.EXAMPLE!.ini")},
-        {QStringLiteral("http://x/a\r\nb\tc"), 0, QStringLiteral("zX!ABC.ini")},
-        {QStringLiteral("http://x/") + QString(10000, QLatin1Char('q')), 0,
-         QStringLiteral("zX!") + QString(37, QLatin1Char('Q')) + QStringLiteral(".ini")},
-        {QStringLiteral("http://x/"), 5, QStringLiteral("X!.ini")},
+        {u"http://prizes.example/enter.html"_s, 0, u"zPRIZES.EXAMPLE!ENTER.HTML.ini"_s},
+        {u"http://prizes.example/contest/entry.asp?id=42&ref=home"_s, 0,
+         u"zPRIZES.EXAMPLE!CONTEST!ENTRY.ASPID=42&R.ini"_s},
+        {u"http://prizes.example/contest/entry.asp?id=42&ref=mail"_s, 0,
+         u"zPRIZES.EXAMPLE!CONTEST!ENTRY.ASPID=42&R.ini"_s},
+        {u"https://prizes.example/win"_s, 1, u"vHTTPSPRIZES.EXAMPLE!WIN.ini"_s},
+        {u"HTTP://Prizes.Example/"_s, 0, u"zHTTPPRIZES.EXAMPLE!.ini"_s},
+        {u"http://prizes.example/a b/c%20d.htm"_s, 2, u"wPRIZES.EXAMPLE!AB!C%20D.HTM.ini"_s},
+        {u"http://prizes.example:8080/x y"_s, 4, u"yPRIZES.EXAMPLE8080!XY.ini"_s},
+        {u"file://C:\\My Pages\\form.htm"_s, 0, u"zFILEC!MYPAGES!FORM.HTM.ini"_s},
+        {u"\\\\server\\share\\form.htm"_s, 3, u"xSERVER!SHARE!FORM.HTM.ini"_s},
+        {u"about:blank"_s, 0, u"zABOUTBLANK.ini"_s},
+        {u"http://:;<>\"?*|"_s, -1, u"z.ini"_s},
+        {u"http://caf\u00e9.example/\uff21\u4e2d"_s, 0, u"zCAF.EXAMPLE!.ini"_s},
+        {u"http://x/a\r\nb\tc"_s, 0, u"zX!ABC.ini"_s},
+        {u"http://x/"_s + QString(10000, QLatin1Char('q')), 0,
+         u"zX!"_s + QString(37, QLatin1Char('Q')) + u".ini"_s},
+        {u"http://x/"_s, 5, u"X!.ini"_s},
     };
     for (const Case& c : cases) {
         location.profile = c.profile;
@@ -49,7 +44,7 @@ TEST_F(TestSiteFiles, AddressesMapToTheirFileNames)
 
 TEST_F(TestSiteFiles, VisitsCountDaysNotClicks)
 {
-    const QString page = QStringLiteral("http://prizes.example/enter.html");
+    const QString page = u"http://prizes.example/enter.html"_s;
     struct Step
     {
         QDateTime at;
@@ -63,96 +58,86 @@ TEST_F(TestSiteFiles, VisitsCountDaysNotClicks)
         {QDateTime(QDate(2026, 3, 14), QTime(18, 0)), 3}, // clock set back a day
         {QDateTime(QDate(2026, 3, 20), QTime(8, 0)), 4},
     };
-    EXPECT_EQ(sites.GetLastVisit(page), QStringLiteral("never"));
+    EXPECT_EQ(sites.GetLastVisit(page), u"never"_s);
     EXPECT_EQ(sites.GetTotalVisits(page), 0);
     for (const Step& step : steps) {
         clock.current = step.at;
         sites.SetLastVisit(page);
         EXPECT_EQ(sites.GetTotalVisits(page), step.visits) << step.at.toString().toStdString();
-        EXPECT_EQ(raw(QStringLiteral("zPRIZES.EXAMPLE!ENTER.HTML.ini"), QStringLiteral("URL"),
-                      QStringLiteral("LastVisit")),
+        EXPECT_EQ(raw(u"zPRIZES.EXAMPLE!ENTER.HTML.ini"_s, u"URL"_s, u"LastVisit"_s),
                   DateText::fromDateTime(step.at));
     }
-    EXPECT_EQ(sites.GetLastVisit(page), QStringLiteral("3/20/2026 8:00 AM"));
+    EXPECT_EQ(sites.GetLastVisit(page), u"3/20/2026 8:00 AM"_s);
     EXPECT_TRUE(errors.reports.empty());
 }
 
 TEST_F(TestSiteFiles, LastVisitIsShownInTheLocalesShortDateAndTwelveHourTime)
 {
-    const QString page = QStringLiteral("http://p.example/");
-    const QString file = dir.path() + QStringLiteral("/zP.EXAMPLE!.ini");
+    const QString page = u"http://p.example/"_s;
+    const QString file = dir.path() + u"/zP.EXAMPLE!.ini"_s;
     const std::pair<QString, QString> cases[] = {
-        {QStringLiteral("3/14/2005 4:07:00 PM"), QStringLiteral("3/14/2005 4:07 PM")},
-        {QStringLiteral("3/14/2005 12:05:09 AM"), QStringLiteral("3/14/2005 12:05 AM")},
-        {QStringLiteral("12/1/2026 12:00:00 PM"), QStringLiteral("12/1/2026 12:00 PM")},
-        {QStringLiteral("2005-03-14T16:07:00"), QStringLiteral("3/14/2005 4:07 PM")},
-        {QStringLiteral("3/14/2005"), QStringLiteral("3/14/2005 12:00 AM")},
-        {QStringLiteral("yesterday-ish"), QStringLiteral("yesterday-ish")},
+        {u"3/14/2005 4:07:00 PM"_s, u"3/14/2005 4:07 PM"_s},
+        {u"3/14/2005 12:05:09 AM"_s, u"3/14/2005 12:05 AM"_s},
+        {u"12/1/2026 12:00:00 PM"_s, u"12/1/2026 12:00 PM"_s},
+        {u"2005-03-14T16:07:00"_s, u"3/14/2005 4:07 PM"_s},
+        {u"3/14/2005"_s, u"3/14/2005 12:00 AM"_s},
+        {u"yesterday-ish"_s, u"yesterday-ish"_s},
     };
     for (const auto& [stored, shown] : cases) {
-        ini.WriteINI(QStringLiteral("URL"), QStringLiteral("LastVisit"), stored, file);
+        ini.WriteINI(u"URL"_s, u"LastVisit"_s, stored, file);
         EXPECT_EQ(sites.GetLastVisit(page), shown) << stored.toStdString();
     }
 
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    ini.WriteINI(QStringLiteral("URL"), QStringLiteral("LastVisit"),
-                 QStringLiteral("3/14/2005 4:07:00 PM"), file);
-    EXPECT_EQ(sites.GetLastVisit(page), QStringLiteral("14.03.2005 4:07 PM"));
+    ini.WriteINI(u"URL"_s, u"LastVisit"_s, u"3/14/2005 4:07:00 PM"_s, file);
+    EXPECT_EQ(sites.GetLastVisit(page), u"14.03.2005 4:07 PM"_s);
 }
 
 TEST_F(TestSiteFiles, DamagedRecordsCountAsTheSystemSays)
 {
-    const QString page = QStringLiteral("http://p.example/");
-    const QString file = dir.path() + QStringLiteral("/zP.EXAMPLE!.ini");
+    const QString page = u"http://p.example/"_s;
+    const QString file = dir.path() + u"/zP.EXAMPLE!.ini"_s;
     clock.current = QDateTime(QDate(2026, 5, 1), QTime(10, 0));
 
     // A last visit that is no date counts as today: this click is not a new day.
-    ini.WriteINI(QStringLiteral("URL"), QStringLiteral("LastVisit"), QStringLiteral("garbage"),
-                 file);
-    ini.WriteINI(QStringLiteral("URL"), QStringLiteral("Visits"), QStringLiteral("7"), file);
+    ini.WriteINI(u"URL"_s, u"LastVisit"_s, u"garbage"_s, file);
+    ini.WriteINI(u"URL"_s, u"Visits"_s, u"7"_s, file);
     sites.SetLastVisit(page);
     EXPECT_EQ(sites.GetTotalVisits(page), 7);
-    EXPECT_EQ(sites.GetLastVisit(page), QStringLiteral("5/1/2026 10:00 AM"));
+    EXPECT_EQ(sites.GetLastVisit(page), u"5/1/2026 10:00 AM"_s);
 
     const std::pair<QString, int> totals[] = {
-        {QStringLiteral("abc"), 0}, {QStringLiteral("12 days"), 12}, {QStringLiteral("2.5"), 2},
-        {QStringLiteral("3.5"), 4}, {QStringLiteral("-3"), -3},
+        {u"abc"_s, 0}, {u"12 days"_s, 12}, {u"2.5"_s, 2}, {u"3.5"_s, 4}, {u"-3"_s, -3},
     };
     for (const auto& [stored, total] : totals) {
-        ini.WriteINI(QStringLiteral("URL"), QStringLiteral("Visits"), stored, file);
+        ini.WriteINI(u"URL"_s, u"Visits"_s, stored, file);
         EXPECT_EQ(sites.GetTotalVisits(page), total) << stored.toStdString();
     }
     EXPECT_TRUE(errors.reports.empty());
 
-    ini.WriteINI(QStringLiteral("URL"), QStringLiteral("Visits"), QStringLiteral("99999999999"),
-                 file);
+    ini.WriteINI(u"URL"_s, u"Visits"_s, u"99999999999"_s, file);
     EXPECT_EQ(sites.GetTotalVisits(page), 0);
-    ini.WriteINI(QStringLiteral("URL"), QStringLiteral("Visits"), QStringLiteral("2147483647"),
-                 file);
+    ini.WriteINI(u"URL"_s, u"Visits"_s, u"2147483647"_s, file);
     clock.current = clock.current.addDays(1);
     sites.SetLastVisit(page);
     ASSERT_EQ(errors.reports.size(), 2u);
-    EXPECT_EQ(errors.reports[0].procedure, QStringLiteral("GetTotalVisits"));
+    EXPECT_EQ(errors.reports[0].procedure, u"GetTotalVisits"_s);
     EXPECT_EQ(errors.reports[0].number, 6);
-    EXPECT_EQ(errors.reports[1].procedure, QStringLiteral("SetLastVisit"));
+    EXPECT_EQ(errors.reports[1].procedure, u"SetLastVisit"_s);
     // What was written before the failure stays written; the count is left alone.
-    EXPECT_EQ(
-        raw(QStringLiteral("zP.EXAMPLE!.ini"), QStringLiteral("URL"), QStringLiteral("LastVisit")),
-        QStringLiteral("2026-05-02 10:00:00"));
-    EXPECT_EQ(
-        raw(QStringLiteral("zP.EXAMPLE!.ini"), QStringLiteral("URL"), QStringLiteral("Visits")),
-        QStringLiteral("2147483647"));
+    EXPECT_EQ(raw(u"zP.EXAMPLE!.ini"_s, u"URL"_s, u"LastVisit"_s), u"2026-05-02 10:00:00"_s);
+    EXPECT_EQ(raw(u"zP.EXAMPLE!.ini"_s, u"URL"_s, u"Visits"_s), u"2147483647"_s);
 }
 
 TEST_F(TestSiteFiles, RecordsAreSharedByTheFirstFortyCharactersAndKeptPerProfile)
 {
-    const QString home = QStringLiteral("http://prizes.example/contest/entry.asp?id=42&ref=home");
-    const QString mail = QStringLiteral("http://prizes.example/contest/entry.asp?id=42&ref=mail");
+    const QString home = u"http://prizes.example/contest/entry.asp?id=42&ref=home"_s;
+    const QString mail = u"http://prizes.example/contest/entry.asp?id=42&ref=mail"_s;
     sites.SetLastVisit(home);
     EXPECT_EQ(sites.GetTotalVisits(mail), 1);
     location.profile = 1;
     EXPECT_EQ(sites.GetTotalVisits(home), 0);
-    EXPECT_EQ(sites.GetLastVisit(home), QStringLiteral("never"));
+    EXPECT_EQ(sites.GetLastVisit(home), u"never"_s);
     sites.SetLastVisit(home);
     clock.current = clock.current.addDays(1);
     sites.SetLastVisit(home);
@@ -166,11 +151,11 @@ TEST_F(TestSiteFiles, SafeDateGivesTodayForAnythingElse)
     clock.current = QDateTime(QDate(2026, 7, 4), QTime(15, 45));
     const QDateTime today = QDate(2026, 7, 4).startOfDay();
     const std::pair<QString, QDateTime> cases[] = {
-        {QStringLiteral("1/2/2003 4:05:06 AM"), QDateTime(QDate(2003, 1, 2), QTime(4, 5, 6))},
-        {QStringLiteral("12/31/1999"), QDate(1999, 12, 31).startOfDay()},
-        {QStringLiteral("1999-12-31"), QDate(1999, 12, 31).startOfDay()},
-        {QStringLiteral("13/45/2003"), today},
-        {QStringLiteral("never"), today},
+        {u"1/2/2003 4:05:06 AM"_s, QDateTime(QDate(2003, 1, 2), QTime(4, 5, 6))},
+        {u"12/31/1999"_s, QDate(1999, 12, 31).startOfDay()},
+        {u"1999-12-31"_s, QDate(1999, 12, 31).startOfDay()},
+        {u"13/45/2003"_s, today},
+        {u"never"_s, today},
         {QString(), today},
     };
     for (const auto& [text, date] : cases)

@@ -2,10 +2,12 @@
 // profiles; addresses and names chosen by hostile pages.
 #include "StorageFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
-const QString Site = QStringLiteral("http://prizes.example/enter.html");
-const QString SiteFile = QStringLiteral("zPRIZES.EXAMPLE!ENTER.HTML.ini");
-const QString Other = QStringLiteral("http://other.example/form");
+const QString Site = u"http://prizes.example/enter.html"_s;
+const QString SiteFile = u"zPRIZES.EXAMPLE!ENTER.HTML.ini"_s;
+const QString Other = u"http://other.example/form"_s;
 
 using TestValueStore = StorageFixture;
 
@@ -18,107 +20,91 @@ TEST_F(TestValueStore, SiteValueComesFirstThenAnyThenTheDefault)
         std::optional<QString> anyValue;
         QString expected;
     } cases[] = {
-        {"both", QStringLiteral("site"), QStringLiteral("any"), QStringLiteral("site")},
-        {"any only", std::nullopt, QStringLiteral("any"), QStringLiteral("any")},
-        {"site only", QStringLiteral("site"), std::nullopt, QStringLiteral("site")},
-        {"blank site entry", QStringLiteral("   "), QStringLiteral("any"), QStringLiteral("any")},
-        {"neither", std::nullopt, std::nullopt, QStringLiteral("dflt")},
-        {"empty both", QString(), QString(), QStringLiteral("dflt")},
+        {"both", u"site"_s, u"any"_s, u"site"_s},
+        {"any only", std::nullopt, u"any"_s, u"any"_s},
+        {"site only", u"site"_s, std::nullopt, u"site"_s},
+        {"blank site entry", u"   "_s, u"any"_s, u"any"_s},
+        {"neither", std::nullopt, std::nullopt, u"dflt"_s},
+        {"empty both", QString(), QString(), u"dflt"_s},
     };
     for (const Case& c : cases) {
         QFile::remove(dir.path() + QLatin1Char('/') + SiteFile);
-        QFile::remove(dir.path() + QStringLiteral("/zAny.ini"));
+        QFile::remove(dir.path() + u"/zAny.ini"_s);
         if (c.siteValue)
-            ini.WriteINI(Site, QStringLiteral("email"), *c.siteValue,
-                         dir.path() + QLatin1Char('/') + SiteFile);
+            ini.WriteINI(Site, u"email"_s, *c.siteValue, dir.path() + QLatin1Char('/') + SiteFile);
         if (c.anyValue)
-            ini.WriteINI(QStringLiteral("Any"), QStringLiteral("email"), *c.anyValue,
-                         dir.path() + QStringLiteral("/zAny.ini"));
-        EXPECT_EQ(values.GetValue(Site, QStringLiteral("email"), QStringLiteral("dflt")),
-                  c.expected)
-            << c.name;
+            ini.WriteINI(u"Any"_s, u"email"_s, *c.anyValue, dir.path() + u"/zAny.ini"_s);
+        EXPECT_EQ(values.GetValue(Site, u"email"_s, u"dflt"_s), c.expected) << c.name;
     }
 }
 
 TEST_F(TestValueStore, SetValueWritesTheSiteAndAnyAndOtherSitesGetAnysValue)
 {
-    values.SetValue(Site, QStringLiteral("FirstName"), QStringLiteral("Ann"));
+    values.SetValue(Site, u"FirstName"_s, u"Ann"_s);
     EXPECT_EQ(fileBytes(SiteFile),
               QByteArray("[http://prizes.example/enter.html]\r\nFirstName=Ann\r\n"));
-    EXPECT_EQ(fileBytes(QStringLiteral("zAny.ini")), QByteArray("[Any]\r\nFirstName=Ann\r\n"));
-    EXPECT_EQ(values.GetValue(Other, QStringLiteral("firstname"), QString()),
-              QStringLiteral("Ann"));
+    EXPECT_EQ(fileBytes(u"zAny.ini"_s), QByteArray("[Any]\r\nFirstName=Ann\r\n"));
+    EXPECT_EQ(values.GetValue(Other, u"firstname"_s, QString()), u"Ann"_s);
 
-    values.SetValue(Other, QStringLiteral("FirstName"), QStringLiteral("Bo"));
-    EXPECT_EQ(values.GetValue(Site, QStringLiteral("FirstName"), QString()), QStringLiteral("Ann"));
-    EXPECT_EQ(values.GetValue(QStringLiteral("http://third.example/"), QStringLiteral("FirstName"),
-                              QString()),
-              QStringLiteral("Bo"));
+    values.SetValue(Other, u"FirstName"_s, u"Bo"_s);
+    EXPECT_EQ(values.GetValue(Site, u"FirstName"_s, QString()), u"Ann"_s);
+    EXPECT_EQ(values.GetValue(u"http://third.example/"_s, u"FirstName"_s, QString()), u"Bo"_s);
 
     // A blank value empties the site entry only; the site then falls back to Any.ini.
-    for (const QString& blank : {QString(), QStringLiteral("    ")}) {
-        values.SetValue(Site, QStringLiteral("FirstName"), blank);
-        EXPECT_EQ(raw(SiteFile, Site, QStringLiteral("FirstName")), QString());
-        EXPECT_EQ(
-            raw(QStringLiteral("zAny.ini"), QStringLiteral("Any"), QStringLiteral("FirstName")),
-            QStringLiteral("Bo"));
-        EXPECT_EQ(values.GetValue(Site, QStringLiteral("FirstName"), QString()),
-                  QStringLiteral("Bo"));
+    for (const QString& blank : {QString(), u"    "_s}) {
+        values.SetValue(Site, u"FirstName"_s, blank);
+        EXPECT_EQ(raw(SiteFile, Site, u"FirstName"_s), QString());
+        EXPECT_EQ(raw(u"zAny.ini"_s, u"Any"_s, u"FirstName"_s), u"Bo"_s);
+        EXPECT_EQ(values.GetValue(Site, u"FirstName"_s, QString()), u"Bo"_s);
     }
     EXPECT_TRUE(errors.reports.empty());
 }
 
 TEST_F(TestValueStore, LineBreaksAreEscapedOnOneLineAndComeBack)
 {
-    values.SetValue(Site, QStringLiteral("address"), QStringLiteral("line one\r\nline two"));
+    values.SetValue(Site, u"address"_s, u"line one\r\nline two"_s);
     EXPECT_TRUE(fileBytes(SiteFile).contains("address=line one<VBCR><VBLF>line two\r\n"));
-    EXPECT_TRUE(
-        fileBytes(QStringLiteral("zAny.ini")).contains("address=line one<VBCR><VBLF>line two\r\n"));
-    EXPECT_EQ(values.GetValue(Site, QStringLiteral("address"), QString()),
-              QStringLiteral("line one\r\nline two"));
+    EXPECT_TRUE(fileBytes(u"zAny.ini"_s).contains("address=line one<VBCR><VBLF>line two\r\n"));
+    EXPECT_EQ(values.GetValue(Site, u"address"_s, QString()), u"line one\r\nline two"_s);
 
     const std::pair<QString, QString> unescaped[] = {
-        {QStringLiteral("typed <vbcr> here"), QStringLiteral("typed \r here")},
-        {QStringLiteral("a<VbLf>b<VBCR>"), QStringLiteral("a\nb\r")},
-        {QStringLiteral("<VBCR<VBLF>>"), QStringLiteral("<VBCR\n>")},
+        {u"typed <vbcr> here"_s, u"typed \r here"_s},
+        {u"a<VbLf>b<VBCR>"_s, u"a\nb\r"_s},
+        {u"<VBCR<VBLF>>"_s, u"<VBCR\n>"_s},
     };
     for (const auto& [stored, back] : unescaped) {
-        ini.WriteINI(Site, QStringLiteral("k"), stored, dir.path() + QLatin1Char('/') + SiteFile);
-        EXPECT_EQ(values.GetValue(Site, QStringLiteral("k"), QString()), back)
-            << stored.toStdString();
+        ini.WriteINI(Site, u"k"_s, stored, dir.path() + QLatin1Char('/') + SiteFile);
+        EXPECT_EQ(values.GetValue(Site, u"k"_s, QString()), back) << stored.toStdString();
     }
-    EXPECT_EQ(values.GetValue(Site, QStringLiteral("none"), QStringLiteral("x<VBLF>y")),
-              QStringLiteral("x\ny"));
+    EXPECT_EQ(values.GetValue(Site, u"none"_s, u"x<VBLF>y"_s), u"x\ny"_s);
 }
 
 TEST_F(TestValueStore, TheCutAt255CountsEscapesAndMayEndInsideOne)
 {
-    values.SetValue(Site, QStringLiteral("notes"),
-                    QString(250, QLatin1Char('a')) + QStringLiteral("\r\nb"));
-    EXPECT_EQ(values.GetValue(Site, QStringLiteral("notes"), QString()),
-              QString(250, QLatin1Char('a')) + QStringLiteral("<VBCR"));
-    values.SetValue(Site, QStringLiteral("spaced"), QStringLiteral("   padded   "));
-    EXPECT_EQ(values.GetValue(Site, QStringLiteral("spaced"), QString()), QStringLiteral("padded"));
+    values.SetValue(Site, u"notes"_s, QString(250, QLatin1Char('a')) + u"\r\nb"_s);
+    EXPECT_EQ(values.GetValue(Site, u"notes"_s, QString()),
+              QString(250, QLatin1Char('a')) + u"<VBCR"_s);
+    values.SetValue(Site, u"spaced"_s, u"   padded   "_s);
+    EXPECT_EQ(values.GetValue(Site, u"spaced"_s, QString()), u"padded"_s);
 }
 
 TEST_F(TestValueStore, EachCallUsesTheProfileCurrentAtThatMoment)
 {
-    values.SetValue(Site, QStringLiteral("name"), QStringLiteral("Zed"));
+    values.SetValue(Site, u"name"_s, u"Zed"_s);
     location.profile = 2;
-    EXPECT_EQ(values.GetValue(Site, QStringLiteral("name"), QStringLiteral("none")),
-              QStringLiteral("none"));
-    values.SetValue(Site, QStringLiteral("name"), QStringLiteral("Wes"));
-    EXPECT_TRUE(QFile::exists(dir.path() + QStringLiteral("/wAny.ini")));
-    EXPECT_TRUE(QFile::exists(dir.path() + QStringLiteral("/wPRIZES.EXAMPLE!ENTER.HTML.ini")));
+    EXPECT_EQ(values.GetValue(Site, u"name"_s, u"none"_s), u"none"_s);
+    values.SetValue(Site, u"name"_s, u"Wes"_s);
+    EXPECT_TRUE(QFile::exists(dir.path() + u"/wAny.ini"_s));
+    EXPECT_TRUE(QFile::exists(dir.path() + u"/wPRIZES.EXAMPLE!ENTER.HTML.ini"_s));
     location.profile = 0;
-    EXPECT_EQ(values.GetValue(Site, QStringLiteral("name"), QString()), QStringLiteral("Zed"));
-    EXPECT_EQ(values.GetValue(Other, QStringLiteral("name"), QString()), QStringLiteral("Zed"));
+    EXPECT_EQ(values.GetValue(Site, u"name"_s, QString()), u"Zed"_s);
+    EXPECT_EQ(values.GetValue(Other, u"name"_s, QString()), u"Zed"_s);
 }
 
 TEST_F(TestValueStore, HostilePagesNeverBreakOrForgeAnotherEntry)
 {
-    values.SetValue(Site, QStringLiteral("name"), QStringLiteral("Ann"));
-    values.SetValue(Site, QStringLiteral("city"), QStringLiteral("Oslo"));
+    values.SetValue(Site, u"name"_s, u"Ann"_s);
+    values.SetValue(Site, u"city"_s, u"Oslo"_s);
 
     struct Case
     {
@@ -126,32 +112,28 @@ TEST_F(TestValueStore, HostilePagesNeverBreakOrForgeAnotherEntry)
         QString key;
         bool storedForSite; // false: the site entry cannot be written (its name has a line break)
     } cases[] = {
-        {Site + QStringLiteral("?q=") + QString(10000, QLatin1Char('x')), QStringLiteral("name"),
-         true},
-        {Site + QStringLiteral("\r\n[") + Site + QStringLiteral("]"), QStringLiteral("name"),
-         false},
-        {Site + QStringLiteral("]\r\nname=Eve"), QStringLiteral("name"), false},
-        {Site + QStringLiteral("?a[]=1"), QStringLiteral("name"), true},
-        {Site, QStringLiteral("name=Eve\r\ncity"), false},
-        {Site, QStringLiteral("name]=x"), true},
-        {Site, QStringLiteral("[") + Site + QStringLiteral("]"), true},
-        {QStringLiteral("http://\u0441\u0430\u0439\u0442.example/\u00e9"),
-         QStringLiteral("n\u00e4me"), true},
+        {Site + u"?q="_s + QString(10000, QLatin1Char('x')), u"name"_s, true},
+        {Site + u"\r\n["_s + Site + u"]"_s, u"name"_s, false},
+        {Site + u"]\r\nname=Eve"_s, u"name"_s, false},
+        {Site + u"?a[]=1"_s, u"name"_s, true},
+        {Site, u"name=Eve\r\ncity"_s, false},
+        {Site, u"name]=x"_s, true},
+        {Site, u"["_s + Site + u"]"_s, true},
+        {u"http://\u0441\u0430\u0439\u0442.example/\u00e9"_s, u"n\u00e4me"_s, true},
     };
     for (const Case& c : cases) {
-        values.SetValue(c.site, c.key, QStringLiteral("Eve"));
-        const QString back = values.GetValue(c.site, c.key, QStringLiteral("dflt"));
+        values.SetValue(c.site, c.key, u"Eve"_s);
+        const QString back = values.GetValue(c.site, c.key, u"dflt"_s);
         if (c.storedForSite) {
-            EXPECT_EQ(back, QStringLiteral("Eve")) << c.key.toStdString();
+            EXPECT_EQ(back, u"Eve"_s) << c.key.toStdString();
         }
-        EXPECT_EQ(values.GetValue(Site, QStringLiteral("name"), QString()), QStringLiteral("Ann"))
+        EXPECT_EQ(values.GetValue(Site, u"name"_s, QString()), u"Ann"_s)
             << c.site.left(80).toStdString() << " / " << c.key.toStdString();
-        EXPECT_EQ(values.GetValue(Site, QStringLiteral("city"), QString()), QStringLiteral("Oslo"));
+        EXPECT_EQ(values.GetValue(Site, u"city"_s, QString()), u"Oslo"_s);
     }
     // No entry of Any.ini was forged: "city" is as it was, and every line is a section or an entry.
-    EXPECT_EQ(raw(QStringLiteral("zAny.ini"), QStringLiteral("Any"), QStringLiteral("city")),
-              QStringLiteral("Oslo"));
-    const QByteArray any = fileBytes(QStringLiteral("zAny.ini"));
+    EXPECT_EQ(raw(u"zAny.ini"_s, u"Any"_s, u"city"_s), u"Oslo"_s);
+    const QByteArray any = fileBytes(u"zAny.ini"_s);
     for (const QByteArray& line : any.split('\n')) {
         if (!line.isEmpty()) {
             EXPECT_TRUE(line.startsWith('[') || line.contains('=')) << line.toStdString();

@@ -14,6 +14,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 void writeFile(const QString& path, const QByteArray& bytes, bool executable = false)
 {
@@ -92,17 +94,17 @@ TEST(BrowserLocator, ReadsNameAndVersionFromVersionOutput)
 TEST(BrowserLocator, RunsTheBrowserNamedByTheEnvironment)
 {
     Desktop desktop;
-    const QString fake = desktop.path(QStringLiteral("bin/my-chromium"));
+    const QString fake = desktop.path(u"bin/my-chromium"_s);
     writeFile(fake, "#!/bin/sh\necho 'Chromium 142.3.1.1 built on test'\n", true);
     qputenv("TOLVANE_BROWSER", QFile::encodeName(fake));
     EXPECT_EQ(BrowserLocator::executable(), fake);
     DesktopShell shell;
-    EXPECT_EQ(shell.browserIdentity().productName, QStringLiteral("Chromium"));
-    EXPECT_EQ(shell.browserIdentity().executableToken, QStringLiteral("my-chromium"));
+    EXPECT_EQ(shell.browserIdentity().productName, u"Chromium"_s);
+    EXPECT_EQ(shell.browserIdentity().executableToken, u"my-chromium"_s);
     EXPECT_EQ(shell.DllGetVersion().major, 142);
     EXPECT_EQ(shell.DllGetVersion().minor, 3);
 
-    qputenv("TOLVANE_BROWSER", QFile::encodeName(desktop.path(QStringLiteral("bin/none"))));
+    qputenv("TOLVANE_BROWSER", QFile::encodeName(desktop.path(u"bin/none"_s)));
     DesktopShell missing;
     EXPECT_THROW(missing.DllGetVersion(), AppError);
     qunsetenv("TOLVANE_BROWSER");
@@ -114,15 +116,15 @@ TEST(BrowserLocator, PrefersTheDefaultBrowserWhenItCanBeFollowed)
 {
     Desktop desktop;
     const QByteArray savedPath = qgetenv("PATH");
-    qputenv("PATH", QFile::encodeName(desktop.path(QStringLiteral("bin"))));
-    const QString chromium = desktop.path(QStringLiteral("bin/chromium"));
-    const QString firefox = desktop.path(QStringLiteral("opt/firefox-esr"));
-    const QString other = desktop.path(QStringLiteral("opt/netsurf"));
+    qputenv("PATH", QFile::encodeName(desktop.path(u"bin"_s)));
+    const QString chromium = desktop.path(u"bin/chromium"_s);
+    const QString firefox = desktop.path(u"opt/firefox-esr"_s);
+    const QString other = desktop.path(u"opt/netsurf"_s);
     for (const QString& program : {chromium, firefox, other})
         writeFile(program, "#!/bin/sh\necho 'Mozilla Firefox 153.0esr'\n", true);
-    writeFile(desktop.path(QStringLiteral("share/applications/firefox-esr.desktop")),
+    writeFile(desktop.path(u"share/applications/firefox-esr.desktop"_s),
               "[Desktop Entry]\nExec=" + QFile::encodeName(firefox) + " %u\n");
-    writeFile(desktop.path(QStringLiteral("share/applications/netsurf.desktop")),
+    writeFile(desktop.path(u"share/applications/netsurf.desktop"_s),
               "[Desktop Entry]\nExec=" + QFile::encodeName(other) + " %u\n");
     struct Case
     {
@@ -135,7 +137,7 @@ TEST(BrowserLocator, PrefersTheDefaultBrowserWhenItCanBeFollowed)
         {"gone.desktop", chromium},
     };
     for (const Case& c : cases) {
-        const QString list = desktop.path(QStringLiteral("config/mimeapps.list"));
+        const QString list = desktop.path(u"config/mimeapps.list"_s);
         QFile::remove(list);
         if (c.defaultEntry)
             writeFile(list, QByteArray("[Default Applications]\nx-scheme-handler/http=") +
@@ -145,13 +147,13 @@ TEST(BrowserLocator, PrefersTheDefaultBrowserWhenItCanBeFollowed)
     }
 
     // Firefox's identity for the start-up checks.
-    writeFile(desktop.path(QStringLiteral("config/mimeapps.list")),
+    writeFile(desktop.path(u"config/mimeapps.list"_s),
               "[Default Applications]\nx-scheme-handler/http=firefox-esr.desktop\n");
     DesktopShell shell;
     const BrowserIdentity identity = shell.browserIdentity();
-    EXPECT_EQ(identity.productName, QStringLiteral("Mozilla Firefox"));
-    EXPECT_EQ(identity.shortName, QStringLiteral("Firefox"));
-    EXPECT_EQ(identity.executableToken, QStringLiteral("firefox-esr"));
+    EXPECT_EQ(identity.productName, u"Mozilla Firefox"_s);
+    EXPECT_EQ(identity.shortName, u"Firefox"_s);
+    EXPECT_EQ(identity.executableToken, u"firefox-esr"_s);
     EXPECT_EQ(shell.DllGetVersion().major, 153);
     qputenv("PATH", savedPath);
 }
@@ -159,23 +161,23 @@ TEST(BrowserLocator, PrefersTheDefaultBrowserWhenItCanBeFollowed)
 TEST(DefaultApplication, FollowsMimeappsListToTheDesktopEntrysProgram)
 {
     Desktop desktop;
-    const QString html = desktop.path(QStringLiteral("tmp/Test120000.html"));
+    const QString html = desktop.path(u"tmp/Test120000.html"_s);
     writeFile(html, "\r\n");
     EXPECT_EQ(DefaultApplication::forFile(html), QString());
 
-    writeFile(desktop.path(QStringLiteral("share/applications/chromium.desktop")),
+    writeFile(desktop.path(u"share/applications/chromium.desktop"_s),
               "[Desktop Entry]\nName=Chromium\nExec=/usr/bin/chromium %U\n");
-    writeFile(desktop.path(QStringLiteral("share/applications/other.desktop")),
+    writeFile(desktop.path(u"share/applications/other.desktop"_s),
               "[Desktop Entry]\nExec=\"/opt/other browser/run\" --new %u\n");
-    writeFile(desktop.path(QStringLiteral("share/applications/defaults.list")),
+    writeFile(desktop.path(u"share/applications/defaults.list"_s),
               "[Default Applications]\ntext/html=chromium.desktop\n");
-    EXPECT_EQ(DefaultApplication::forFile(html), QStringLiteral("/usr/bin/chromium"));
+    EXPECT_EQ(DefaultApplication::forFile(html), u"/usr/bin/chromium"_s);
 
     // The user's own choice comes first; a listed entry that does not exist is passed over.
-    writeFile(desktop.path(QStringLiteral("config/mimeapps.list")),
+    writeFile(desktop.path(u"config/mimeapps.list"_s),
               "[Added Associations]\ntext/html=chromium.desktop\n"
               "[Default Applications]\ntext/html=gone.desktop;other.desktop;\n");
-    EXPECT_EQ(DefaultApplication::forFile(html), QStringLiteral("/opt/other browser/run"));
+    EXPECT_EQ(DefaultApplication::forFile(html), u"/opt/other browser/run"_s);
 }
 
 TEST(DesktopShell, OnlyOneHolderOfTheInstanceLock)
@@ -186,9 +188,9 @@ TEST(DesktopShell, OnlyOneHolderOfTheInstanceLock)
     EXPECT_FALSE(first.IsAnotherInstanceRunning());
     EXPECT_TRUE(second.IsAnotherInstanceRunning());
     EXPECT_FALSE(first.IsAnotherInstanceRunning());
-    EXPECT_EQ(first.TempFolder(), desktop.path(QStringLiteral("tmp")));
-    EXPECT_EQ(first.AppDataFolder(), desktop.path(QStringLiteral("data")));
-    EXPECT_TRUE(QFile::exists(desktop.path(QStringLiteral("run/Tolvane.lock"))));
+    EXPECT_EQ(first.TempFolder(), desktop.path(u"tmp"_s));
+    EXPECT_EQ(first.AppDataFolder(), desktop.path(u"data"_s));
+    EXPECT_TRUE(QFile::exists(desktop.path(u"run/Tolvane.lock"_s)));
 }
 
 // Another user (another runtime folder) runs a Tolvane of their own; a lock left by a copy that
@@ -209,7 +211,7 @@ TEST(DesktopShell, TheInstanceLockIsTheUsersOwnAndOutlivesNoProcess)
     QTemporaryDir crashed;
     QFile::setPermissions(crashed.path(),
                           QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    const QString lockFile = crashed.path() + QStringLiteral("/Tolvane.lock");
+    const QString lockFile = crashed.path() + u"/Tolvane.lock"_s;
     const pid_t child = ::fork();
     if (child == 0) {
         QLockFile held(lockFile);
@@ -233,15 +235,14 @@ TEST(DesktopShell, TheProgramsFilesAreFoundWhereverItIsInstalled)
     const QString base = root.path();
     for (const char* folder : {"build/src/app", "prefix/bin", "prefix/share/tolvane", "bare/bin"})
         QDir(base).mkpath(QString::fromLatin1(folder));
-    QFile(base + QStringLiteral("/build/src/app/Tolvane.hlp")).open(QIODevice::WriteOnly);
-    QFile(base + QStringLiteral("/prefix/share/tolvane/Tolvane.hlp")).open(QIODevice::WriteOnly);
+    QFile(base + u"/build/src/app/Tolvane.hlp"_s).open(QIODevice::WriteOnly);
+    QFile(base + u"/prefix/share/tolvane/Tolvane.hlp"_s).open(QIODevice::WriteOnly);
     QDir::setCurrent(QDir::tempPath());
-    EXPECT_EQ(DesktopShell::programFilesFolder(base + QStringLiteral("/build/src/app")),
-              base + QStringLiteral("/build/src/app"));
-    EXPECT_EQ(DesktopShell::programFilesFolder(base + QStringLiteral("/prefix/bin")),
-              base + QStringLiteral("/prefix/share/tolvane"));
+    EXPECT_EQ(DesktopShell::programFilesFolder(base + u"/build/src/app"_s),
+              base + u"/build/src/app"_s);
+    EXPECT_EQ(DesktopShell::programFilesFolder(base + u"/prefix/bin"_s),
+              base + u"/prefix/share/tolvane"_s);
     // Nothing installed beside it: the program's own folder, as before.
-    EXPECT_EQ(DesktopShell::programFilesFolder(base + QStringLiteral("/bare/bin")),
-              base + QStringLiteral("/bare/bin"));
+    EXPECT_EQ(DesktopShell::programFilesFolder(base + u"/bare/bin"_s), base + u"/bare/bin"_s);
 }
 } // namespace

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
-const QString Missing = QStringLiteral("<missing>");
+const QString Missing = u"<missing>"_s;
 
 QString lookup(const QString& text, const QString& section, const QString& key)
 {
@@ -97,20 +99,19 @@ TEST(IniDocumentWrite, ChangesOnlyWhatItMust)
 
 TEST(IniDocumentWrite, RefusesLineBreaksAndNul)
 {
-    const QString before = QStringLiteral("[Any]\r\nname=Ann\r\n");
+    const QString before = u"[Any]\r\nname=Ann\r\n"_s;
     struct Case
     {
         QString section;
         QString key;
         QString value;
     } cases[] = {
-        {QStringLiteral("Any"), QStringLiteral("x\r\nname"), QStringLiteral("Eve")},
-        {QStringLiteral("Any"), QStringLiteral("x\nname"), QStringLiteral("Eve")},
-        {QStringLiteral("Any\r\n[Any"), QStringLiteral("name"), QStringLiteral("Eve")},
-        {QStringLiteral("Any"), QStringLiteral("n") + QChar(0) + QStringLiteral("x"),
-         QStringLiteral("Eve")},
-        {QStringLiteral("Any"), QStringLiteral("city"), QStringLiteral("Oslo\r\nname=Eve")},
-        {QStringLiteral("Any"), QStringLiteral("city"), QStringLiteral("Oslo\rname=Eve")},
+        {u"Any"_s, u"x\r\nname"_s, u"Eve"_s},
+        {u"Any"_s, u"x\nname"_s, u"Eve"_s},
+        {u"Any\r\n[Any"_s, u"name"_s, u"Eve"_s},
+        {u"Any"_s, u"n"_s + QChar(0) + u"x"_s, u"Eve"_s},
+        {u"Any"_s, u"city"_s, u"Oslo\r\nname=Eve"_s},
+        {u"Any"_s, u"city"_s, u"Oslo\rname=Eve"_s},
     };
     for (const Case& c : cases) {
         IniDocument document(before);
@@ -123,41 +124,35 @@ TEST(IniDocumentWrite, RefusesLineBreaksAndNul)
 // by the same name, and never reach another entry.
 TEST(IniDocumentWrite, HostileNamesAreWrittenEscapedAndNeverForgeAnother)
 {
-    const QString before = QStringLiteral("[Any]\r\nname=Ann\r\n");
+    const QString before = u"[Any]\r\nname=Ann\r\n"_s;
     struct Case
     {
         QString section;
         QString key;
         QString addedLines;
     } cases[] = {
-        {QStringLiteral("Any"), QStringLiteral("name=x"), QStringLiteral("name%3Dx=Eve\r\n")},
-        {QStringLiteral("Any"), QStringLiteral("[Any]"), QStringLiteral("%5BAny]=Eve\r\n")},
-        {QStringLiteral("Any"), QStringLiteral(";name"), QStringLiteral("%3Bname=Eve\r\n")},
-        {QStringLiteral("Any"), QStringLiteral("user[email]"),
-         QStringLiteral("user[email]=Eve\r\n")},
-        {QStringLiteral("Any"), QStringLiteral("  "), QStringLiteral("=Eve\r\n")},
-        {QStringLiteral("Any]\tx"), QStringLiteral("name"),
-         QStringLiteral("[Any%5D\tx]\r\nname=Eve\r\n")},
-        {QStringLiteral("http://x/?a[]=1"), QStringLiteral("name"),
-         QStringLiteral("[http://x/?a[%5D=1]\r\nname=Eve\r\n")},
+        {u"Any"_s, u"name=x"_s, u"name%3Dx=Eve\r\n"_s},
+        {u"Any"_s, u"[Any]"_s, u"%5BAny]=Eve\r\n"_s},
+        {u"Any"_s, u";name"_s, u"%3Bname=Eve\r\n"_s},
+        {u"Any"_s, u"user[email]"_s, u"user[email]=Eve\r\n"_s},
+        {u"Any"_s, u"  "_s, u"=Eve\r\n"_s},
+        {u"Any]\tx"_s, u"name"_s, u"[Any%5D\tx]\r\nname=Eve\r\n"_s},
+        {u"http://x/?a[]=1"_s, u"name"_s, u"[http://x/?a[%5D=1]\r\nname=Eve\r\n"_s},
     };
     for (const Case& c : cases) {
         IniDocument document(before);
-        ASSERT_TRUE(document.setValue(c.section, c.key, QStringLiteral("Eve")))
-            << c.key.toStdString();
+        ASSERT_TRUE(document.setValue(c.section, c.key, u"Eve"_s)) << c.key.toStdString();
         EXPECT_EQ(document.text(), before + c.addedLines) << c.key.toStdString();
-        EXPECT_EQ(document.value(c.section, c.key), QStringLiteral("Eve"));
-        EXPECT_EQ(document.value(QStringLiteral("Any"), QStringLiteral("name")),
-                  QStringLiteral("Ann"));
+        EXPECT_EQ(document.value(c.section, c.key), u"Eve"_s);
+        EXPECT_EQ(document.value(u"Any"_s, u"name"_s), u"Ann"_s);
     }
 }
 
 TEST(IniDocumentWrite, ValueEndsAtNulAndNonAsciiNamesWork)
 {
     IniDocument document;
-    ASSERT_TRUE(document.setValue(QStringLiteral("Sect\u00f8n"), QStringLiteral("K\u00e9y"),
-                                  QStringLiteral("abc") + QChar(0) + QStringLiteral("hidden")));
-    EXPECT_EQ(document.value(QStringLiteral("SECT\u00d8N"), QStringLiteral("k\u00c9Y")),
-              QStringLiteral("abc"));
+    ASSERT_TRUE(
+        document.setValue(u"Sect\u00f8n"_s, u"K\u00e9y"_s, u"abc"_s + QChar(0) + u"hidden"_s));
+    EXPECT_EQ(document.value(u"SECT\u00d8N"_s, u"k\u00c9Y"_s), u"abc"_s);
 }
 } // namespace

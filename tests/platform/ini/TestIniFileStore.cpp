@@ -7,11 +7,13 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestIniFileStore : public ::testing::Test
 {
 protected:
-    QString path() const { return m_dir.path() + QStringLiteral("/site.ini"); }
+    QString path() const { return m_dir.path() + u"/site.ini"_s; }
     void writeRaw(const QByteArray& bytes) const
     {
         QFile file(path());
@@ -25,11 +27,11 @@ protected:
     }
     std::optional<QString> read(const QString& key)
     {
-        return m_store.readEntry(path(), QStringLiteral("S"), key);
+        return m_store.readEntry(path(), u"S"_s, key);
     }
     bool write(const QString& key, const QString& value)
     {
-        return m_store.writeEntry(path(), QStringLiteral("S"), key, value);
+        return m_store.writeEntry(path(), u"S"_s, key, value);
     }
 
     QTemporaryDir m_dir;
@@ -44,7 +46,7 @@ TEST_F(TestIniFileStore, TextInAnyScriptIsKeptAndTheFileSwitchesToUtf8OnlyWhenIt
     const QByteArray windowsFile = "[S]\r\nname=Ren\xe9"
                                    "e \x80 5\r\n; Zo\xeb's note\r\n";
     writeRaw(windowsFile);
-    ASSERT_TRUE(write(QStringLiteral("city"), QStringLiteral("Z\u00fcrich")));
+    ASSERT_TRUE(write(u"city"_s, u"Z\u00fcrich"_s));
     EXPECT_EQ(readRaw(), QByteArray("[S]\r\nname=Ren\xe9"
                                     "e \x80 5\r\ncity=Z\xfcrich\r\n; Zo\xeb's note\r\n"));
 
@@ -55,17 +57,17 @@ TEST_F(TestIniFileStore, TextInAnyScriptIsKeptAndTheFileSwitchesToUtf8OnlyWhenIt
     };
     for (const auto& [script, text] : scripts) {
         const QString value = QString::fromUtf8(text);
-        ASSERT_TRUE(write(value + QStringLiteral(" key"), value)) << script;
-        EXPECT_EQ(read(value + QStringLiteral(" key")), value) << script;
+        ASSERT_TRUE(write(value + u" key"_s, value)) << script;
+        EXPECT_EQ(read(value + u" key"_s), value) << script;
     }
     const QByteArray bytes = readRaw();
     EXPECT_TRUE(bytes.startsWith("\xEF\xBB\xBF[S]\r\nname=Ren\xc3\xa9"
                                  "e \xe2\x82\xac 5\r\n"))
         << bytes.toStdString();
-    EXPECT_EQ(read(QStringLiteral("name")), QStringLiteral("Ren\u00e9e \u20ac 5"));
-    EXPECT_EQ(read(QStringLiteral("city")), QStringLiteral("Z\u00fcrich"));
+    EXPECT_EQ(read(u"name"_s), u"Ren\u00e9e \u20ac 5"_s);
+    EXPECT_EQ(read(u"city"_s), u"Z\u00fcrich"_s);
     // Once UTF-8, it stays so, whatever is written next.
-    ASSERT_TRUE(write(QStringLiteral("plain"), QStringLiteral("ascii")));
+    ASSERT_TRUE(write(u"plain"_s, u"ascii"_s));
     EXPECT_TRUE(readRaw().startsWith("\xEF\xBB\xBF"));
     EXPECT_EQ(read(QString::fromUtf8("\U0001F3C6 winner key")),
               QString::fromUtf8("\U0001F3C6 winner"));
@@ -82,31 +84,31 @@ TEST_F(TestIniFileStore, InvalidUtf8AndStrayByteOrderMarksLoseNoOtherEntry)
     };
     for (const auto& [what, bytes] : files) {
         writeRaw(bytes);
-        EXPECT_EQ(read(QStringLiteral("k")), QStringLiteral("v")) << what;
-        ASSERT_TRUE(write(QStringLiteral("new"), QString::fromUtf8("\u00e9t\u00e9"))) << what;
-        EXPECT_EQ(read(QStringLiteral("k")), QStringLiteral("v")) << what;
-        EXPECT_EQ(read(QStringLiteral("new")), QString::fromUtf8("\u00e9t\u00e9")) << what;
+        EXPECT_EQ(read(u"k"_s), u"v"_s) << what;
+        ASSERT_TRUE(write(u"new"_s, QString::fromUtf8("\u00e9t\u00e9"))) << what;
+        EXPECT_EQ(read(u"k"_s), u"v"_s) << what;
+        EXPECT_EQ(read(u"new"_s), QString::fromUtf8("\u00e9t\u00e9")) << what;
     }
 }
 
 TEST_F(TestIniFileStore, KeepsAByteOrderMarkAndReadsPastIt)
 {
     writeRaw("\xEF\xBB\xBF[S]\nk=v\n");
-    EXPECT_EQ(read(QStringLiteral("k")), QStringLiteral("v"));
-    ASSERT_TRUE(write(QStringLiteral("j"), QStringLiteral("w")));
+    EXPECT_EQ(read(u"k"_s), u"v"_s);
+    ASSERT_TRUE(write(u"j"_s, u"w"_s));
     EXPECT_EQ(readRaw(), QByteArray("\xEF\xBB\xBF[S]\nk=v\nj=w\r\n"));
 }
 
 TEST_F(TestIniFileStore, SeesChangesMadeByOtherProgramsEvenOfTheSameSize)
 {
     writeRaw("[S]\nk=1\n");
-    EXPECT_EQ(read(QStringLiteral("k")), QStringLiteral("1"));
+    EXPECT_EQ(read(u"k"_s), u"1"_s);
     writeRaw("[S]\nk=2\n");
-    EXPECT_EQ(read(QStringLiteral("k")), QStringLiteral("2"));
+    EXPECT_EQ(read(u"k"_s), u"2"_s);
     QFile::remove(path());
-    EXPECT_EQ(read(QStringLiteral("k")), std::nullopt);
+    EXPECT_EQ(read(u"k"_s), std::nullopt);
     writeRaw("[S]\nk=3\n");
-    ASSERT_TRUE(write(QStringLiteral("j"), QStringLiteral("x")));
+    ASSERT_TRUE(write(u"j"_s, u"x"_s));
     EXPECT_EQ(readRaw(), QByteArray("[S]\nk=3\nj=x\r\n"));
 }
 
@@ -114,35 +116,34 @@ TEST_F(TestIniFileStore, ReadOnlyFileIsLeftAsItWas)
 {
     writeRaw("[S]\nk=1\n");
     QFile::setPermissions(path(), QFileDevice::ReadOwner | QFileDevice::ReadGroup);
-    EXPECT_FALSE(write(QStringLiteral("k"), QStringLiteral("2")));
+    EXPECT_FALSE(write(u"k"_s, u"2"_s));
     EXPECT_EQ(readRaw(), QByteArray("[S]\nk=1\n"));
-    EXPECT_EQ(read(QStringLiteral("k")), QStringLiteral("1"));
+    EXPECT_EQ(read(u"k"_s), u"1"_s);
     QFile::setPermissions(path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }
 
 TEST_F(TestIniFileStore, UnreadablePathReadsAsMissingAndIsNeverReplaced)
 {
-    ASSERT_TRUE(QDir(m_dir.path()).mkdir(QStringLiteral("site.ini")));
-    EXPECT_EQ(read(QStringLiteral("k")), std::nullopt);
-    EXPECT_FALSE(write(QStringLiteral("k"), QStringLiteral("v")));
+    ASSERT_TRUE(QDir(m_dir.path()).mkdir(u"site.ini"_s));
+    EXPECT_EQ(read(u"k"_s), std::nullopt);
+    EXPECT_FALSE(write(u"k"_s, u"v"_s));
     EXPECT_TRUE(QFileInfo(path()).isDir());
 }
 
 TEST_F(TestIniFileStore, RefusedWriteLeavesEveryOtherEntry)
 {
     writeRaw("[S]\r\nname=Ann\r\ncity=Oslo\r\n");
-    EXPECT_FALSE(write(QStringLiteral("x\r\nname"), QStringLiteral("Eve")));
-    EXPECT_FALSE(write(QStringLiteral("city"), QStringLiteral("A\nname=Eve")));
+    EXPECT_FALSE(write(u"x\r\nname"_s, u"Eve"_s));
+    EXPECT_FALSE(write(u"city"_s, u"A\nname=Eve"_s));
     EXPECT_EQ(readRaw(), QByteArray("[S]\r\nname=Ann\r\ncity=Oslo\r\n"));
 }
 
 TEST_F(TestIniFileStore, ManyWritesInARowAllLand)
 {
     for (int i = 0; i < 200; ++i)
-        ASSERT_TRUE(write(QStringLiteral("k%1").arg(i % 50), QString::number(i)));
+        ASSERT_TRUE(write(u"k%1"_s.arg(i % 50), QString::number(i)));
     IniFileStore fresh;
     for (int i = 150; i < 200; ++i)
-        EXPECT_EQ(fresh.readEntry(path(), QStringLiteral("S"), QStringLiteral("k%1").arg(i % 50)),
-                  QString::number(i));
+        EXPECT_EQ(fresh.readEntry(path(), u"S"_s, u"k%1"_s.arg(i % 50)), QString::number(i));
 }
 } // namespace

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 // A browser adapter whose browser is scripted by the test: what connecting does and whether
 // it works.
@@ -68,7 +70,7 @@ QStringList locations(const QList<BrowserPtr>& windows)
 TEST(ScriptWindowList, AFailedConnectionIsSaidByEveryCallUntilAReconnectWorks)
 {
     ScriptedWindows windows;
-    windows.failure = QStringLiteral("The browser could not be started.");
+    windows.failure = u"The browser could not be started."_s;
     auto tracking = std::make_shared<Tracking>(windows);
     windows.subscribe(tracking); // quiet: the start-up goes on without a browser
     for (int call = 0; call < 2; ++call) {

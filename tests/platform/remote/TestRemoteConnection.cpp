@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 // A browser that never answers.
 class SilentTransport : public RemoteTransport
@@ -76,20 +78,20 @@ TEST(RemoteConnectionTimeout, APageThatDidNotAnswerIsNotWaitedForAgainUntilItAns
                                  const QString& session) {
             try {
                 connection.call(method, params, session);
-                return QStringLiteral("answered");
+                return u"answered"_s;
             } catch (const AppError& error) {
                 return error.description();
             }
         };
-        const QString late = QStringLiteral("The browser did not answer %1 in time.").arg(c.method);
+        const QString late = u"The browser did not answer %1 in time."_s.arg(c.method);
         EXPECT_EQ(outcome(c.method, c.busy, c.busySession), late) << c.protocol;
         const qint64 firstCall = transport->sent().last();
         EXPECT_EQ(outcome(c.method, c.busy, c.busySession), late) << c.protocol;
         EXPECT_EQ(transport->sent().size(), 1) << c.protocol << ": the busy page was asked again";
         EXPECT_EQ(outcome(c.method, c.other, c.otherSession), late) << c.protocol;
         EXPECT_EQ(transport->sent().size(), 2) << c.protocol << ": another page was not asked";
-        EXPECT_EQ(outcome(QStringLiteral("Target.getTargets"), c.busy, c.busySession),
-                  QStringLiteral("The browser did not answer Target.getTargets in time."))
+        EXPECT_EQ(outcome(u"Target.getTargets"_s, c.busy, c.busySession),
+                  u"The browser did not answer Target.getTargets in time."_s)
             << c.protocol;
         EXPECT_EQ(transport->sent().size(), 3)
             << c.protocol << ": the browser's own call was not made";
@@ -110,14 +112,14 @@ TEST(RemoteConnectionTimeout, APageThatDidNotAnswerIsNotWaitedForAgainUntilItAns
 TEST(RemoteConnectionBlocking, CallsIntoABlockedPageFailAtOnceUntilItIsLetGo)
 {
     RemoteConnection cdp([] { return new SilentTransport; }, 20000);
-    const QString reason = QStringLiteral("The page is showing a dialog.");
+    const QString reason = u"The page is showing a dialog."_s;
     // A call that waits for nobody hears of it too, on this thread, when events run.
-    QString laterError = QStringLiteral("not answered");
-    cdp.callLater(QStringLiteral("Runtime.evaluate"), {}, QStringLiteral("page"),
+    QString laterError = u"not answered"_s;
+    cdp.callLater(u"Runtime.evaluate"_s, {}, u"page"_s,
                   [&](const QJsonObject&, const QString& error) { laterError = error; });
     std::thread dialog([&] {
         QThread::msleep(100);
-        cdp.blockSessions({QStringLiteral("page"), QStringLiteral("frame")}, reason);
+        cdp.blockSessions({u"page"_s, u"frame"_s}, reason);
     });
     QElapsedTimer timer;
     timer.start();
@@ -127,24 +129,21 @@ TEST(RemoteConnectionBlocking, CallsIntoABlockedPageFailAtOnceUntilItIsLetGo)
         } catch (const AppError& error) {
             return error.description();
         }
-        return QStringLiteral("answered");
+        return u"answered"_s;
     };
-    EXPECT_EQ(failure(QStringLiteral("Runtime.evaluate"), QStringLiteral("page")), reason);
+    EXPECT_EQ(failure(u"Runtime.evaluate"_s, u"page"_s), reason);
     dialog.join();
     EXPECT_LT(timer.elapsed(), 10000) << "the waiting call was not cut short";
-    EXPECT_EQ(failure(QStringLiteral("DOM.describeNode"), QStringLiteral("frame")), reason);
-    EXPECT_EQ(laterError, QStringLiteral("not answered"));
+    EXPECT_EQ(failure(u"DOM.describeNode"_s, u"frame"_s), reason);
+    EXPECT_EQ(laterError, u"not answered"_s);
     QCoreApplication::processEvents();
     EXPECT_EQ(laterError, reason);
 
     cdp.setTimeout(200);
-    const QString unanswered = QStringLiteral("did not answer");
-    EXPECT_TRUE(
-        failure(QStringLiteral("Page.bringToFront"), QStringLiteral("page")).contains(unanswered));
-    EXPECT_TRUE(
-        failure(QStringLiteral("Runtime.evaluate"), QStringLiteral("other")).contains(unanswered));
-    cdp.unblockSessions({QStringLiteral("page"), QStringLiteral("frame")});
-    EXPECT_TRUE(
-        failure(QStringLiteral("Runtime.evaluate"), QStringLiteral("page")).contains(unanswered));
+    const QString unanswered = u"did not answer"_s;
+    EXPECT_TRUE(failure(u"Page.bringToFront"_s, u"page"_s).contains(unanswered));
+    EXPECT_TRUE(failure(u"Runtime.evaluate"_s, u"other"_s).contains(unanswered));
+    cdp.unblockSessions({u"page"_s, u"frame"_s});
+    EXPECT_TRUE(failure(u"Runtime.evaluate"_s, u"page"_s).contains(unanswered));
 }
 } // namespace

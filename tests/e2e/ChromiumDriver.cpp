@@ -131,12 +131,6 @@ public:
     }
 
 private:
-    static QString quoted(const QString& text)
-    {
-        return QString::fromUtf8(QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact))
-            .mid(1)
-            .chopped(1);
-    }
     QJsonValue evaluateIn(const QString& targetOrSession, const QString& expression) override
     {
         return m_shell

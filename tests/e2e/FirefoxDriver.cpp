@@ -115,12 +115,6 @@ public:
     }
 
 private:
-    static QString quoted(const QString& text)
-    {
-        return QString::fromUtf8(QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact))
-            .mid(1)
-            .chopped(1);
-    }
     void perform(const ScriptWindow& page, const QJsonObject& source)
     {
         m_shell.call(u"input.performActions"_s,

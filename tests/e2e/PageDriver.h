@@ -5,7 +5,9 @@
 #include "ScriptWindow.h"
 #include "ShellWindowList.h"
 
+#include <QFile>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonValue>
 #include <memory>
 #include <ostream>
@@ -89,6 +91,24 @@ protected:
 
     Shell m_shell;
 };
+
+// A text as a script's string literal.
+inline QString quoted(const QString& text)
+{
+    return QString::fromUtf8(QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact))
+        .mid(1)
+        .chopped(1);
+}
+
+// How Chromium says its last run with that profile ended ("Normal" when closed as its own Quit
+// closes it, so no "Restore pages?" at the next start).
+inline QString chromiumExitType(const QString& profile)
+{
+    QFile preferences(profile + QStringLiteral("/Default/Preferences"));
+    if (!preferences.open(QIODevice::ReadOnly))
+        return QStringLiteral("<no preferences>");
+    return QJsonDocument::fromJson(preferences.readAll())["profile"]["exit_type"].toString();
+}
 
 // A text as the keys that type it: one character each, a surrogate pair together.
 inline QStringList graphemes(const QString& text)

@@ -3,6 +3,7 @@
 // both times the next start has the tabs back.
 #include "ChromiumProcess.h"
 #include "HttpServer.h"
+#include "PageDriver.h"
 #include "PumpUntil.h"
 #include "RemoteConnection.h"
 
@@ -101,17 +102,6 @@ public:
                            QDirIterator::Subdirectories);
         return found.hasNext() ? found.next() : QString();
     }
-    QString exitType() const
-    {
-        QFile preferences(profile() + u"/Default/Preferences"_s);
-        preferences.open(QIODevice::ReadOnly);
-        return QJsonDocument::fromJson(preferences.readAll())
-            .object()
-            .value("profile")
-            .toObject()
-            .value("exit_type")
-            .toString();
-    }
 
 private:
     QString path(const char* sub) const
@@ -173,7 +163,7 @@ TEST(BarProcessBrowser, TermClosesTheBrowserCleanlyAKillLosesNoTabsAndTheTabsCom
     const qint64 firstBrowser = bar.browserPid();
     ASSERT_TRUE(bar.end(SIGTERM));
     EXPECT_TRUE(processGone(firstBrowser));
-    EXPECT_EQ(bar.exitType(), u"Normal"_s);
+    EXPECT_EQ(chromiumExitType(bar.profile()), u"Normal"_s);
 
     for (const char* after : {"SIGTERM", "SIGKILL"}) {
         bar.start();
@@ -191,7 +181,7 @@ TEST(BarProcessBrowser, TermClosesTheBrowserCleanlyAKillLosesNoTabsAndTheTabsCom
         // The program killed: its browser sees the pipe close and quits as its own Quit does.
         ASSERT_TRUE(bar.end(SIGKILL));
         EXPECT_TRUE(processGone(browserPid)) << after;
-        EXPECT_EQ(bar.exitType(), u"Normal"_s) << after;
+        EXPECT_EQ(chromiumExitType(bar.profile()), u"Normal"_s) << after;
     }
 }
 } // namespace

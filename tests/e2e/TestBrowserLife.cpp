@@ -60,18 +60,6 @@ protected:
             held += BrowserTracking::GetHWND(form->tracking().holder(i)->InternetExplorer()) != 0;
         return held;
     }
-    QString exitType()
-    {
-        QFile preferences(profile.path() + u"/Default/Preferences"_s);
-        if (!preferences.open(QIODevice::ReadOnly))
-            return u"<no preferences>"_s;
-        return QJsonDocument::fromJson(preferences.readAll())
-            .object()
-            .value("profile")
-            .toObject()
-            .value("exit_type")
-            .toString();
-    }
 
     DesktopShell desktop;
 };
@@ -120,7 +108,8 @@ TEST_P(TestBrowserLife, ExitClosesTheBrowserCleanlyAndTheNextStartHasTheTabsBack
     open(server->url("/b.html"));
     stopBar();
     if (!onFirefox())
-        EXPECT_EQ(exitType(), u"Normal"_s); // no "Restore pages?" at the next start
+        EXPECT_EQ(chromiumExitType(profile.path()),
+                  u"Normal"_s); // no "Restore pages?" at the next start
     // A port name a crashed Firefox left behind is not taken for the new one's.
     QFile stale(profile.path() + u"/WebDriverBiDiServer.json"_s);
     if (onFirefox() && stale.open(QIODevice::WriteOnly))

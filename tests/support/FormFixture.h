@@ -13,7 +13,8 @@
 
 struct FormFixture
 {
-    FormFixture()
+    // The bar runs on the fake clock unless given another.
+    explicit FormFixture(const Clock* barClock = nullptr) : barClock(barClock ? *barClock : clock)
     {
         QDir(root.path()).mkpath(QStringLiteral("appdata"));
         QDir(root.path()).mkpath(QStringLiteral("temp"));
@@ -50,6 +51,7 @@ struct FormFixture
     FakeEditorDisplay editor;
     FakeProfilesDisplay profilesEditor;
     FakeDocking docking;
-    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor,
+    const Clock& barClock;
+    frmMain form{{shell, settings, boxes, barClock, ini, shellWindows, pump, metrics, editor,
                   profilesEditor, docking}};
 };

@@ -89,18 +89,8 @@ TEST_F(TestGuiMainWindow, LoadShowsCaptionSettingAndStatus)
 TEST_F(TestGuiMainWindow, StatusLineClearsItselfOnTheRealTimer)
 {
     SystemClock realClock;
-    FakeShell shell;
-    FakeSettings settings;
-    FakeMessageBoxes boxes;
-    IniFileStore ini;
-    ModelShell shellWindows;
-    ImmediatePump pump;
-    FakeTextMetrics metrics;
-    FakeEditorDisplay editor;
-    FakeProfilesDisplay profilesEditor;
-    FakeDocking docking;
-    frmMain form({shell, settings, boxes, realClock, ini, shellWindows, pump, metrics, editor,
-                  profilesEditor, docking});
+    FormFixture real(&realClock);
+    frmMain& form = real.form;
     MainWindow live(form);
     form.ShowStatus(u"Filling"_s);
     auto* status = live.findChild<QLabel*>(u"StatusBar"_s);

@@ -61,68 +61,43 @@ TEST(MeaningValues, RelatedMeaningsMakeWhatASiteAsksFor)
     struct Case
     {
         const char* name;
-        QMap<QString, QString> remembered;
+        const char* remembered; // key=value;key=value
         Meaning asked;
-        QString inputType;
-        QString expected;
+        const char* expected;
+        const char* inputType = "";
     } cases[] = {
-        {"given from full", {{"name", "Mary Ann Lee"}}, Meaning::GivenName, "", "Mary Ann"},
-        {"family from full", {{"name", "Mary Ann Lee"}}, Meaning::FamilyName, "", "Lee"},
-        {"one word is no split", {{"name", "Cher"}}, Meaning::FamilyName, "", ""},
-        {"full from parts",
-         {{"given-name", "Ann"}, {"family-name", "Lee"}},
-         Meaning::FullName,
-         "",
-         "Ann Lee"},
-        {"own value first",
-         {{"given-name", "Ann"}, {"name", "Mary Lee"}},
-         Meaning::GivenName,
-         "",
-         "Ann"},
-        {"area code", {{"tel", "(312) 555-0123"}}, Meaning::PhoneAreaCode, "", "312"},
-        {"prefix", {{"tel", "+1 312 555 0123"}}, Meaning::PhoneLocalPrefix, "", "555"},
-        {"suffix", {{"tel", "312.555.0123"}}, Meaning::PhoneLocalSuffix, "", "0123"},
-        {"local", {{"tel", "3125550123"}}, Meaning::PhoneLocal, "", "5550123"},
-        {"no parts of other numbers",
-         {{"tel", "+44 20 7946 0958"}},
-         Meaning::PhoneAreaCode,
-         "",
-         ""},
-        {"country code", {{"tel", "+44 20 7946 0958"}}, Meaning::PhoneCountryCode, "", "44"},
-        {"whole from parts",
-         {{"tel-area-code", "312"}, {"tel-local-prefix", "555"}, {"tel-local-suffix", "0123"}},
-         Meaning::Phone,
-         "",
-         "3125550123"},
-        {"street from lines",
-         {{"address-line1", "1 Main St"}, {"address-line2", "Apt 2"}},
-         Meaning::StreetAddress,
-         "",
+        {"given from full", "name=Mary Ann Lee", Meaning::GivenName, "Mary Ann"},
+        {"family from full", "name=Mary Ann Lee", Meaning::FamilyName, "Lee"},
+        {"one word is no split", "name=Cher", Meaning::FamilyName, ""},
+        {"full from parts", "given-name=Ann;family-name=Lee", Meaning::FullName, "Ann Lee"},
+        {"own value first", "given-name=Ann;name=Mary Lee", Meaning::GivenName, "Ann"},
+        {"area code", "tel=(312) 555-0123", Meaning::PhoneAreaCode, "312"},
+        {"prefix", "tel=+1 312 555 0123", Meaning::PhoneLocalPrefix, "555"},
+        {"suffix", "tel=312.555.0123", Meaning::PhoneLocalSuffix, "0123"},
+        {"local", "tel=3125550123", Meaning::PhoneLocal, "5550123"},
+        {"no parts of other numbers", "tel=+44 20 7946 0958", Meaning::PhoneAreaCode, ""},
+        {"country code", "tel=+44 20 7946 0958", Meaning::PhoneCountryCode, "44"},
+        {"whole from parts", "tel-area-code=312;tel-local-prefix=555;tel-local-suffix=0123",
+         Meaning::Phone, "3125550123"},
+        {"street from lines", "address-line1=1 Main St;address-line2=Apt 2", Meaning::StreetAddress,
          "1 Main St\nApt 2"},
-        {"line from street",
-         {{"street-address", "1 Main St\nApt 2"}},
-         Meaning::AddressLine2,
-         "",
-         "Apt 2"},
-        {"birth parts", {{"bday", "1990-05-17"}}, Meaning::BirthMonth, "", "05"},
-        {"birth year", {{"bday", "1990-05-17"}}, Meaning::BirthYear, "", "1990"},
-        {"birth date for a date field",
-         {{"bday-year", "1990"}, {"bday-month", "May"}, {"bday-day", "7"}},
-         Meaning::BirthDate,
-         "date",
-         "1990-05-07"},
-        {"no guessed date format",
-         {{"bday-year", "1990"}, {"bday-month", "5"}, {"bday-day", "7"}},
-         Meaning::BirthDate,
-         "text",
-         ""},
-        {"nothing known", {}, Meaning::City, "", ""},
+        {"line from street", "street-address=1 Main St\nApt 2", Meaning::AddressLine2, "Apt 2"},
+        {"birth parts", "bday=1990-05-17", Meaning::BirthMonth, "05"},
+        {"birth year", "bday=1990-05-17", Meaning::BirthYear, "1990"},
+        {"birth date for a date field", "bday-year=1990;bday-month=May;bday-day=7",
+         Meaning::BirthDate, "1990-05-07", "date"},
+        {"no guessed date format", "bday-year=1990;bday-month=5;bday-day=7", Meaning::BirthDate, "",
+         "text"},
+        {"nothing known", "", Meaning::City, ""},
     };
     for (const Case& c : cases) {
-        const MeaningValues values([&c](const QString& key) { return c.remembered.value(key); });
+        QMap<QString, QString> remembered;
+        for (const QString& entry : QString::fromUtf8(c.remembered).split(';', Qt::SkipEmptyParts))
+            remembered.insert(entry.section('=', 0, 0), entry.section('=', 1));
+        const MeaningValues values([&](const QString& key) { return remembered.value(key); });
         FieldDescription field;
-        field.inputType = c.inputType;
-        EXPECT_EQ(values.valueFor(c.asked, field), c.expected) << c.name;
+        field.inputType = QString::fromLatin1(c.inputType);
+        EXPECT_EQ(values.valueFor(c.asked, field), QString::fromUtf8(c.expected)) << c.name;
     }
 }
 

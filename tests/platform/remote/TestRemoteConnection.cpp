@@ -1,4 +1,6 @@
-// The connection's time-outs and blocked pages, on transports whose answers the test gives.
+// The connection on transports whose answers the test gives: calls that wait without running
+// other events, events delivered afterwards in order, errors, a browser that goes, time-outs and
+// pages blocked by dialogs.
 #include "AppError.h"
 #include "PumpUntil.h"
 #include "RemoteConnection.h"
@@ -9,6 +11,7 @@
 #include <QJsonDocument>
 #include <QMutex>
 #include <QThread>
+#include <QTimer>
 #include <gtest/gtest.h>
 #include <thread>
 
@@ -21,6 +24,64 @@ class SilentTransport : public RemoteTransport
 public:
     void send(const QByteArray&) override {}
 };
+
+// A browser that sends two events before each answer, fails an unknown method, and goes when
+// asked to close.
+class ChattyTransport : public RemoteTransport
+{
+public:
+    void send(const QByteArray& bytes) override
+    {
+        const QJsonObject call = QJsonDocument::fromJson(bytes).object();
+        const QString method = call.value("method").toString();
+        if (method == QLatin1String("Browser.close"))
+            return Q_EMIT closed(u"gone"_s);
+        for (int n = 1; n <= 2; ++n)
+            Q_EMIT received(
+                QJsonDocument(QJsonObject{{"method", method + u".event%1"_s.arg(n)}}).toJson());
+        const QJsonObject outcome =
+            method == QLatin1String("No.suchMethod")
+                ? QJsonObject{{"error", QJsonObject{{"message", "'No.suchMethod' wasn't found"}}}}
+                : QJsonObject{{"result", QJsonObject{{"ok", true}}}};
+        QJsonObject answer = outcome;
+        answer.insert("id", call.value("id"));
+        Q_EMIT received(QJsonDocument(answer).toJson());
+    }
+};
+
+TEST(RemoteConnection, CallsWaitRunningNothingElseAndEventsComeAfterwardsInOrder)
+{
+    RemoteConnection connection([] { return new ChattyTransport; }, 5000);
+    QStringList events;
+    bool onMainThread = true;
+    connection.setEventHandler([&](const RemoteConnection::Event& event) {
+        events << event.method;
+        onMainThread &= QThread::currentThread() == QCoreApplication::instance()->thread();
+    });
+    bool otherEventRan = false;
+    QTimer::singleShot(0, [&] { otherEventRan = true; });
+    EXPECT_TRUE(connection.call(u"First.call"_s).value("ok").toBool());
+    connection.call(u"Second.call"_s);
+    EXPECT_FALSE(otherEventRan);
+    EXPECT_TRUE(events.isEmpty());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(otherEventRan);
+    EXPECT_EQ(events, (QStringList{"First.call.event1", "First.call.event2", "Second.call.event1",
+                                   "Second.call.event2"}));
+    EXPECT_TRUE(onMainThread);
+    try {
+        connection.call(u"No.suchMethod"_s);
+        ADD_FAILURE() << "no error";
+    } catch (const AppError& error) {
+        EXPECT_EQ(error.number(), ErrorNumber::BrowserCall);
+        EXPECT_TRUE(error.description().contains("No.suchMethod"));
+    }
+    // The browser goes: every later call fails at once, and the handler hears of it.
+    connection.send(u"Browser.close"_s);
+    EXPECT_TRUE(pumpUntil([&] { return connection.isClosed(); }, 3000));
+    EXPECT_THROW(connection.call(u"First.call"_s), AppError);
+    EXPECT_TRUE(pumpUntil([&] { return events.contains(RemoteConnection::ClosedEvent); }, 3000));
+}
 
 // A browser whose answers the test gives, as late as it likes.
 class HeldTransport : public RemoteTransport

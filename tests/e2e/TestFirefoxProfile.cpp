@@ -1,100 +1,23 @@
-// The browsers' processes as Tolvane starts and speaks to them: Chromium's DevTools pipe (answers,
-// errors, events in order on the user-interface thread, a browser that dies) and a Firefox left
-// running in its profile by a Tolvane that was killed.
+// A Firefox left running in its profile by a Tolvane that was killed, and the next start.
 #include "AppError.h"
-#include "ChromiumProcess.h"
 #include "FirefoxProcess.h"
 #include "PumpUntil.h"
 #include "RemoteConnection.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QScopeGuard>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QThread>
-#include <QTimer>
 #include <csignal>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-QString chromium()
-{
-    return QStandardPaths::findExecutable(u"chromium"_s);
-}
-
-const QStringList Headless = {u"--headless"_s, u"--disable-gpu"_s, u"--disable-dev-shm-usage"_s};
-
-void pumpFor(int ms)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < ms)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-}
-
-class TestRemoteConnection : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        if (chromium().isEmpty())
-            GTEST_SKIP() << "chromium is not installed";
-    }
-    QTemporaryDir profile;
-};
-
-TEST_F(TestRemoteConnection, PipeAnswersCallsAndDeliversEventsInOrderAfterwards)
-{
-    auto browser = ChromiumProcess::start(chromium(), profile.path(), Headless);
-    RemoteConnection& cdp = browser->connection();
-    const QJsonObject version = cdp.call(u"Browser.getVersion"_s);
-    EXPECT_TRUE(version.value("product").toString().contains("Chrome/"))
-        << version.value("product").toString().toStdString();
-
-    std::vector<QString> methods;
-    std::vector<bool> onMainThread;
-    cdp.setEventHandler([&](const RemoteConnection::Event& event) {
-        methods.push_back(event.method);
-        onMainThread.push_back(QThread::currentThread() == QCoreApplication::instance()->thread());
-    });
-    bool otherEventRan = false;
-    QTimer::singleShot(0, [&] { otherEventRan = true; });
-    cdp.call(u"Target.setDiscoverTargets"_s, {{"discover", true}});
-    cdp.call(u"Target.createTarget"_s, {{"url", "about:blank"}});
-    // The waiting calls ran nothing else; the events come afterwards, in order.
-    EXPECT_FALSE(otherEventRan);
-    EXPECT_TRUE(methods.empty());
-    pumpFor(500);
-    EXPECT_TRUE(otherEventRan);
-    ASSERT_FALSE(methods.empty());
-    EXPECT_EQ(std::count(onMainThread.begin(), onMainThread.end(), false), 0);
-    EXPECT_EQ(methods.front(), u"Target.targetCreated"_s);
-
-    try {
-        cdp.call(u"No.suchMethod"_s);
-        FAIL() << "no error";
-    } catch (const AppError& error) {
-        EXPECT_EQ(error.number(), ErrorNumber::BrowserCall);
-        EXPECT_TRUE(error.description().contains("No.suchMethod"))
-            << error.description().toStdString();
-    }
-
-    // The browser dies: every later call fails at once instead of waiting.
-    browser->kill();
-    QElapsedTimer timer;
-    timer.start();
-    EXPECT_THROW(cdp.call(u"Browser.getVersion"_s), AppError);
-    EXPECT_LT(timer.elapsed(), 5000);
-    EXPECT_TRUE(cdp.isClosed());
-}
-
 // Debian's Firefox ESR, or the test is skipped.
 #define REQUIRE_FIREFOX(firefox)                                                                   \
     const QString firefox = QStandardPaths::findExecutable(u"firefox-esr"_s);                      \

@@ -86,25 +86,9 @@ TEST_F(TestDocking, ADesktopThatNeverReservesStillGetsTheBarPlaced)
 // Resize events that arrive while docking lets events run return at once.
 TEST_F(TestDocking, ResizesDuringDockingDoNotReenter)
 {
-    struct ReentrantDocking : FakeDocking
-    {
-        frmMain* form = nullptr;
-        void DoEvents() override
-        {
-            if (form)
-                form->Form_Resize();
-        }
-    };
-    ReentrantDocking reentrant;
-    FakeShell shell;
-    shell.appDataFolder = f.shell.appDataFolder;
-    shell.tempFolder = f.shell.tempFolder;
-    shell.programFolder = f.shell.programFolder;
-    frmMain form({shell, f.settings, f.boxes, f.clock, f.ini, f.shellWindows, f.pump, f.metrics,
-                  f.editor, f.profilesEditor, reentrant});
-    reentrant.form = &form;
-    form.Form_Resize();
-    EXPECT_EQ(reentrant.calls.count("SHAppBarMessage 0"), 1);
-    EXPECT_EQ(reentrant.calls.count("hide"), 1);
+    dock.onDoEvents = [this] { f.form.Form_Resize(); };
+    f.form.Form_Resize();
+    EXPECT_EQ(dock.calls.count("SHAppBarMessage 0"), 1);
+    EXPECT_EQ(dock.calls.count("hide"), 1);
 }
 } // namespace

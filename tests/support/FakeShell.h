@@ -157,5 +157,11 @@ public:
         visible = show;
         calls << (show ? QStringLiteral("show") : QStringLiteral("hide"));
     }
-    void DoEvents() override {}
+    // What arrives while docking lets events run.
+    std::function<void()> onDoEvents;
+    void DoEvents() override
+    {
+        if (onDoEvents)
+            onDoEvents();
+    }
 };

@@ -13,8 +13,11 @@
 
 struct FormFixture
 {
-    // The bar runs on the fake clock unless given another.
-    explicit FormFixture(const Clock* barClock = nullptr) : barClock(barClock ? *barClock : clock)
+    // The bar runs on the fake clock and scripted shortcut dialogs unless given others.
+    explicit FormFixture(const Clock* barClock = nullptr,
+                         ModalDisplay<frmShortcut>* shortcutDialogs = nullptr)
+        : barClock(barClock ? *barClock : clock),
+          shortcutDialogs(shortcutDialogs ? *shortcutDialogs : editor)
     {
         QDir(root.path()).mkpath(QStringLiteral("appdata"));
         QDir(root.path()).mkpath(QStringLiteral("temp"));
@@ -52,6 +55,7 @@ struct FormFixture
     FakeProfilesDisplay profilesEditor;
     FakeDocking docking;
     const Clock& barClock;
-    frmMain form{{shell, settings, boxes, barClock, ini, shellWindows, pump, metrics, editor,
-                  profilesEditor, docking}};
+    ModalDisplay<frmShortcut>& shortcutDialogs;
+    frmMain form{{shell, settings, boxes, barClock, ini, shellWindows, pump, metrics,
+                  shortcutDialogs, profilesEditor, docking}};
 };

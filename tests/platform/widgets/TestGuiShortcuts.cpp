@@ -1,11 +1,8 @@
 // The shortcut list and editor as real widgets, offscreen: the dialog round trip, the list
 // widget following the rebuilds, and a right click selecting the row under the pointer.
-#include "FakeShell.h"
-#include "IniFileStore.h"
+#include "FormFixture.h"
 #include "MainWindow.h"
-#include "ModelBrowser.h"
 #include "ShortcutDialog.h"
-#include "frmMain.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -27,9 +24,6 @@ class TestGuiShortcuts : public ::testing::Test
 protected:
     TestGuiShortcuts()
     {
-        shell.appDataFolder = dir.path();
-        shell.tempFolder = dir.path();
-        shell.programFolder = dir.path();
         form.Form_Load();
         window.show();
         list = window.findChild<QTreeWidget*>("lvShortcuts");
@@ -55,26 +49,16 @@ protected:
     }
     QString shortcutsKey(int number, const char* key)
     {
-        return ini
-            .readEntry(dir.path() + "/Tolvane Data/zShortcuts.ini", u"Shortcut%1"_s.arg(number),
-                       key)
+        return ini.readEntry(f.dataFile("zShortcuts.ini"), u"Shortcut%1"_s.arg(number), key)
             .value_or("<missing>");
     }
 
-    QTemporaryDir dir;
-    FakeShell shell;
-    FakeSettings settings;
-    FakeMessageBoxes boxes;
     SystemClock clock;
-    IniFileStore ini;
-    ModelShell shellWindows;
-    ImmediatePump pump;
-    FakeTextMetrics metrics;
     ShortcutDialogDisplay editor;
-    FakeProfilesDisplay profilesEditor;
-    FakeDocking docking;
-    frmMain form{{shell, settings, boxes, clock, ini, shellWindows, pump, metrics, editor,
-                  profilesEditor, docking}};
+    FormFixture f{&clock, &editor};
+    FakeShell& shell = f.shell;
+    IniFileStore& ini = f.ini;
+    frmMain& form = f.form;
     MainWindow window{form};
     QTreeWidget* list = nullptr;
 };
@@ -120,7 +104,7 @@ TEST_F(TestGuiShortcuts, AddEditAndCancelThroughTheDialog)
 
 TEST_F(TestGuiShortcuts, TheListWidgetFollowsRebuildsAndRightClicks)
 {
-    const QString file = dir.path() + "/Tolvane Data/zShortcuts.ini";
+    const QString file = f.dataFile("zShortcuts.ini");
     ini.writeEntry(file, "Shortcuts", "Max", "30");
     for (int n = 1; n <= 30; ++n) {
         ini.writeEntry(file, u"Shortcut%1"_s.arg(n), "Title", u"Contest %1"_s.arg(n));

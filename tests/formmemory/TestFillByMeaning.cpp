@@ -178,7 +178,8 @@ TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldN
     EXPECT_EQ(stored("zSHOP.EXAMPLE!CHECKOUT.ini", Shop, "email"), u"bob@example.org"_s);
 
     // On another site: a field of another meaning under a remembered name, a friend's box named
-    // as the user's was, a read-only field, one the page filled, a bare "Name" beside a first name.
+    // as the user's was, a read-only field, one the page filled, a list the page chose for the
+    // user, a bare "Name" beside a first name.
     f.form.valueStore().SetValue(Shop, u"street"_s, u"1 Main St"_s, ValueReach::AnySite,
                                  u"address-line1"_s);
     f.form.valueStore().SetValue(Shop, u"mail"_s, u"ann@example.org"_s, ValueReach::AnySite,
@@ -192,6 +193,13 @@ TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldN
     auto readOnly = ModelElement::input("text", "e1");
     readOnly->describe(locked);
     draw->add(readOnly);
+    FieldDescription chosen;
+    chosen.label = u"State"_s;
+    chosen.preselected = true;
+    chosen.options = {{"NY", "New York"}, {"IL", "Illinois"}};
+    auto preselected = ModelElement::select("st2", {{"NY", "New York"}, {"IL", "Illinois"}});
+    preselected->describe(chosen);
+    draw->add(preselected);
     auto signedIn = described(draw, ModelElement::input("text", "e2", "me@site.example"), "Email");
     auto first = described(draw, ModelElement::input("text", "fn"), "First name");
     auto nameBox = described(draw, ModelElement::input("text", "nm"), "Name");
@@ -199,6 +207,7 @@ TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldN
     EXPECT_EQ(streetState->value(), u"Illinois"_s); // the state, not the street
     EXPECT_EQ(friendBox->value(), QString());
     EXPECT_EQ(readOnly->value(), QString());
+    EXPECT_EQ(preselected->selectedIndex(), 0); // the page's choice stands
     EXPECT_EQ(signedIn->value(), u"me@site.example"_s);
     EXPECT_EQ(first->value(), u"Ann"_s);
     EXPECT_EQ(nameBox->value(), u"Lee"_s);

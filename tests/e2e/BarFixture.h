@@ -160,6 +160,17 @@ protected:
     {
         return f.ini.readEntry(f.dataFile(file), section, key).value_or(u"<missing>"_s);
     }
+    // What the site's file holds for the key, "<missing>" if nothing.
+    QString siteValue(const QString& site, const char* key)
+    {
+        return f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, QLatin1String(key))
+            .value_or(QStringLiteral("<missing>"));
+    }
+    static QByteArray fileBytes(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
     QString fieldValue(const std::shared_ptr<ScriptWindow>& page, const char* name)
     {
         return evaluate(page,

@@ -17,11 +17,6 @@ protected:
         return f.ini.readEntry(form->valueStore().anyFile(), u"Meaning"_s, QString::fromLatin1(key))
             .value_or(QString());
     }
-    QByteArray fileBytes(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
     void pressDown(const std::shared_ptr<ScriptWindow>& page, int times)
     {
         for (int i = 0; i < times; ++i)
@@ -52,9 +47,8 @@ TEST_P(TestContestForms, AnEntryTypedOnOneSiteFillsAnotherButNeverAFriendsBoxOrA
     tab(entry);
     type(entry, "19");
     tab(entry);
-    ASSERT_TRUE(waitFor([&] {
-        return f.ini.readEntry(form->siteFiles().SiteFilePath(a), a, "skill").value_or("") == "19";
-    })) << fileBytes(form->siteFiles().SiteFilePath(a)).toStdString();
+    ASSERT_TRUE(waitFor([&] { return siteValue(a, "skill") == "19"; }))
+        << fileBytes(form->siteFiles().SiteFilePath(a)).toStdString();
     EXPECT_EQ(byMeaning("email"), u"ann@example.org"_s);
     EXPECT_EQ(byMeaning("bday-year"), u"1990"_s);
     EXPECT_EQ(byMeaning("address-level1"), u"Illinois"_s);
@@ -101,10 +95,7 @@ TEST_P(TestContestForms, FieldsOfOneNameKeepOneValueEach)
         type(page, values[i]);
         tab(page);
     }
-    ASSERT_TRUE(waitFor([&] {
-        return f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "inputField#3")
-                   .value_or("") == values[2];
-    }));
+    ASSERT_TRUE(waitFor([&] { return siteValue(site, "inputField#3") == values[2]; }));
     waitFor([] { return false; }, 1100); // not taken for a repeat of the first load
     auto again = open(site);
     const QStringList shown =

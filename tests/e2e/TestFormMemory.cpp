@@ -36,16 +36,13 @@ TEST_P(TestFormMemory, EveryKindOfFieldIsRememberedAndFilled)
     click(first, "[name=fname]");
     evaluate(first, "0"); // let the events arrive
     const QString site = server->url("/a.html");
-    ASSERT_TRUE(waitFor([&] {
-        return f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "comments").has_value();
-    }));
-    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "size_M"), u"True"_s);
-    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "optin_yes"), u"True"_s);
-    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "comments"),
-              u"line one<VBLF>line two"_s);
+    ASSERT_TRUE(waitFor([&] { return siteValue(site, "comments") != "<missing>"; }));
+    EXPECT_EQ(siteValue(site, "size_M"), u"True"_s);
+    EXPECT_EQ(siteValue(site, "optin_yes"), u"True"_s);
+    EXPECT_EQ(siteValue(site, "comments"), u"line one<VBLF>line two"_s);
     EXPECT_EQ(form->siteFiles().SiteFilePath(site),
               f.dataFile(form->siteFiles().URL2INIFile(site)));
-    EXPECT_EQ(f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, "fname"), u"Ann"_s);
+    EXPECT_EQ(siteValue(site, "fname"), u"Ann"_s);
     EXPECT_EQ(stored("zAny.ini", "Any", "fname"), u"Ann"_s);
     EXPECT_EQ(form->siteFiles().GetTotalVisits(site), 1);
     form->valueStore().SetValue(server->url("/c.html", true), "state", "NY");

@@ -35,10 +35,7 @@ TEST_P(TestFrameworkForms, WhatTheBarFillsIsWhatThePageSubmits)
         {"optin_yes", "True"}, {"size_M", "True"},           {"why", "Because\nI ride"}};
     for (const auto& [key, value] : remembered)
         form->valueStore().SetValue(elsewhere, QLatin1String(key), QString::fromUtf8(value));
-    const QByteArray anyBefore = [&] {
-        QFile any(form->valueStore().anyFile());
-        return any.open(QIODevice::ReadOnly) ? any.readAll() : QByteArray();
-    }();
+    const QByteArray anyBefore = fileBytes(form->valueStore().anyFile());
 
     // Each page has a field of its own that the user types into.
     for (const auto& [path, own] : {std::pair{"/frameworks/react.html", "code"},
@@ -82,21 +79,14 @@ TEST_P(TestFrameworkForms, WhatTheBarFillsIsWhatThePageSubmits)
         EXPECT_EQ(counts.value("size change").toInt(), 1);
 
         // The files hold what the user typed, nothing the fill wrote.
-        ASSERT_TRUE(waitFor([&] {
-            return stored(form->siteFiles().URL2INIFile(site), site, QLatin1String(own)) ==
-                   QLatin1String("WIN-42");
-        }));
-        QFile siteFile(form->siteFiles().SiteFilePath(site));
-        ASSERT_TRUE(siteFile.open(QIODevice::ReadOnly));
-        const QByteArray siteBytes = siteFile.readAll();
+        ASSERT_TRUE(waitFor([&] { return siteValue(site, own) == QLatin1String("WIN-42"); }));
+        const QByteArray siteBytes = fileBytes(form->siteFiles().SiteFilePath(site));
         for (const char* filled : {"Ann", "ann@example.org", "NY", "optin", "size", "Because"})
             EXPECT_FALSE(siteBytes.contains(filled)) << filled;
     }
-    QFile any(form->valueStore().anyFile());
-    ASSERT_TRUE(any.open(QIODevice::ReadOnly));
     // And the meaning of the fields they were typed in: none.
     EXPECT_EQ(
-        any.readAll(),
+        fileBytes(form->valueStore().anyFile()),
         anyBefore +
             "code=WIN-42\r\nticket=WIN-42\r\n[Field Meanings]\r\ncode=none\r\nticket=none\r\n");
     expectNoErrorBox();

@@ -19,11 +19,6 @@ protected:
     {
         return form->valueStore().GetValue(site, key, u"<missing>"_s);
     }
-    QByteArray anyFileBytes()
-    {
-        QFile file(form->valueStore().anyFile());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
     void typeInto(const std::shared_ptr<ScriptWindow>& page, const char* id, const QString& text)
     {
         click(page, u"#"_s + QLatin1String(id));
@@ -58,11 +53,11 @@ TEST_P(TestHostilePages, AwkwardNamesAndValuesAreKeptWhereTheFilesCanHoldThem)
     EXPECT_EQ(remembered(site, "sec]tion=key"), u"x]y=z"_s);
     // Text in any script is kept as it was typed (the files become UTF-8 for it).
     EXPECT_EQ(remembered(site, u"Zoë €名前"_s), u"Zoë € 名前"_s);
-    EXPECT_TRUE(anyFileBytes().startsWith("\xEF\xBB\xBF"));
+    EXPECT_TRUE(fileBytes(form->valueStore().anyFile()).startsWith("\xEF\xBB\xBF"));
     EXPECT_EQ(remembered(site, QString(100 * 1024, QLatin1Char('n'))), longValue.left(255));
     // A name with a line break has no written form: nothing is kept, nothing else harmed.
     EXPECT_EQ(remembered(site, "a\r\nb"), u"<missing>"_s);
-    EXPECT_FALSE(anyFileBytes().contains("=one"));
+    EXPECT_FALSE(fileBytes(form->valueStore().anyFile()).contains("=one"));
     expectNoErrorBox();
 
     auto again = open(server->url("/awkward-again.html"));
@@ -90,10 +85,9 @@ TEST_P(TestHostilePages, APageScriptsValuesAndFocusMovesStayOutOfAnyIni)
     tab(page);
     ASSERT_TRUE(waitFor([&] { return remembered(site, "typed") == QLatin1String("mine"); }));
     waitFor([] { return false; }, 300);
-    EXPECT_FALSE(anyFileBytes().contains("scripted")) << anyFileBytes().toStdString();
-    QFile siteFile(form->siteFiles().SiteFilePath(site));
-    ASSERT_TRUE(siteFile.open(QIODevice::ReadOnly));
-    EXPECT_FALSE(siteFile.readAll().contains("scripted"));
+    EXPECT_FALSE(fileBytes(form->valueStore().anyFile()).contains("scripted"))
+        << fileBytes(form->valueStore().anyFile()).toStdString();
+    EXPECT_FALSE(fileBytes(form->siteFiles().SiteFilePath(site)).contains("scripted"));
 }
 
 TEST_P(TestHostilePages, AFloodOfPageEventsLeavesTheBarResponsive)
@@ -102,7 +96,7 @@ TEST_P(TestHostilePages, AFloodOfPageEventsLeavesTheBarResponsive)
     auto page = open(site);
     waitFor([] { return false; }, 500);
     EXPECT_TRUE(typedIsRemembered(page, site, "g", "steady"));
-    EXPECT_FALSE(anyFileBytes().contains("flood"));
+    EXPECT_FALSE(fileBytes(form->valueStore().anyFile()).contains("flood"));
     expectNoErrorBox();
 }
 } // namespace
@@ -123,9 +117,7 @@ TEST_P(TestHostilePages, AMutationStormIsFollowedWithoutFloodingTheBar)
     EXPECT_GE(filled, all - 2) << filled << " of " << all; // the newest may still be on its way
     EXPECT_GT(all, 3);
     // Filling is not typing: the site's file holds what the user typed, nothing the fill wrote.
-    QFile siteFile(form->siteFiles().SiteFilePath(site));
-    ASSERT_TRUE(siteFile.open(QIODevice::ReadOnly));
-    EXPECT_FALSE(siteFile.readAll().contains("filled once"));
+    EXPECT_FALSE(fileBytes(form->siteFiles().SiteFilePath(site)).contains("filled once"));
     expectNoErrorBox();
 }
 

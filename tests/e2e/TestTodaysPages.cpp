@@ -23,11 +23,6 @@ protected:
                 {"/untitled.html", QByteArray("<html><body>no title</body></html>")}};
     }
     QString any(const char* key) { return stored("zAny.ini", "Any", QLatin1String(key)); }
-    QString siteValue(const QString& site, const char* key)
-    {
-        return f.ini.readEntry(form->siteFiles().SiteFilePath(site), site, QLatin1String(key))
-            .value_or(u"<missing>"_s);
-    }
     // Whether the page shows its dialog: DevTools cannot reach a page behind one, Firefox can,
     // and the page says so.
     bool showsDialog(const std::shared_ptr<ScriptWindow>& page)

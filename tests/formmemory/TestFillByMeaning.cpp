@@ -145,6 +145,7 @@ TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldN
     f.form.valueStore().SetMeaningValue(u"address-level1"_s, u"Illinois"_s);
     f.form.valueStore().SetMeaningValue(u"email"_s, u"ann@example.org"_s);
     f.form.valueStore().SetMeaningValue(u"name"_s, u"Ann Lee"_s);
+    f.form.valueStore().SetMeaningValue(u"address-level2"_s, u"Springfield"_s);
     auto shop = formPage(Shop);
     auto state = described(
         shop,
@@ -152,6 +153,7 @@ TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldN
         "State");
     auto mail = described(shop, ModelElement::input("text", "mail"), "E-mail");
     auto street = described(shop, ModelElement::input("text", "street"), "Street address");
+    auto phone = described(shop, ModelElement::input("text", "phone"), "Phone", "tel");
     auto bareName = described(shop, ModelElement::input("text", "name"), "Name");
     auto friendMail =
         described(shop, ModelElement::input("text", "email"), "Friend's e-mail", "email");
@@ -165,6 +167,7 @@ TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldN
         {[&] { shop->choose(state, 0); }, "address-level1", "Illinois"}, // a placeholder
         {[&] { shop->choose(state, 2); }, "address-level1", "Illinois"}, // a code with no text
         {[&] { shop->type(mail, "not an address"); }, "email", "ann@example.org"},
+        {[&] { shop->type(phone, "12345"); }, "tel", "<missing>"}, // too short for a number
         {[&] { shop->type(street, "Illinois"); }, "address-line1",
          "<missing>"},                                               // the state in a street box
         {[&] { shop->type(bareName, "Zoe Q"); }, "name", "Ann Lee"}, // a bare name fills gaps only
@@ -203,6 +206,12 @@ TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldN
     auto signedIn = described(draw, ModelElement::input("text", "e2", "me@site.example"), "Email");
     auto first = described(draw, ModelElement::input("text", "fn"), "First name");
     auto nameBox = described(draw, ModelElement::input("text", "nm"), "Name");
+    FieldDescription unsure; // captioned a city, its placeholder asks for a postcode
+    unsure.label = u"City"_s;
+    unsure.placeholder = u"Postal code"_s;
+    auto cityOrCode = ModelElement::input("text", "x");
+    cityOrCode->describe(unsure);
+    draw->add(cityOrCode);
     load(draw);
     EXPECT_EQ(streetState->value(), u"Illinois"_s); // the state, not the street
     EXPECT_EQ(friendBox->value(), QString());
@@ -211,5 +220,6 @@ TEST_F(TestFillByMeaning, MemoryNeverLearnsAWrongValueNorFillsWhereTheUserWouldN
     EXPECT_EQ(signedIn->value(), u"me@site.example"_s);
     EXPECT_EQ(first->value(), u"Ann"_s);
     EXPECT_EQ(nameBox->value(), u"Lee"_s);
+    EXPECT_EQ(cityOrCode->value(), QString()); // unsure: left empty
 }
 } // namespace

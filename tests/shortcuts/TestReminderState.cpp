@@ -40,7 +40,8 @@ TEST(ReminderState, WorkedExamples)
         {"2005-03-01", -2, nullptr, nullptr, "2005-03-10", std::nullopt},
         {"2004-01-31", 3, "2004-03-01", nullptr, "2004-03-30", StateIcon::Monthly},
         {"2004-01-31", 3, "2004-02-28", nullptr, "2004-03-01", StateIcon::Due},
-        {"2005-03-01", 1, "2005-03-10", nullptr, "2005-03-10", StateIcon::Daily},
+        // Visited on a monthly reminder date: that date still counts, due the days after.
+        {"2005-01-31", 3, "2005-02-28", nullptr, "2005-03-15", StateIcon::Due},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(ShortcutState(d(c.start), c.reminder, d(c.visit), d(c.end), d(c.today)), c.icon)

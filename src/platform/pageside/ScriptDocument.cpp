@@ -9,21 +9,19 @@
 #include <utility>
 
 namespace {
-constexpr int NotSupported = 438;
-
 // The script's snapshot() answer: JSON text, which the browser passes on faster than an object.
 QJsonObject snapshotFrom(const QJsonValue& answer)
 {
     return QJsonDocument::fromJson(answer.toString().toUtf8()).object();
 }
+} // namespace
 
-QString literal(const QJsonValue& value)
+QString scriptLiteral(const QJsonValue& value)
 {
     return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact))
         .mid(1)
         .chopped(1);
 }
-} // namespace
 
 ScriptDocument::ScriptDocument(PageScriptHost& host, QString realm, QString frameId)
     : m_host(host), m_realm(std::move(realm)), m_frame(std::move(frameId))
@@ -149,7 +147,8 @@ void ScriptDocument::queueWrite(qint64 id, const QString& property, const QJsonV
     // Kept as the script's text: a fill queues a write per field.
     if (!m_pendingWrites.isEmpty())
         m_pendingWrites += QLatin1Char(',');
-    m_pendingWrites += QStringLiteral("[%1,%2,%3]").arg(id).arg(literal(property), literal(value));
+    m_pendingWrites +=
+        QStringLiteral("[%1,%2,%3]").arg(id).arg(scriptLiteral(property), scriptLiteral(value));
 }
 
 QString ScriptDocument::text(const char* property) const
@@ -165,7 +164,7 @@ QString ScriptDocument::text(const char* property) const
         if (known != m_batchTexts.constEnd())
             return *known;
     }
-    const QString value = run(QStringLiteral("doc(%1)").arg(literal(key))).toString();
+    const QString value = run(QStringLiteral("doc(%1)").arg(scriptLiteral(key))).toString();
     if (openBatch() != 0)
         m_batchTexts.insert(key, value);
     return value;
@@ -223,10 +222,11 @@ QList<ElementPtr> ScriptDocument::tags(const QString& tagName) const
             m_readAhead.erase(ahead);
             return listing(records);
         }
-        return listing(run(QStringLiteral("list(%1)").arg(literal(tagName))).toArray());
+        return listing(run(QStringLiteral("list(%1)").arg(scriptLiteral(tagName))).toArray());
     }
     QList<ElementPtr> found;
-    for (const QJsonValue& id : run(QStringLiteral("tags(%1)").arg(literal(tagName))).toArray())
+    for (const QJsonValue& id :
+         run(QStringLiteral("tags(%1)").arg(scriptLiteral(tagName))).toArray())
         found.append(element(id));
     return found;
 }
@@ -310,94 +310,4 @@ std::optional<QJsonValue> ScriptDocument::reported(qint64 id, const QString& pro
     if (value == field.constEnd())
         return std::nullopt;
     return *value;
-}
-
-ScriptElement::ScriptElement(std::shared_ptr<const ScriptDocument> document,
-                             std::shared_ptr<ScriptListing> listing, int index)
-    : m_document(std::move(document)), m_id(listing->field(index).id),
-      m_listing(std::move(listing)), m_index(index)
-{
-}
-
-bool ScriptElement::userTouched() const
-{
-    // Only the fields given out as added carry it; the page's own fields are filled regardless.
-    const ScriptListing* listed = listing();
-    return listed && listed->field(m_index).properties.value(QLatin1String("touched")).toBool();
-}
-
-bool ScriptElement::userTyped() const
-{
-    return get("typed").toBool();
-}
-
-FieldDescription ScriptElement::description() const
-{
-    const QJsonObject hint = get("hint").toObject();
-    FieldDescription field;
-    field.autocomplete = hint.value(QLatin1String("autocomplete")).toString();
-    field.id = hint.value(QLatin1String("id")).toString();
-    field.label = hint.value(QLatin1String("label")).toString();
-    field.placeholder = hint.value(QLatin1String("placeholder")).toString();
-    field.ariaLabel = hint.value(QLatin1String("aria")).toString();
-    field.inputType = hint.value(QLatin1String("type")).toString();
-    for (const QJsonValue& option : hint.value(QLatin1String("options")).toArray())
-        field.options.append({option[0].toString(), option[1].toString()});
-    field.twin = hint.value(QLatin1String("twin")).toString();
-    field.section = hint.value(QLatin1String("section")).toString();
-    field.language = hint.value(QLatin1String("lang")).toString();
-    field.outOfReach = hint.value(QLatin1String("off")).toBool();
-    field.preselected = hint.value(QLatin1String("chosen")).toBool();
-    return field;
-}
-
-ScriptListing* ScriptElement::listing() const
-{
-    return m_listing && m_listing->batch() == m_document->openBatch() ? m_listing.get() : nullptr;
-}
-
-QJsonValue ScriptElement::get(const char* property) const
-{
-    const QString name = QString::fromLatin1(property);
-    if (const ScriptListing* listed = listing()) {
-        const QJsonObject& known = listed->field(m_index).properties;
-        const auto value = known.constFind(name);
-        if (value != known.constEnd())
-            return *value;
-    }
-    if (const auto value = m_document->reported(m_id, name))
-        return *value;
-    return m_document->run(QStringLiteral("get(%1, %2)").arg(m_id).arg(literal(name)));
-}
-
-void ScriptElement::set(const char* property, const QJsonValue& value) const
-{
-    const QString name = QString::fromLatin1(property);
-    ScriptListing* listed = listing();
-    // A scroll in a batch goes with the batch's writes: every element has it.
-    if (!listed && name == QLatin1String("scrollIntoView") && m_document->openBatch() != 0) {
-        m_document->queueWrite(m_id, name, value);
-        return;
-    }
-    m_document->wrote(listed != nullptr);
-    if (listed) {
-        const QJsonObject& known = listed->field(m_index).properties;
-        if (known.contains(name))
-            required(known.value(name));
-        m_document->queueWrite(m_id, name, value);
-        listed->wrote(m_index, name, value);
-        return;
-    }
-    const QJsonValue answer = m_document->run(
-        QStringLiteral("set(%1, %2, %3)").arg(m_id).arg(literal(name), literal(value)));
-    if (!m_document->unloaded())
-        required(answer);
-}
-
-QJsonValue ScriptElement::required(const QJsonValue& value)
-{
-    if (value.isNull() || value.isUndefined())
-        throw AppError(NotSupported,
-                       QStringLiteral("Object doesn't support this property or method"));
-    return value;
 }

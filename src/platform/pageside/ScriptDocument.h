@@ -101,6 +101,9 @@ private:
     mutable QJsonObject m_prefetched; // a snapshot of the page's fields not yet read
 };
 
+// A value as a literal of the page script's language.
+QString scriptLiteral(const QJsonValue& value);
+
 // An element of a real page, by its id in the document's script.
 class ScriptElement : public HtmlElement
 {

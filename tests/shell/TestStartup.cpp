@@ -152,13 +152,15 @@ TEST(Startup, ProfileNamesMoveToProfilesIniOnce)
 {
     FormFixture f;
     f.writeDataFile(u"zShortcuts.ini"_s,
-                    "[Shortcuts]\r\nMax=3\r\n[Profiles]\r\nProfile2=Anna\r\nProfile4=\r\n");
+                    "[Shortcuts]\r\nMax=3\r\n[Profiles]\r\nProfile2=Anna\r\nProfile4=\r\n"
+                    "Profile5=Eve\r\n");
     f.writeDataFile(u"Profiles.ini"_s, "[Profiles]\r\nProfile1=Kept\r\nProfile2=Old\r\n");
     f.form.Form_Load();
     EXPECT_EQ(f.readDataFile(u"Profiles.ini"_s),
-              QByteArray("[Profiles]\r\nProfile1=Kept\r\nProfile2=Anna\r\n"));
+              QByteArray("[Profiles]\r\nProfile1=Kept\r\nProfile2=Anna\r\nProfile5=Eve\r\n"));
     EXPECT_EQ(f.readDataFile(u"zShortcuts.ini"_s),
-              QByteArray("[Shortcuts]\r\nMax=3\r\n[Profiles]\r\nProfile2=\r\nProfile4=\r\n"));
+              QByteArray("[Shortcuts]\r\nMax=3\r\n[Profiles]\r\nProfile2=\r\nProfile4=\r\n"
+                         "Profile5=\r\n"));
 
     // A second start finds nothing left to move and changes nothing.
     f.writeDataFile(u"Profiles.ini"_s, "[Profiles]\r\nProfile2=Renamed\r\n");

@@ -128,8 +128,9 @@ TEST(IniDocumentWrite, HostileNamesAreWrittenEscapedAndNeverForgeAnother)
             << c.key.toStdString();
         EXPECT_EQ(document.text(), before + QString::fromUtf8(c.added ? c.added : ""))
             << c.key.toStdString();
-        if (c.added)
+        if (c.added) {
             EXPECT_EQ(document.value(c.section, c.key), u"Eve"_s);
+        }
         EXPECT_EQ(document.value(u"Any"_s, u"name"_s), u"Ann"_s);
     }
 }

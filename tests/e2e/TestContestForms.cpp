@@ -72,7 +72,7 @@ TEST_P(TestContestForms, AnEntryTypedOnOneSiteFillsAnotherButNeverAFriendsBoxOrA
     EXPECT_EQ(shown("bday_d"), u"17"_s);
     EXPECT_EQ(shown("bday_m"), u"May"_s);
     EXPECT_EQ(shown("bday_y"), u"1990"_s);
-    for (const char* empty : {"email", "name2", "answer"})
+    for (const char* empty : {"email", "name2", "answer", "account_mail"})
         EXPECT_EQ(shown(empty), QString()) << empty;
 
     const QString fr = server->url("/contest/french.html", true);

@@ -50,6 +50,11 @@ TEST_F(TestValueStore, SetValueWritesTheSiteAndAnyAndOtherSitesGetAnysValue)
     EXPECT_EQ(values.GetValue(Site, u"FirstName"_s, QString()), u"Ann"_s);
     EXPECT_EQ(values.GetValue(u"http://third.example/"_s, u"FirstName"_s, QString()), u"Bo"_s);
 
+    // A blank value never replaces what is remembered by meaning.
+    values.SetMeaningValue(u"email"_s, u"ann@example.org"_s);
+    values.SetMeaningValue(u"email"_s, u"  "_s);
+    EXPECT_EQ(values.MeaningValue(u"email"_s), u"ann@example.org"_s);
+
     // A blank value empties the site entry only; the site then falls back to Any.ini.
     for (const QString& blank : {QString(), u"    "_s}) {
         values.SetValue(Site, u"FirstName"_s, blank);

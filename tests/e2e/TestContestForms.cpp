@@ -113,6 +113,8 @@ TEST_P(TestContestForms, APageThatPlantsValuesChangesNothingInTheDataFiles)
     form->valueStore().SetMeaningValue(u"email"_s, u"ann@example.org"_s);
     const QString site = server->url("/contest/planter.html");
     auto page = open(site);
+    ASSERT_TRUE(waitFor([&] { return fieldValue(page, "email") == "ann@example.org"; }));
+    evaluate(page, "plant(), 0");
     ASSERT_TRUE(waitFor([&] { return evaluate(page, "!!window.planted").toBool(); }));
     ASSERT_TRUE(fieldValue(page, "email").contains(u"planted@evil.example"_s));
     // The user passes through the planted fields without typing, and types in the hijacked one.

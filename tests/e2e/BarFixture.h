@@ -150,6 +150,20 @@ protected:
     {
         driver->press(*page, PageDriver::Key::Tab);
     }
+    // The user accepts the page's dialog once it is up; false if none came within the time.
+    bool acceptDialog(const std::shared_ptr<ScriptWindow>& page, int ms = 10000)
+    {
+        return waitFor(
+            [&] {
+                try {
+                    driver->acceptDialog(*page);
+                    return true;
+                } catch (const AppError&) {
+                    return false; // not up yet
+                }
+            },
+            ms);
+    }
     // No error box came up; if one did, its text says why.
     void expectNoErrorBox()
     {

@@ -127,7 +127,9 @@ TEST_P(TestFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReused)
     form->valueStore().SetValue(server->url("/a.html"), "fname", "Ann");
     auto page = open(server->url("/a.html"));
     ASSERT_EQ(fieldValue(page, "fname"), u"Ann"_s);
-    evaluate(page, "document.querySelector('[name=fname]').value = 'changed by the page'");
+    evaluate(page,
+             "document.querySelector('[name=fname]').value = 'changed by the page';"
+             "document.addEventListener('dblclick', (e) => window.cancelled = e.defaultPrevented)");
     waitFor([] { return false; }, 1200);
     for (int i = 0; i < 2; ++i) {
         driver->mouse(*page, PageDriver::Mouse::DoubleClick, 300, 300);
@@ -135,6 +137,11 @@ TEST_P(TestFormMemory, TwoDoubleClicksRefillAndAClosedWindowsHolderIsReused)
     }
     EXPECT_TRUE(waitFor([&] { return fieldValue(page, "fname") == QLatin1String("Ann"); }))
         << fieldValue(page, "fname").toStdString();
+    // The page hears of the double clicks as cancelled (in Chromium: a cancel from Firefox's
+    // sandbox does not show in the page's own view of the event).
+    if (!onFirefox()) {
+        EXPECT_TRUE(evaluate(page, "window.cancelled === true").toBool());
+    }
 
     const int holders = form->tracking().upperBound();
     driver->closeTab(*page);

@@ -160,18 +160,8 @@ TEST_P(TestHostilePages, APageThatShowsDialogsOverAndOverStopsNothingElse)
     ASSERT_TRUE(waitFor([&] { return windows().size() > before; }));
     auto loop = asPage(windows().last());
     // The user dismisses ten of them; the page shows the next at once.
-    for (int i = 0; i < 10; ++i) {
-        waitFor(
-            [&] {
-                try {
-                    driver->acceptDialog(*loop);
-                    return true;
-                } catch (const AppError&) {
-                    return false;
-                }
-            },
-            3000);
-    }
+    for (int i = 0; i < 10; ++i)
+        acceptDialog(loop, 3000);
     typeInto(page, "notes", "typed beside the loop");
     tab(page);
     EXPECT_TRUE(waitFor(

@@ -9,23 +9,6 @@ const QString SiteFile = u"zPRIZES.EXAMPLE!ENTER.HTML.ini"_s;
 
 using TestFormCapture = FormMemoryFixture;
 
-TEST_F(TestFormCapture, TypingThenMovingOnStoresForTheSiteAndAnySite)
-{
-    auto page = formPage(Url, {"fname", "lname"});
-    load(page);
-    page->type(field(page, "fname"), u"Ann"_s);
-    page->focus(field(page, "lname"));
-    EXPECT_EQ(stored(SiteFile, Url, "fname"), u"Ann"_s);
-    EXPECT_EQ(stored("zAny.ini", "Any", "fname"), u"Ann"_s);
-    EXPECT_EQ(statuses.last(), u" fname = Ann"_s);
-
-    // Emptied by the user: the site entry empties, the site-independent one stays.
-    page->type(field(page, "fname"), QString());
-    page->focus(field(page, "lname"));
-    EXPECT_EQ(stored(SiteFile, Url, "fname"), QString());
-    EXPECT_EQ(stored("zAny.ini", "Any", "fname"), u"Ann"_s);
-}
-
 TEST_F(TestFormCapture, EveryKindOfFieldHasItsKey)
 {
     auto page = formPage(Url);
@@ -85,20 +68,6 @@ TEST_F(TestFormCapture, EveryKindOfFieldHasItsKey)
     page->focus(caps);
     EXPECT_EQ(stored(SiteFile, Url, "state"), u"S0"_s);
     EXPECT_EQ(stored(SiteFile, Url, "state SelectedIndex"), u"33"_s);
-}
-
-TEST_F(TestFormCapture, PauseStopsCaptureButNotVisits)
-{
-    auto page = formPage(Url, {"fname", "lname"});
-    load(page);
-    f.form.cmdPause.click();
-    statuses.clear();
-    page->type(field(page, "fname"), u"Ann"_s);
-    page->focus(field(page, "lname"));
-    page->click();
-    EXPECT_EQ(stored(SiteFile, Url, "fname"), u"<missing>"_s);
-    EXPECT_TRUE(statuses.isEmpty());
-    EXPECT_EQ(f.form.siteFiles().GetTotalVisits(Url), 1);
 }
 
 TEST_F(TestFormCapture, AFieldThatNoLongerAnswersIsReported)

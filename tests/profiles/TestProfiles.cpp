@@ -91,15 +91,8 @@ TEST_F(TestProfiles, ChangingTheProfileReloadsTheListMenuAndEveryPage)
     EXPECT_EQ(two->refreshCount(), 1);
     EXPECT_TRUE(f.boxes.shown.empty());
 
-    // Values and visits now go to the third profile's files.
-    f.form.valueStore().SetValue("http://a.example/", "name", "Wes");
-    f.form.siteFiles().SetLastVisit("http://a.example/");
-    EXPECT_TRUE(QFile::exists(f.dataFile("wAny.ini")));
-    EXPECT_TRUE(QFile::exists(f.dataFile("wA.EXAMPLE!.ini")));
     f.form.cboProfiles.setListIndex(0);
     EXPECT_EQ(titles(), QStringList{"first"});
-    EXPECT_EQ(f.form.valueStore().GetValue("http://a.example/", "name", "none"), u"none"_s);
-    EXPECT_EQ(f.form.siteFiles().GetTotalVisits("http://a.example/"), 0);
     EXPECT_EQ(one->refreshCount(), 2);
 }
 

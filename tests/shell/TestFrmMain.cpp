@@ -72,18 +72,6 @@ TEST(StatusLine, ClearsBetweenOneAndOneAndAHalfSecondsAfterTheLastText)
     }
 }
 
-TEST(Pause, TogglesTheFlagAndTheCaption)
-{
-    FormFixture f;
-    EXPECT_FALSE(f.form.isPaused());
-    f.form.cmdPause.click();
-    EXPECT_TRUE(f.form.isPaused());
-    EXPECT_EQ(f.form.cmdPause.text(), u"&Resume"_s);
-    f.form.cmdPause.click();
-    EXPECT_FALSE(f.form.isPaused());
-    EXPECT_EQ(f.form.cmdPause.text(), u"&Pause"_s);
-}
-
 TEST(Settings, AutojumpIsReadAsANumberAndBothAreSavedAtUnload)
 {
     struct Case
@@ -120,18 +108,6 @@ TEST(Settings, UnloadGoesOnWhenTheStoreFails)
     f.form.cboProfiles.setListIndex(-1);
     f.form.Form_Unload();
     EXPECT_EQ(f.settings.values.value(u"Settings/Profile"_s), u"-1"_s);
-}
-
-TEST(Commands, ExitAsksToUnloadAndHelpSendsF1)
-{
-    FormFixture f;
-    f.form.Form_Load();
-    QSignalSpy unload(&f.form, &frmMain::unloadRequested);
-    f.form.cmdExit.click();
-    EXPECT_EQ(unload.count(), 1);
-    f.form.lblHelp.click();
-    EXPECT_EQ(f.shell.keysSent, QStringList{u"{F1}"_s});
-    EXPECT_EQ(f.form.HelpFile(), f.shell.programFolder + u"/Tolvane.hlp"_s);
 }
 
 TEST(GetProfilePrefix, FollowsTheSelectedProfileUnlessAnIndexIsGiven)

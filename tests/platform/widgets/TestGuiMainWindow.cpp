@@ -74,18 +74,6 @@ TEST_F(TestGuiMainWindow, EveryCaptionAndValueShowsWhole)
     EXPECT_GE(window.font().pointSizeF(), 6.5);
 }
 
-TEST_F(TestGuiMainWindow, LoadShowsCaptionSettingAndStatus)
-{
-    f.settings.values.insert(u"Settings/Autojump"_s, u"0"_s);
-    ASSERT_EQ(f.form.Form_Load(), frmMain::LoadResult::Show);
-    window.show();
-    EXPECT_TRUE(window.windowTitle().startsWith(u"Tolvane v"_s));
-    EXPECT_FALSE(widget<QCheckBox>("chkAutoJump")->isChecked());
-    EXPECT_EQ(widget<QLabel>("StatusBar")->text(), u" updating windows"_s);
-    QTest::mouseClick(widget<QCheckBox>("chkAutoJump"), Qt::LeftButton);
-    EXPECT_EQ(f.form.chkAutoJump.value(), 1);
-}
-
 TEST_F(TestGuiMainWindow, StatusLineClearsItselfOnTheRealTimer)
 {
     SystemClock realClock;
@@ -100,15 +88,22 @@ TEST_F(TestGuiMainWindow, StatusLineClearsItselfOnTheRealTimer)
 
 TEST_F(TestGuiMainWindow, ClicksReachTheFormAndHelpOpens)
 {
+    f.settings.values.insert(u"Settings/Autojump"_s, u"0"_s);
     f.form.Form_Load();
     window.show();
-    QTest::mouseClick(widget<QPushButton>("cmdPause"), Qt::LeftButton);
-    EXPECT_TRUE(f.form.isPaused());
-    EXPECT_EQ(widget<QPushButton>("cmdPause")->text(), u"&Resume"_s);
+    EXPECT_EQ(widget<QLabel>("StatusBar")->text(), u" updating windows"_s);
+    QTest::mouseClick(widget<QCheckBox>("chkAutoJump"), Qt::LeftButton);
+    EXPECT_EQ(f.form.chkAutoJump.value(), 1);
+    for (const char* caption : {"&Resume", "&Pause"}) {
+        QTest::mouseClick(widget<QPushButton>("cmdPause"), Qt::LeftButton);
+        EXPECT_EQ(f.form.isPaused(), caption == std::string("&Resume"));
+        EXPECT_EQ(widget<QPushButton>("cmdPause")->text(), QLatin1String(caption));
+    }
 
     // The label sends F1 to the program (through the shell double here, by hand).
     QTest::mouseClick(widget<QLabel>("lblHelp"), Qt::LeftButton);
     EXPECT_EQ(f.shell.keysSent, QStringList{u"{F1}"_s});
+    EXPECT_EQ(f.form.HelpFile(), f.shell.programFolder + u"/Tolvane.hlp"_s);
     QTest::keyClick(&window, Qt::Key_F1);
     ASSERT_NE(window.helpWindow(), nullptr);
     EXPECT_TRUE(window.helpWindow()->isVisible());

@@ -40,7 +40,7 @@ public:
         const char* name = "_NET_WM_PID";
         auto* reply = xcb_intern_atom_reply(
             m_connection, xcb_intern_atom(m_connection, 0, std::strlen(name), name), nullptr);
-        m_pidAtom = reply ? reply->atom : XCB_ATOM_NONE;
+        m_pidAtom = reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
         std::free(reply);
         xcb_flush(m_connection);
     }

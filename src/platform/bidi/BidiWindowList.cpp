@@ -33,8 +33,7 @@ QString pageScriptFunction()
 
 BidiWindowList::~BidiWindowList()
 {
-    if (m_browser)
-        m_browser->connection().setEventHandler(nullptr);
+    releaseBrowser();
 }
 
 void BidiWindowList::openConnection()
@@ -156,9 +155,7 @@ void BidiWindowList::OpenAddress(const QString& address)
 
 void BidiWindowList::dropConnection()
 {
-    if (m_browser)
-        m_browser->connection().setEventHandler(nullptr);
-    m_browser.reset();
+    releaseBrowser();
     m_contexts.clear();
     m_documents.clear();
 }

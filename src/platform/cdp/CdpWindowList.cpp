@@ -53,11 +53,7 @@ CdpWindowList::CdpWindowList(Connector connector) : FollowedBrowser(std::move(co
 
 CdpWindowList::~CdpWindowList()
 {
-    if (m_browser) {
-        m_browser->connection().setEventHandler(nullptr);
-        m_browser->connection().setIoHook(nullptr);
-    }
-    m_browser.reset();
+    releaseBrowser();
 }
 
 void CdpWindowList::openConnection()
@@ -108,11 +104,7 @@ void CdpWindowList::OpenAddress(const QString& address)
 
 void CdpWindowList::dropConnection()
 {
-    if (m_browser) {
-        m_browser->connection().setEventHandler(nullptr);
-        m_browser->connection().setIoHook(nullptr);
-    }
-    m_browser.reset();
+    releaseBrowser();
     m_dialogs.reset();
     m_targets.clear();
     m_sessionTargets.clear();

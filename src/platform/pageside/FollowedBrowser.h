@@ -28,6 +28,16 @@ protected:
         return m_browser->connection();
     }
 
+    // Ends the followed browser; nothing it still sends reaches the adapter.
+    void releaseBrowser()
+    {
+        if (m_browser) {
+            m_browser->connection().setEventHandler(nullptr);
+            m_browser->connection().setIoHook(nullptr);
+        }
+        m_browser.reset();
+    }
+
     // What every adapter does first with an event: lists it on standard error when the
     // environment variable `traceVariable` is set (for diagnosis), and takes the connection's
     // closing for the browser gone, every window it showed closed. True when the event is the

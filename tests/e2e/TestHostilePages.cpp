@@ -1,5 +1,5 @@
-// Pages that choose awkward field names and values, set fields and move the focus by
-// themselves, or flood the document with events: the bar keeps what the user typed, keeps its
+// Pages that choose awkward field names and values, mutate their documents without rest,
+// or flood the document with events: the bar keeps what the user typed, keeps its
 // files whole and goes on.
 #include "BarFixture.h"
 
@@ -70,24 +70,6 @@ TEST_P(TestHostilePages, AwkwardNamesAndValuesAreKeptWhereTheFilesCanHoldThem)
     EXPECT_EQ(valueOf("long"), longValue.left(255));
     EXPECT_EQ(valueOf("notes"), u"line1\nline2 ]=[x]"_s);
     EXPECT_EQ(valueOf("crlf"), QString());
-}
-
-TEST_P(TestHostilePages, APageScriptsValuesAndFocusMovesStayOutOfAnyIni)
-{
-    const QString site = server->url("/hostile/moving-focus.html");
-    auto page = open(site);
-    typeInto(page, "typed", "mine");
-    click(page, "#victim");
-    evaluate(page, "meddle()");
-    waitFor([] { return false; }, 300);
-    // The user's own focus move: what the user typed is kept, the script's values are not.
-    click(page, "#typed");
-    tab(page);
-    ASSERT_TRUE(waitFor([&] { return remembered(site, "typed") == QLatin1String("mine"); }));
-    waitFor([] { return false; }, 300);
-    EXPECT_FALSE(fileBytes(form->valueStore().anyFile()).contains("scripted"))
-        << fileBytes(form->valueStore().anyFile()).toStdString();
-    EXPECT_FALSE(fileBytes(form->siteFiles().SiteFilePath(site)).contains("scripted"));
 }
 
 TEST_P(TestHostilePages, AFloodOfPageEventsLeavesTheBarResponsive)

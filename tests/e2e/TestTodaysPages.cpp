@@ -1,5 +1,5 @@
 // Pages built the way today's contest, sign-up and checkout pages are: HTML5 input types, frames
-// that load late, forms rendered by scripts and route changes, web components, page dialogs,
+// that load late, forms rendered by route changes, web components, page dialogs,
 // forms that re-render while filled, and tabs. The user types, clicks and tabs for real.
 #include "BarFixture.h"
 
@@ -99,24 +99,6 @@ TEST_P(TestTodaysPages, AnAdFrameLoadingLateLeavesTheMainFormFollowed)
         waitFor([&] { return siteValue(site, "email") == QLatin1String("ann@example.org"); }));
     EXPECT_EQ(siteValue(site, "fname"), u"Ann"_s);
     EXPECT_EQ(any("fname"), u"Ann"_s);
-    expectNoErrorBox();
-}
-
-TEST_P(TestTodaysPages, AFormRenderedAfterTheLoadIsFilled)
-{
-    form->valueStore().SetValue(server->url("/elsewhere"), "fname", "Ann");
-    form->valueStore().SetValue(server->url("/elsewhere"), "email", "ann@example.org");
-    form->valueStore().SetValue(server->url("/elsewhere"), "state", "NY");
-    form->valueStore().SetValue(server->url("/elsewhere"), "why", "Because\nI ride");
-    const QString site = server->url("/todays/widget.html");
-    auto page = open(site);
-    ASSERT_TRUE(
-        waitFor([&] { return fieldValue(page, "why") == QLatin1String("Because\nI ride"); }, 5000));
-    EXPECT_EQ(fieldValue(page, "fname"), u"Ann"_s);
-    EXPECT_EQ(fieldValue(page, "email"), u"ann@example.org"_s);
-    EXPECT_EQ(fieldValue(page, "state"), u"NY"_s);
-    // Filling stores nothing: the site has no file of its own until the user types there.
-    EXPECT_FALSE(QFile::exists(form->siteFiles().SiteFilePath(site)));
     expectNoErrorBox();
 }
 

@@ -21,7 +21,6 @@ QString realmIdOf(const QString& realmName)
     return realmName.section(QLatin1Char('\n'), 1);
 }
 
-// Values come back as JSON text: the browser's own serialisation types every value.
 QString asJson(const QString& expression)
 {
     return QStringLiteral("JSON.stringify([(\n%1\n)])").arg(expression);
@@ -47,38 +46,40 @@ void throwIfException(const QJsonObject& result)
 }
 } // namespace
 
-QJsonObject BidiWindowList::evaluateParams(const QString& realm, const QString& expression) const
+QJsonObject BidiWindowList::evaluateParams(const QString& realm, const PageCall& call,
+                                           bool answered) const
 {
-    return {{"expression", expression},
+    // An answer comes back as JSON text: the browser's own serialisation types every value.
+    return {{"expression", answered ? asJson(call.expression()) : call.expression()},
             {"target", QJsonObject{{"realm", realmIdOf(realm)}}},
             {"awaitPromise", false},
             {"resultOwnership", "none"}};
 }
 
-QJsonValue BidiWindowList::evaluate(const QString& realm, const QString& expression)
+QJsonValue BidiWindowList::evaluate(const QString& realm, const PageCall& call)
 {
     const QJsonObject result =
-        bidi().call(QStringLiteral("script.evaluate"), evaluateParams(realm, asJson(expression)));
+        bidi().call(QStringLiteral("script.evaluate"), evaluateParams(realm, call, true));
     throwIfException(result);
     return fromJson(result);
 }
 
-void BidiWindowList::evaluateLater(const QString& realm, const QString& expression)
+void BidiWindowList::evaluateLater(const QString& realm, const PageCall& call)
 {
-    bidi().send(QStringLiteral("script.evaluate"), evaluateParams(realm, expression));
+    bidi().send(QStringLiteral("script.evaluate"), evaluateParams(realm, call, false));
 }
 
-void BidiWindowList::evaluateAnswered(const QString& realm, const QString& expression,
+void BidiWindowList::evaluateAnswered(const QString& realm, const PageCall& call,
                                       std::function<void(const QJsonValue&)> answered)
 {
     try {
-        bidi().callLater(
-            QStringLiteral("script.evaluate"), evaluateParams(realm, asJson(expression)), {},
-            [answered](const QJsonObject& result, const QString& error) {
-                const bool failed =
-                    !error.isEmpty() || result.value("type").toString() != QLatin1String("success");
-                answered(failed ? QJsonValue() : fromJson(result));
-            });
+        bidi().callLater(QStringLiteral("script.evaluate"), evaluateParams(realm, call, true), {},
+                         [answered](const QJsonObject& result, const QString& error) {
+                             const bool failed =
+                                 !error.isEmpty() ||
+                                 result.value("type").toString() != QLatin1String("success");
+                             answered(failed ? QJsonValue() : fromJson(result));
+                         });
     } catch (const AppError&) {
         answered({}); // the browser has gone: nothing to fetch
     }
@@ -86,10 +87,9 @@ void BidiWindowList::evaluateAnswered(const QString& realm, const QString& expre
 
 FramePtr BidiWindowList::frameOwner(const QString& realm, int index)
 {
-    const QJsonObject result = bidi().call(
-        QStringLiteral("script.evaluate"),
-        evaluateParams(
-            realm, QStringLiteral("(window.__tolvane.frame(%1) || {}).contentWindow").arg(index)));
+    const QJsonObject result =
+        bidi().call(QStringLiteral("script.evaluate"),
+                    evaluateParams(realm, PageCall::of("frameWindow", {index}), false));
     throwIfException(result);
     const QJsonObject window = result.value("result").toObject();
     if (window.value("type").toString() != QLatin1String("window"))

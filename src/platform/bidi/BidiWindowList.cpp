@@ -119,12 +119,10 @@ void BidiWindowList::AppActivate(const QString& title)
     const auto shown = [this](const QString& id, const char* what) {
         const DocPtr document = documentFor({}, id);
         try {
-            return document
-                       ? evaluate(
-                             std::static_pointer_cast<ScriptDocument>(document)->realm(),
-                             QStringLiteral("window.__tolvane.doc('%1')").arg(QLatin1String(what)))
-                             .toString()
-                       : QString();
+            return document ? evaluate(std::static_pointer_cast<ScriptDocument>(document)->realm(),
+                                       PageCall::of("doc", {QLatin1String(what)}))
+                                  .toString()
+                            : QString();
         } catch (const AppError&) {
             return QString();
         }

@@ -26,9 +26,9 @@ public:
     QJsonObject call(const QString& method, const QJsonObject& params = {});
 
     // Realms are named context + "\n" + the sandbox realm's id.
-    QJsonValue evaluate(const QString& realm, const QString& expression) override;
-    void evaluateLater(const QString& realm, const QString& expression) override;
-    void evaluateAnswered(const QString& realm, const QString& expression,
+    QJsonValue evaluate(const QString& realm, const PageCall& call) override;
+    void evaluateLater(const QString& realm, const PageCall& call) override;
+    void evaluateAnswered(const QString& realm, const PageCall& call,
                           std::function<void(const QJsonValue&)> answered) override;
     FramePtr frameOwner(const QString& realm, int index) override;
     Failure failureOf(const AppError& error) const override;
@@ -38,6 +38,12 @@ public:
     void reload(const QString& context) override;
     // A context is found by its id alone.
     DocPtr documentFor(const QString& scope, const QString& context) override;
+
+protected:
+    // The parameters of script.evaluate for the call in the realm; `answered` when its value is
+    // wanted.
+    virtual QJsonObject evaluateParams(const QString& realm, const PageCall& call,
+                                       bool answered) const;
 
 private:
     struct Context
@@ -63,7 +69,6 @@ private:
     void onMessage(const QJsonObject& params);
     void onNetwork(const RemoteConnection::Event& event);
     std::shared_ptr<ScriptWindow> pageOf(QString context) const;
-    QJsonObject evaluateParams(const QString& realm, const QString& expression) const;
     RemoteConnection& bidi() { return connected(); }
 
     QHash<QString, Context> m_contexts; // by context id

@@ -21,14 +21,16 @@ AppError browserError(const QString& text)
 }
 } // namespace
 
-void CdpWindowList::evaluateLater(const QString& realm, const QString& expression)
+void CdpWindowList::evaluateLater(const QString& realm, const PageCall& call)
 {
+    const QString expression = call.expression();
     cdp().send(QStringLiteral("Runtime.evaluate"),
                {{"expression", expression}, {"contextId", contextOf(realm)}}, sessionOf(realm));
 }
 
-QJsonValue CdpWindowList::evaluate(const QString& realm, const QString& expression)
+QJsonValue CdpWindowList::evaluate(const QString& realm, const PageCall& call)
 {
+    const QString expression = call.expression();
     const QJsonObject answer = cdp().call(
         QStringLiteral("Runtime.evaluate"),
         {{"expression", expression}, {"contextId", contextOf(realm)}, {"returnByValue", true}},
@@ -42,9 +44,10 @@ QJsonValue CdpWindowList::evaluate(const QString& realm, const QString& expressi
     return answer.value("result").toObject().value("value");
 }
 
-void CdpWindowList::evaluateAnswered(const QString& realm, const QString& expression,
+void CdpWindowList::evaluateAnswered(const QString& realm, const PageCall& call,
                                      std::function<void(const QJsonValue&)> answered)
 {
+    const QString expression = call.expression();
     try {
         cdp().callLater(
             QStringLiteral("Runtime.evaluate"),
@@ -138,7 +141,7 @@ bool CdpWindowList::isVisibleTab(const QString& targetId)
         return false;
     try {
         return evaluate(realmOf(session, *context),
-                        QStringLiteral("window.__tolvane.doc('visibility')")) ==
+                        PageCall::of("doc", {QStringLiteral("visibility")})) ==
                QLatin1String("visible");
     } catch (const AppError&) {
         return false;

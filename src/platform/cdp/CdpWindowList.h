@@ -28,9 +28,9 @@ public:
     void OpenAddress(const QString& address);
 
     // The page script's realms are the contexts of Tolvane's world: session + "\n" + context id.
-    QJsonValue evaluate(const QString& realm, const QString& expression) override;
-    void evaluateLater(const QString& realm, const QString& expression) override;
-    void evaluateAnswered(const QString& realm, const QString& expression,
+    QJsonValue evaluate(const QString& realm, const PageCall& call) override;
+    void evaluateLater(const QString& realm, const PageCall& call) override;
+    void evaluateAnswered(const QString& realm, const PageCall& call,
                           std::function<void(const QJsonValue&)> answered) override;
     FramePtr frameOwner(const QString& realm, int index) override;
     Failure failureOf(const AppError& error) const override;

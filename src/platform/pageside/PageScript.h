@@ -11,7 +11,7 @@ namespace PageScript {
 // `send` is a script expression for a function taking one text message (a report in JSON).
 inline QString source(const QString& send)
 {
-    return QString::fromUtf8(PageScriptText) + QStringLiteral("(%1);\n").arg(send);
+    return QString::fromUtf8(PageScriptText) + QStringLiteral("tolvanePageScript(%1);\n").arg(send);
 }
 
 } // namespace PageScript

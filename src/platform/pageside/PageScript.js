@@ -1,8 +1,9 @@
 // The script Tolvane runs in every frame, in a realm of its own that the page cannot see: it
 // hands out element ids, answers reads and writes, and reports the user's actions through the
 // function the browser adapter gives it (`send`, taking one text message: a report in JSON).
-// Double clicks are cancelled here, as the watched documents require.
-((send) => {
+// Double clicks are cancelled here, as the watched documents require. The file defines the
+// function; the adapter calls it (an extension's content script is this file as it stands).
+var tolvanePageScript = (send) => {
   if (window.__tolvane) return;
   const registry = new Map();
   const ids = new WeakMap();
@@ -382,6 +383,7 @@
       return true;
     },
     frame(index) { return frames()[index] || null; },
+    frameWindow(index) { return (frames()[index] || {}).contentWindow; },
     get(id, what) { return read(element(id), what); },
     set(id, what, value) {
       try { return this.apply([[id, what, value]]); } catch (e) { return null; }
@@ -488,4 +490,4 @@
   }, true);
   addEventListener('mouseover', (e) => { const a = e.isTrusted && link(e.target); if (a) status(a.href); }, true);
   addEventListener('mouseout', (e) => { if (e.isTrusted && link(e.target)) status(''); }, true);
-})
+};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HtmlDocument.h"
+#include "PageCall.h"
 
 #include <QJsonValue>
 #include <QString>
@@ -22,13 +23,13 @@ public:
     };
 
     virtual ~PageScriptHost() = default;
-    // Runs the expression in the realm and gives back its value; throws AppError.
-    virtual QJsonValue evaluate(const QString& realm, const QString& expression) = 0;
+    // Runs the call in the realm and gives back its value; throws AppError.
+    virtual QJsonValue evaluate(const QString& realm, const PageCall& call) = 0;
     // Runs it without waiting for the answer; calls made after it still see what it did.
-    virtual void evaluateLater(const QString& realm, const QString& expression) = 0;
+    virtual void evaluateLater(const QString& realm, const PageCall& call) = 0;
     // Runs it and hands its value to `answered` once it is in (an empty value when the page
     // refused or failed it, or the browser has gone).
-    virtual void evaluateAnswered(const QString& realm, const QString& expression,
+    virtual void evaluateAnswered(const QString& realm, const PageCall& call,
                                   std::function<void(const QJsonValue&)> answered) = 0;
     // The window of the document's frame at that index.
     virtual FramePtr frameOwner(const QString& realm, int index) = 0;

@@ -16,32 +16,19 @@ QJsonObject snapshotFrom(const QJsonValue& answer)
 }
 } // namespace
 
-QString scriptLiteral(const QJsonValue& value)
-{
-    return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact))
-        .mid(1)
-        .chopped(1);
-}
-
 ScriptDocument::ScriptDocument(PageScriptHost& host, QString realm, QString frameId)
     : m_host(host), m_realm(std::move(realm)), m_frame(std::move(frameId))
 {
 }
 
-QJsonValue ScriptDocument::run(const QString& call) const
+QJsonValue ScriptDocument::run(PageCall call) const
 {
-    QString expression = QStringLiteral("window.__tolvane.") + call;
-    if (!m_pendingWrites.isEmpty()) {
-        // Writes still pending go first, so whatever is read sees them; a failed one fails the
-        // call.
-        expression =
-            QStringLiteral("(window.__tolvane.apply([%1]), %2)").arg(m_pendingWrites, expression);
-        m_pendingWrites.clear();
-    }
+    // Writes still pending go first, so whatever is read sees them.
+    call.writes = std::exchange(m_pendingWrites, {});
     if (m_unloaded)
         return {};
     try {
-        return m_host.evaluate(m_realm, expression);
+        return m_host.evaluate(m_realm, call);
     } catch (const AppError& error) {
         const PageScriptHost::Failure failure = m_host.failureOf(error);
         if (failure == PageScriptHost::Failure::Refused) {
@@ -71,7 +58,7 @@ void ScriptDocument::dialogClosed()
 
 QList<ElementPtr> ScriptDocument::addedFields()
 {
-    return listing(run(QStringLiteral("added()")).toArray());
+    return listing(run(PageCall::of("added")).toArray());
 }
 
 void ScriptDocument::beginBatch()
@@ -91,8 +78,7 @@ void ScriptDocument::endBatch()
     // and a page busy loading its frames is not waited for. What is read next sees them.
     if (!m_pendingWrites.isEmpty() && !m_unloaded) {
         try {
-            m_host.evaluateLater(
-                m_realm, QStringLiteral("window.__tolvane.apply([%1])").arg(m_pendingWrites));
+            m_host.evaluateLater(m_realm, PageCall::apply(m_pendingWrites));
         } catch (const AppError&) {
             // The browser has gone: the writes go with it, as with a document the page left.
         }
@@ -103,7 +89,7 @@ void ScriptDocument::endBatch()
 void ScriptDocument::prefetch(std::function<void()> done)
 {
     const std::weak_ptr<ScriptDocument> self = shared_from_this();
-    m_host.evaluateAnswered(m_realm, QStringLiteral("window.__tolvane.snapshot()"),
+    m_host.evaluateAnswered(m_realm, PageCall::of("snapshot"),
                             [self, done = std::move(done)](const QJsonValue& value) {
                                 if (const auto document = self.lock())
                                     document->m_prefetched = snapshotFrom(value);
@@ -133,7 +119,7 @@ void ScriptDocument::readAhead() const
     else if (!m_prefetched.isEmpty())
         snapshot = std::exchange(m_prefetched, {});
     else
-        snapshot = snapshotFrom(run(QStringLiteral("snapshot()")));
+        snapshot = snapshotFrom(run(PageCall::of("snapshot")));
     const QJsonObject texts = snapshot.value(QLatin1String("doc")).toObject();
     for (auto text = texts.begin(); text != texts.end(); ++text)
         m_batchTexts.insert(text.key(), text.value().toString());
@@ -164,7 +150,7 @@ QString ScriptDocument::text(const char* property) const
         if (known != m_batchTexts.constEnd())
             return *known;
     }
-    const QString value = run(QStringLiteral("doc(%1)").arg(scriptLiteral(key))).toString();
+    const QString value = run(PageCall::of("doc", {key})).toString();
     if (openBatch() != 0)
         m_batchTexts.insert(key, value);
     return value;
@@ -209,7 +195,7 @@ ElementPtr ScriptDocument::activeElement() const
     // busy with its frames is not asked again when its holder is made.
     if (m_lastActiveId)
         return element(QJsonValue(*m_lastActiveId));
-    return element(run(QStringLiteral("doc('activeElement')")));
+    return element(run(PageCall::of("doc", {QStringLiteral("activeElement")})));
 }
 
 QList<ElementPtr> ScriptDocument::tags(const QString& tagName) const
@@ -222,11 +208,10 @@ QList<ElementPtr> ScriptDocument::tags(const QString& tagName) const
             m_readAhead.erase(ahead);
             return listing(records);
         }
-        return listing(run(QStringLiteral("list(%1)").arg(scriptLiteral(tagName))).toArray());
+        return listing(run(PageCall::of("list", {tagName})).toArray());
     }
     QList<ElementPtr> found;
-    for (const QJsonValue& id :
-         run(QStringLiteral("tags(%1)").arg(scriptLiteral(tagName))).toArray())
+    for (const QJsonValue& id : run(PageCall::of("tags", {tagName})).toArray())
         found.append(element(id));
     return found;
 }
@@ -246,7 +231,7 @@ QList<ElementPtr> ScriptDocument::listing(const QJsonArray& records) const
 
 int ScriptDocument::framesLength() const
 {
-    return run(QStringLiteral("doc('framesLength')")).toInt();
+    return run(PageCall::of("doc", {QStringLiteral("framesLength")})).toInt();
 }
 
 FramePtr ScriptDocument::frameItem(int index) const

@@ -2,6 +2,7 @@
 
 #include "HtmlDocument.h"
 #include "HtmlElement.h"
+#include "PageCall.h"
 #include "Subscribers.h"
 
 #include <QHash>
@@ -45,7 +46,7 @@ public:
     void queueWrite(qint64 id, const QString& property, const QJsonValue& value) const;
 
     // Runs "window.__tolvane." + call in the document's world and gives back the value.
-    QJsonValue run(const QString& call) const;
+    QJsonValue run(PageCall call) const;
     // A user's action the script reported ("click", "focusin", ...) with what the page was then:
     // the active element, the document's texts and the fields a handler reads (the active one and
     // the one active before). While its handlers run, reads are answered from that, so a handler
@@ -100,9 +101,6 @@ private:
     mutable bool m_fillMissed = false;
     mutable QJsonObject m_prefetched; // a snapshot of the page's fields not yet read
 };
-
-// A value as a literal of the page script's language.
-QString scriptLiteral(const QJsonValue& value);
 
 // An element of a real page, by its id in the document's script.
 class ScriptElement : public HtmlElement

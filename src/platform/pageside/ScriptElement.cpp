@@ -63,7 +63,7 @@ QJsonValue ScriptElement::get(const char* property) const
     }
     if (const auto value = m_document->reported(m_id, name))
         return *value;
-    return m_document->run(QStringLiteral("get(%1, %2)").arg(m_id).arg(scriptLiteral(name)));
+    return m_document->run(PageCall::of("get", {m_id, name}));
 }
 
 void ScriptElement::set(const char* property, const QJsonValue& value) const
@@ -84,8 +84,7 @@ void ScriptElement::set(const char* property, const QJsonValue& value) const
         listed->wrote(m_index, name, value);
         return;
     }
-    const QJsonValue answer = m_document->run(
-        QStringLiteral("set(%1, %2, %3)").arg(m_id).arg(scriptLiteral(name), scriptLiteral(value)));
+    const QJsonValue answer = m_document->run(PageCall::of("set", {m_id, name, value}));
     if (!m_document->unloaded())
         required(answer);
 }

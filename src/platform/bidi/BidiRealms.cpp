@@ -1,5 +1,5 @@
 // The calls into the page script's realms of each frame, and what their failures mean.
-#include "BidiWindowList.h"
+#include "BidiContexts.h"
 
 #include "AppError.h"
 #include "BidiRealmNames.h"
@@ -46,8 +46,8 @@ void throwIfException(const QJsonObject& result)
 }
 } // namespace
 
-QJsonObject BidiWindowList::evaluateParams(const QString& realm, const PageCall& call,
-                                           bool answered) const
+QJsonObject BidiContexts::evaluateParams(const QString& realm, const PageCall& call,
+                                         bool answered) const
 {
     // An answer comes back as JSON text: the browser's own serialisation types every value.
     return {{"expression", answered ? asJson(call.expression()) : call.expression()},
@@ -56,7 +56,7 @@ QJsonObject BidiWindowList::evaluateParams(const QString& realm, const PageCall&
             {"resultOwnership", "none"}};
 }
 
-QJsonValue BidiWindowList::evaluate(const QString& realm, const PageCall& call)
+QJsonValue BidiContexts::evaluate(const QString& realm, const PageCall& call)
 {
     const QJsonObject result =
         bidi().call(QStringLiteral("script.evaluate"), evaluateParams(realm, call, true));
@@ -64,13 +64,13 @@ QJsonValue BidiWindowList::evaluate(const QString& realm, const PageCall& call)
     return fromJson(result);
 }
 
-void BidiWindowList::evaluateLater(const QString& realm, const PageCall& call)
+void BidiContexts::evaluateLater(const QString& realm, const PageCall& call)
 {
     bidi().send(QStringLiteral("script.evaluate"), evaluateParams(realm, call, false));
 }
 
-void BidiWindowList::evaluateAnswered(const QString& realm, const PageCall& call,
-                                      std::function<void(const QJsonValue&)> answered)
+void BidiContexts::evaluateAnswered(const QString& realm, const PageCall& call,
+                                    std::function<void(const QJsonValue&)> answered)
 {
     try {
         bidi().callLater(QStringLiteral("script.evaluate"), evaluateParams(realm, call, true), {},
@@ -85,7 +85,7 @@ void BidiWindowList::evaluateAnswered(const QString& realm, const PageCall& call
     }
 }
 
-FramePtr BidiWindowList::frameOwner(const QString& realm, int index)
+FramePtr BidiContexts::frameOwner(const QString& realm, int index)
 {
     const QJsonObject result =
         bidi().call(QStringLiteral("script.evaluate"),
@@ -99,7 +99,7 @@ FramePtr BidiWindowList::frameOwner(const QString& realm, int index)
         *this, QString(), window.value("value").toObject().value("context").toString());
 }
 
-PageScriptHost::Failure BidiWindowList::failureOf(const AppError& error) const
+PageScriptHost::Failure BidiContexts::failureOf(const AppError& error) const
 {
     // A realm or context that went answers "no such frame"; a page's dialog stops nothing here.
     const bool gone = error.number() == ErrorNumber::BrowserCall &&
@@ -107,7 +107,7 @@ PageScriptHost::Failure BidiWindowList::failureOf(const AppError& error) const
     return gone ? Failure::Gone : Failure::Other;
 }
 
-DocPtr BidiWindowList::documentFor(const QString& /*scope*/, const QString& context)
+DocPtr BidiContexts::documentFor(const QString& /*scope*/, const QString& context)
 {
     const auto known = m_contexts.constFind(context);
     if (known == m_contexts.constEnd() || !known->open || !known->scripted)
@@ -115,7 +115,7 @@ DocPtr BidiWindowList::documentFor(const QString& /*scope*/, const QString& cont
     return m_documents.get(realmName(context, known->realm), context);
 }
 
-DocPtr BidiWindowList::pageDocument(const QString& context)
+DocPtr BidiContexts::pageDocument(const QString& context)
 {
     return documentFor({}, context);
 }

@@ -99,7 +99,7 @@ void CdpWindowList::OpenAddress(const QString& address)
     // for it; its windows are taken up as they come, as at start-up.
     if (!isConnected())
         reconnect();
-    cdp().call(QStringLiteral("Target.createTarget"), {{"url", address}, {"newWindow", true}});
+    cdp().call(QStringLiteral("Target.createTarget"), {{"url", address}});
 }
 
 void CdpWindowList::dropConnection()

@@ -23,8 +23,8 @@ public:
     ~CdpWindowList() override;
 
     void AppActivate(const QString& title) override;
-    // Opens a page in a new window of the followed browser, starting (or attaching to) it again
-    // when it has gone. Throws AppError when it cannot.
+    // Opens a page in a new tab of the followed browser's front window, starting (or attaching to)
+    // it again when it has gone. Throws AppError when it cannot.
     void OpenAddress(const QString& address);
 
     // The page script's realms are the contexts of Tolvane's world: session + "\n" + context id.

@@ -8,8 +8,9 @@
 #include <type_traits>
 
 // The browser process an adapter follows: made by its connector on first use (started, or
-// attached to one already running), with the connection the adapter's calls go through.
-template <class Process> class FollowedBrowser : public ScriptWindowList
+// attached to one already running), with the connection the adapter's calls go through. `Base`
+// is the window list it completes: one that speaks the browser's protocol, say.
+template <class Process, class Base = ScriptWindowList> class FollowedBrowser : public Base
 {
 public:
     using Connector = std::function<std::unique_ptr<Process>()>;
@@ -53,12 +54,10 @@ protected:
                           .left(200)));
         if (event.method != Connection::ClosedEvent)
             return true;
-        markAllClosed();
+        this->markAllClosed();
         this->browserGone();
         return false;
     }
-    // The browser went: what the adapter knew of its windows and frames is closed.
-    virtual void markAllClosed() = 0;
 
     Connector m_connector;
     std::unique_ptr<Process> m_browser;

@@ -28,6 +28,8 @@ protected:
     virtual void openConnection() = 0;
     // Lets the browser that went go, and everything the adapter knew of it.
     virtual void dropConnection() = 0;
+    // The browser went: what the adapter knew of its windows and frames is closed.
+    virtual void markAllClosed() = 0;
 
     // Connects once; a failure is kept, and said by the calls that need the browser.
     void connect();

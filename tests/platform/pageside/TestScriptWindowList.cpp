@@ -27,6 +27,7 @@ public:
     DocPtr pageDocument(const QString&) override { return nullptr; }
     QString pageUrl(const QString& windowId) const override { return windowId; }
     void reload(const QString&) override {}
+    void markAllClosed() override {}
     DocPtr documentFor(const QString&, const QString&) override { return nullptr; }
 
 protected:

@@ -8,6 +8,7 @@
 #include "HttpServer.h"
 #include "IniFileStore.h"
 #include "ModelBrowser.h"
+#include "PageDriver.h"
 #include "RemoteConnection.h"
 #include "frmMain.h"
 
@@ -126,10 +127,8 @@ class DebuggedBrowser
 public:
     DebuggedBrowser(const QString& chromium, const QString& profile)
     {
-        QStringList arguments = ChromiumProcess::baseArguments(profile);
-        arguments << QStringLiteral("--headless") << QStringLiteral("--disable-gpu")
-                  << QStringLiteral("--disable-dev-shm-usage")
-                  << QStringLiteral("--remote-debugging-port=0") << QStringLiteral("about:blank");
+        QStringList arguments = ChromiumProcess::baseArguments(profile) + chromiumTestArguments();
+        arguments << QStringLiteral("--remote-debugging-port=0") << QStringLiteral("about:blank");
         m_process.setProgram(chromium);
         m_process.setArguments(arguments);
         m_process.setStandardErrorFile(QProcess::nullDevice());

@@ -54,7 +54,8 @@ protected:
                                                            f.editor, f.profilesEditor, f.docking});
         form->Form_Load();
         form->window.setVisible(true);
-        ASSERT_TRUE(driver->isConnected());
+        // A browser followed through the extension connects once the bar listens.
+        ASSERT_TRUE(waitFor([&] { return driver->isConnected(); }));
     }
     // Exit: the bar unloads, then its browser is closed.
     void stopBar()
@@ -201,10 +202,10 @@ protected:
     std::unique_ptr<HttpServer> server;
 };
 
-// Every test of a suite on both browsers, named by the browser.
-#define ON_BOTH_BROWSERS(Suite)                                                                    \
+// Every test of a suite on both browsers, and on Chromium through Tolvane's extension, named by
+// the browser.
+#define ON_EVERY_BROWSER(Suite)                                                                    \
     INSTANTIATE_TEST_SUITE_P(                                                                      \
-        Browsers, Suite, ::testing::Values(TestBrowser::Chromium, TestBrowser::Firefox),           \
-        [](const ::testing::TestParamInfo<TestBrowser>& info) {                                    \
-            return info.param == TestBrowser::Chromium ? "Chromium" : "Firefox";                   \
-        })
+        Browsers, Suite,                                                                           \
+        ::testing::Values(TestBrowser::Chromium, TestBrowser::Firefox, TestBrowser::Extension),    \
+        [](const ::testing::TestParamInfo<TestBrowser>& info) { return nameOf(info.param); })

@@ -135,11 +135,14 @@ private:
 } // namespace
 
 std::unique_ptr<PageDriver> makeChromiumDriver(const QString& profileFolder);
+std::unique_ptr<PageDriver> makeExtensionDriver(const QString& profileFolder);
 
 std::unique_ptr<PageDriver> makeDriver(TestBrowser browser, const QString& profileFolder)
 {
     if (browser == TestBrowser::Chromium)
         return makeChromiumDriver(profileFolder);
+    if (browser == TestBrowser::Extension)
+        return makeExtensionDriver(profileFolder);
     const QString firefox = QStandardPaths::findExecutable(u"firefox-esr"_s);
     if (firefox.isEmpty())
         return nullptr;

@@ -92,6 +92,19 @@ protected:
     Shell m_shell;
 };
 
+// What a test's Chromium runs with besides what Tolvane gives it: headless, quiet on a machine
+// without a network, passwords kept without the desktop's keyring.
+inline QStringList chromiumTestArguments()
+{
+    return {u"--headless"_s,
+            u"--disable-gpu"_s,
+            u"--disable-dev-shm-usage"_s,
+            u"--disable-background-networking"_s,
+            u"--disable-component-update"_s,
+            u"--disable-sync"_s,
+            u"--password-store=basic"_s};
+}
+
 // A text as a script's string literal.
 inline QString quoted(const QString& text)
 {
@@ -126,10 +139,17 @@ inline QStringList graphemes(const QString& text)
 enum class TestBrowser
 {
     Chromium,
-    Firefox
+    Firefox,
+    Extension // Chromium followed through Tolvane's extension
 };
+inline const char* nameOf(TestBrowser browser)
+{
+    return browser == TestBrowser::Chromium  ? "Chromium"
+           : browser == TestBrowser::Firefox ? "Firefox"
+                                             : "Extension";
+}
 inline void PrintTo(TestBrowser browser, std::ostream* out)
 {
-    *out << (browser == TestBrowser::Chromium ? "Chromium" : "Firefox");
+    *out << nameOf(browser);
 }
 std::unique_ptr<PageDriver> makeDriver(TestBrowser browser, const QString& profileFolder);

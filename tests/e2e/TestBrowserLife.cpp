@@ -144,8 +144,9 @@ TEST_P(TestBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn
                 return over(std::make_unique<BidiWindowList>([this, executable] {
                     return FirefoxProcess::start(executable, profile.path());
                 }));
-            return over(std::make_unique<CdpWindowList>(
-                [this, executable] { return ChromiumProcess::start(executable, profile.path()); }));
+            return over(std::make_unique<CdpWindowList>([this, executable] {
+                return ChromiumProcess::start(executable, profile.path(), chromiumTestArguments());
+            }));
         };
     };
     struct Case
@@ -193,5 +194,5 @@ TEST_P(TestBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn
         stopBar();
     }
 }
-ON_BOTH_BROWSERS(TestBrowserLife);
+ON_EVERY_BROWSER(TestBrowserLife);
 } // namespace

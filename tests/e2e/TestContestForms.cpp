@@ -133,5 +133,5 @@ TEST_P(TestContestForms, APageThatPlantsValuesChangesNothingInTheDataFiles)
     EXPECT_EQ(byMeaning("tel"), QString());
     expectNoErrorBox();
 }
-ON_BOTH_BROWSERS(TestContestForms);
+ON_EVERY_BROWSER(TestContestForms);
 } // namespace

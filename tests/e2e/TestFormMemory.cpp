@@ -250,5 +250,5 @@ TEST_P(TestFormMemory, TheBrowserKilledDuringAFillIsReportedAndTheBarGoesOn)
     EXPECT_EQ(form->valueStore().GetValue("http://x.example/", "k", ""), u"v"_s);
     form->tracking().ResetIEs();
 }
-ON_BOTH_BROWSERS(TestFormMemory);
+ON_EVERY_BROWSER(TestFormMemory);
 } // namespace

@@ -91,5 +91,5 @@ TEST_P(TestFrameworkForms, WhatTheBarFillsIsWhatThePageSubmits)
             "code=WIN-42\r\nticket=WIN-42\r\n[Field Meanings]\r\ncode=none\r\nticket=none\r\n");
     expectNoErrorBox();
 }
-ON_BOTH_BROWSERS(TestFrameworkForms);
+ON_EVERY_BROWSER(TestFrameworkForms);
 } // namespace

@@ -173,5 +173,5 @@ TEST_P(TestHostilePages, HeavyLabelsAndNamesInAnyScriptAreReadWithinBounds)
     }
     expectNoErrorBox();
 }
-ON_BOTH_BROWSERS(TestHostilePages);
+ON_EVERY_BROWSER(TestHostilePages);
 } // namespace

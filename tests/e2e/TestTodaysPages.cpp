@@ -227,5 +227,5 @@ TEST_P(TestTodaysPages, ABackgroundTabFinishingItsLoadDoesNotSwitchTabs)
     EXPECT_EQ(visibility(untitled), u"hidden"_s);
     expectNoErrorBox();
 }
-ON_BOTH_BROWSERS(TestTodaysPages);
+ON_EVERY_BROWSER(TestTodaysPages);
 } // namespace

@@ -10,6 +10,11 @@ inline QString realmName(const QString& context, const QString& realm)
     return context + QLatin1Char('\n') + realm;
 }
 
+inline QString realmIdOf(const QString& realmName)
+{
+    return realmName.section(QLatin1Char('\n'), 1);
+}
+
 inline QString contextOf(const QString& realmName)
 {
     return realmName.section(QLatin1Char('\n'), 0, 0);

@@ -16,11 +16,6 @@ AppError browserError(const QString& text)
     return AppError(ErrorNumber::BrowserCall, text);
 }
 
-QString realmIdOf(const QString& realmName)
-{
-    return realmName.section(QLatin1Char('\n'), 1);
-}
-
 QString asJson(const QString& expression)
 {
     return QStringLiteral("JSON.stringify([(\n%1\n)])").arg(expression);

@@ -71,11 +71,7 @@ QStringList ChromiumProcess::baseArguments(const QString& profileFolder)
     QStringList arguments = {QStringLiteral("--user-data-dir=") + profileFolder,
                              QStringLiteral("--no-first-run"),
                              QStringLiteral("--no-default-browser-check"),
-                             QStringLiteral("--disable-background-networking"),
-                             QStringLiteral("--disable-component-update"),
-                             QStringLiteral("--disable-sync"),
                              QStringLiteral("--disable-breakpad"),
-                             QStringLiteral("--password-store=basic"),
                              QStringLiteral("--disable-back-forward-cache")};
     // Chromium refuses to run as root without it.
     if (::geteuid() == 0)

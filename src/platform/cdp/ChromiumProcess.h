@@ -30,7 +30,7 @@ public:
     void kill();
     qint64 processId() const;
 
-    // The flags every browser Tolvane starts gets (quiet on a closed network).
+    // The flags every browser Tolvane starts gets: none that weakens the user's browser.
     static QStringList baseArguments(const QString& profileFolder);
     // Sets the profile to reopen the last session's tabs at start, unless its user chose
     // another start-up page there. A settings file the browser could not read is left alone.

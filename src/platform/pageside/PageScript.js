@@ -384,6 +384,12 @@ var tolvanePageScript = (send) => {
     },
     frame(index) { return frames()[index] || null; },
     frameWindow(index) { return (frames()[index] || {}).contentWindow; },
+    // A document that completed before anyone followed it says so, having no load to report.
+    reportAttached() {
+      if (document.readyState !== 'complete') return;
+      try { send(JSON.stringify({ seq: ++seq, kind: 'attached' })); } catch (e) {}
+      watch();
+    },
     get(id, what) { return read(element(id), what); },
     set(id, what, value) {
       try { return this.apply([[id, what, value]]); } catch (e) { return null; }
@@ -479,10 +485,7 @@ var tolvanePageScript = (send) => {
     report('readystatechange', document.readyState === 'complete' ? { lists: fieldLists() } : undefined);
     if (document.readyState === 'complete') watch();
   }, true);
-  if (document.readyState === 'complete') {
-    try { send(JSON.stringify({ seq: ++seq, kind: 'attached' })); } catch (e) {}
-    watch();
-  }
+  window.__tolvane.reportAttached();
   const status = (text) => { try { send(JSON.stringify({ seq: ++seq, kind: 'status', text })); } catch (e) {} };
   // The address after a jump within the page, for browsers that are not asked about each jump.
   addEventListener('hashchange', (e) => {

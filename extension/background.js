@@ -170,7 +170,11 @@ api.runtime.onConnect.addListener((port) => {
   contexts.get(context).realm = realm;
   emit('script.realmCreated', { realm, context, sandbox: Channel, type: 'window', origin: '' });
   port.onMessage.addListener((message) => {
-    if (typeof message.report === 'string') {
+    if (typeof message.dialog === 'boolean') {
+      // Calls into the tab's documents wait for none of them while the dialog is up.
+      const realms = [...documents.values()].filter((d) => d.tabId === tabId).map((d) => d.realm);
+      emit(message.dialog ? 'browsingContext.userPromptOpened' : 'browsingContext.userPromptClosed', { context: String(tabId), realms });
+    } else if (typeof message.report === 'string') {
       emit('script.message', { channel: Channel, data: { type: 'string', value: message.report }, source: { realm, context } });
     } else if (doc.calls.has(message.answer)) {
       const pending = doc.calls.get(message.answer);

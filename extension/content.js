@@ -53,4 +53,8 @@
   }
   connect();
   tolvanePageScript((report) => post({ report }));
+  // The page's dialogs, as its own world sees them open and close (sent before the dialog holds
+  // this document up).
+  addEventListener('tolvane-dialog-open', () => post({ dialog: true }), true);
+  addEventListener('tolvane-dialog-closed', () => post({ dialog: false }), true);
 })();

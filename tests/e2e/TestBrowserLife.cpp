@@ -85,7 +85,7 @@ TEST_P(TestBrowserLife, AShortcutOpenedAfterTheBrowserDiedStartsItAgainAndItIsFo
     // The user presses Enter on the shortcut.
     form->lvShortcuts.setSelectedIndex(0);
     form->shortcutCommands().lvShortcuts_KeyDown(13);
-    ASSERT_TRUE(driver->isConnected());
+    ASSERT_TRUE(waitFor([&] { return driver->isConnected(); }));
     EXPECT_NE(driver->browserProcessId(), first);
     std::shared_ptr<ScriptWindow> page;
     ASSERT_TRUE(waitFor([&] { return (page = windowShowing(draw)) != nullptr; }))

@@ -136,6 +136,15 @@ void BidiContexts::openInNewTab(const QString& address)
                 {{"context", context}, {"url", address}, {"wait", "none"}});
 }
 
+void BidiContexts::dialogClosedIn(const QString& tab)
+{
+    const auto page = window(tab);
+    const auto documents = m_documents.held(
+        [&](const QString& realm) { return page && pageOf(contextOf(realm)) == page; });
+    for (const auto& document : documents)
+        document->dialogClosed();
+}
+
 void BidiContexts::forgetAll()
 {
     m_contexts.clear();

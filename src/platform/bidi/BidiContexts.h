@@ -53,6 +53,8 @@ protected:
     void openInNewTab(const QString& address);
     // Forgets every context and document.
     void forgetAll();
+    // A dialog of the tab closed: its documents may owe a fill.
+    void dialogClosedIn(const QString& tab);
     void markAllClosed() override;
     // The parameters of script.evaluate for the call in the realm; `answered` when its value is
     // wanted.

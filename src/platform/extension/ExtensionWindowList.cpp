@@ -4,7 +4,23 @@
 #include "BidiRealmNames.h"
 #include "LocalTransport.h"
 
+#include <QJsonArray>
 #include <unistd.h>
+
+namespace {
+const QString ShowsDialog = QStringLiteral("The page is showing a dialog.");
+const QString DialogOpened = QStringLiteral("browsingContext.userPromptOpened");
+const QString DialogClosed = QStringLiteral("browsingContext.userPromptClosed");
+
+// The scopes of calls into the realms a dialog event names.
+QStringList realmScopes(const RemoteConnection::Event& event)
+{
+    QStringList scopes;
+    for (const QJsonValue& realm : event.params.value(QLatin1String("realms")).toArray())
+        scopes.append(QLatin1Char('\n') + realm.toString());
+    return scopes;
+}
+} // namespace
 
 ExtensionLink::ExtensionLink(int descriptor)
     : m_connection(std::make_unique<RemoteConnection>(
@@ -38,10 +54,22 @@ void ExtensionWindowList::openConnection()
     if (m_waiting.empty())
         return;
     m_browser = m_connector();
-    m_browser->connection().setEventHandler([this](const RemoteConnection::Event& event) {
+    RemoteConnection& connection = m_browser->connection();
+    // A call waiting on a document behind a dialog must fail at once, not when the user-interface
+    // thread (the one waiting) gets round to it.
+    connection.setIoHook([&connection](const RemoteConnection::Event& event) {
+        if (event.method == DialogOpened)
+            connection.blockSessions(realmScopes(event), ShowsDialog);
+        else if (event.method == DialogClosed)
+            connection.unblockSessions(realmScopes(event));
+    });
+    connection.setEventHandler([this](const RemoteConnection::Event& event) {
         // TOLVANE_EXTENSION_TRACE=1 lists the extension's events on standard error.
         if (takeEvent("TOLVANE_EXTENSION_TRACE", "extension", event)) {
-            onEvent(event);
+            if (event.method == DialogClosed)
+                dialogClosedIn(event.params.value(QLatin1String("context")).toString());
+            else
+                onEvent(event);
         } else if (!m_waiting.empty()) {
             // The browser went: one that waited is followed now.
             QMetaObject::invokeMethod(
@@ -93,4 +121,11 @@ QJsonObject ExtensionWindowList::evaluateParams(const QString& realm, const Page
 {
     return {{"call", call.message()},
             {"target", QJsonObject{{"realm", BidiRealmNames::realmIdOf(realm)}}}};
+}
+
+PageScriptHost::Failure ExtensionWindowList::failureOf(const AppError& error) const
+{
+    if (error.number() == ErrorNumber::BrowserCall && error.description() == ShowsDialog)
+        return Failure::Refused;
+    return BidiContexts::failureOf(error);
 }

@@ -43,6 +43,7 @@ private:
     RemoteConnection& browserConnection() override;
     QJsonObject evaluateParams(const QString& realm, const PageCall& call,
                                bool answered) const override;
+    Failure failureOf(const AppError& error) const override;
     void browserArrived(int descriptor);
 
     DesktopOpener m_openWithDesktop;

@@ -130,7 +130,8 @@ void RemoteConnection::blockSessions(const QStringList& sessions, const QString&
     for (auto pending = m_pending.begin(); pending != m_pending.end();) {
         auto next = std::next(pending);
         if (!pending->second.done && pending->second.inPage &&
-            sessions.contains(pending->second.sessionId)) {
+            (sessions.contains(pending->second.sessionId) ||
+             sessions.contains(pending->second.scope))) {
             if (pending->second.later) {
                 answerLater(pending, {}, reason);
             } else {
@@ -155,9 +156,11 @@ QJsonObject RemoteConnection::call(const QString& method, const QJsonObject& par
 {
     {
         QMutexLocker lock(&m_mutex);
-        const auto blocked = m_blocked.constFind(sessionId);
-        if (blocked != m_blocked.constEnd() && runsInPage(method))
-            throw AppError(ErrorNumber::BrowserCall, *blocked);
+        for (const QString& key : {sessionId, scopeOf(params, sessionId)}) {
+            const auto blocked = m_blocked.constFind(key);
+            if (blocked != m_blocked.constEnd() && runsInPage(method))
+                throw AppError(ErrorNumber::BrowserCall, *blocked);
+        }
         // A page busy beyond the time-out would hold the bar that long on every call.
         const auto unanswered = m_unanswered.constFind(scopeOf(params, sessionId));
         if (unanswered != m_unanswered.constEnd() && runsInPage(method))

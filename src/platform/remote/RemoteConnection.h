@@ -58,9 +58,10 @@ public:
     // user-interface thread (resuming a target that waits for its debugger).
     void setIoHook(std::function<void(const Event&)> hook);
     bool isClosed() const;
-    // Calls into the page's script (Runtime, DOM) on these sessions fail at once with the
-    // reason, those waiting included, until they are let go: a page showing a dialog runs none
-    // of them until it closes. Calls the browser answers itself go on.
+    // Calls into the page's script (Runtime, DOM, script) on these sessions, or into these
+    // realms (named "\n" + realm id), fail at once with the reason, those waiting included, until
+    // they are let go: a page showing a dialog runs none of them until it closes. Calls the
+    // browser answers itself go on.
     void blockSessions(const QStringList& sessions, const QString& reason);
     void unblockSessions(const QStringList& sessions);
     void setTimeout(int ms) { m_timeoutMs = ms; }

@@ -14,4 +14,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "chromium | firefox-esr | firefox | google-chrome-stable | microsoft-edge-stable | brave-browser")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+# The host manifest in /etc is the administrator's to change.
+file(WRITE ${CMAKE_BINARY_DIR}/debian/conffiles "/etc/chromium/native-messaging-hosts/org.tolvane.bar.json\n")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_BINARY_DIR}/debian/conffiles)
 include(CPack)

@@ -214,4 +214,7 @@ api.webRequest.onBeforeRequest.addListener(network('network.beforeRequestSent'),
 api.webRequest.onCompleted.addListener(network('network.responseCompleted'), requests);
 api.webRequest.onErrorOccurred.addListener(network('network.fetchError'), requests);
 
+// The browser wakes the background as it starts (not only on the first event it listens to), so
+// the bar hears of the windows at once.
+api.runtime.onStartup.addListener(() => {});
 connectHost();

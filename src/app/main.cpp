@@ -5,7 +5,10 @@
 #include "CdpWindowList.h"
 #include "ChromiumProcess.h"
 #include "Clock.h"
+#include "DefaultApplication.h"
 #include "DesktopShell.h"
+#include "ExtensionInstall.h"
+#include "ExtensionWindowList.h"
 #include "FirefoxProcess.h"
 #include "IniFileStore.h"
 #include "MainWindow.h"
@@ -20,8 +23,12 @@
 #include "frmMain.h"
 
 #include <QApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
 #include <QFont>
 #include <QIcon>
+#include <QUrl>
 
 int main(int argc, char* argv[])
 {
@@ -54,8 +61,31 @@ int main(int argc, char* argv[])
     };
     std::unique_ptr<ShellWindowList> followed;
     std::function<void(const QString&)> openInBrowser;
-    if (qEnvironmentVariableIsSet("TOLVANE_BIDI") ||
-        (!qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") && BrowserLocator::isFirefox(browser))) {
+    // The browsers the user has find Tolvane's host; one with the extension is followed through
+    // it, unless the environment names a browser to follow otherwise.
+    const QString installedHost = QStringLiteral(TOLVANE_HOST_INSTALLED);
+    ExtensionInstall::writeUserHostManifests(
+        QDir::homePath(),
+        QFileInfo::exists(installedHost) ? installedHost : QStringLiteral(TOLVANE_HOST_BUILT));
+    const bool namedBrowser = qEnvironmentVariableIsSet("TOLVANE_BIDI") ||
+                              qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") ||
+                              qEnvironmentVariableIsSet("TOLVANE_BROWSER");
+    const bool throughExtension =
+        qEnvironmentVariableIsSet("TOLVANE_EXTENSION") ||
+        (!namedBrowser &&
+         ExtensionInstall::isInstalledFor(
+             DefaultApplication::forMimeType(QStringLiteral("x-scheme-handler/http")),
+             QDir::homePath()));
+    if (throughExtension) {
+        auto extension = std::make_unique<ExtensionWindowList>(
+            [](const QString& address) { QDesktopServices::openUrl(QUrl(address)); });
+        openInBrowser = [shell = extension.get()](const QString& address) {
+            shell->OpenAddress(address);
+        };
+        followed = std::move(extension);
+    } else if (qEnvironmentVariableIsSet("TOLVANE_BIDI") ||
+               (!qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") &&
+                BrowserLocator::isFirefox(browser))) {
         auto firefox = std::make_unique<BidiWindowList>([&]() -> std::unique_ptr<FirefoxProcess> {
             const QString endpoint = qEnvironmentVariable("TOLVANE_BIDI");
             if (!endpoint.isEmpty())
@@ -84,7 +114,7 @@ int main(int argc, char* argv[])
     ShellWindowList& shellWindows = *followed;
     // Addresses open in the followed browser, which is started again when it has gone; the
     // desktop's handler opens them only when there is no browser to follow.
-    if (qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") ||
+    if (throughExtension || qEnvironmentVariableIsSet("TOLVANE_DEVTOOLS") ||
         qEnvironmentVariableIsSet("TOLVANE_BIDI") || !browser.isEmpty())
         shell.setAddressOpener(openInBrowser, boxes);
     QtTextMetrics metrics;

@@ -35,7 +35,7 @@ HostRelay::HostRelay(int fromBrowser, int toBrowser, QString socketPath)
     });
     connect(&m_bar, &QLocalSocket::disconnected, this, &HostRelay::barLost);
     connect(&m_bar, &QLocalSocket::errorOccurred, this, [this] {
-        if (m_bar.state() == QLocalSocket::UnconnectedState)
+        if (m_bar.state() != QLocalSocket::ConnectedState)
             barLost();
     });
     m_retry.setInterval(500);
@@ -46,8 +46,10 @@ HostRelay::HostRelay(int fromBrowser, int toBrowser, QString socketPath)
 
 void HostRelay::tryBar()
 {
-    if (m_bar.state() == QLocalSocket::UnconnectedState)
-        m_bar.connectToServer(m_socketPath);
+    if (m_bar.state() == QLocalSocket::ConnectedState)
+        return;
+    m_bar.abort();
+    m_bar.connectToServer(m_socketPath);
 }
 
 void HostRelay::barLost()

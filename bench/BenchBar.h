@@ -21,8 +21,7 @@ public:
     explicit BenchBar(TestBrowser browser) : m_driver(makeDriver(browser, m_profile.path()))
     {
         if (!m_driver) {
-            std::printf("%s is not installed\n",
-                        browser == TestBrowser::Chromium ? "chromium" : "firefox-esr");
+            std::printf("%s is not installed\n", nameOf(browser));
             return;
         }
         m_desktop.appDataFolder = m_dir.path();
@@ -33,6 +32,8 @@ public:
                               m_pump, m_metrics, m_editor, m_profilesEditor, m_docking});
         m_form->Form_Load();
         m_form->window.setVisible(true);
+        // A browser followed through the extension connects once the bar listens.
+        pumpUntil([&] { return m_driver->isConnected(); }, 10000);
     }
 
     // Whether the browser is there to measure.

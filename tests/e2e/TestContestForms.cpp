@@ -116,6 +116,7 @@ TEST_P(TestContestForms, APageThatPlantsValuesChangesNothingInTheDataFiles)
     ASSERT_TRUE(waitFor([&] { return fieldValue(page, "email") == "ann@example.org"; }));
     evaluate(page, "plant(), 0");
     ASSERT_TRUE(waitFor([&] { return evaluate(page, "!!window.planted").toBool(); }));
+    EXPECT_EQ(evaluate(page, "window.reached").toString(), u"undefined,undefined"_s);
     ASSERT_TRUE(fieldValue(page, "email").contains(u"planted@evil.example"_s));
     // The user passes through the planted fields without typing, and types in the hijacked one.
     click(page, "[name=email]");

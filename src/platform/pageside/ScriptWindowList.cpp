@@ -3,6 +3,8 @@
 #include "AppError.h"
 #include "ScriptDocument.h"
 
+#include <algorithm>
+
 void ScriptWindowList::connect()
 {
     if (m_connection != Connection::None)
@@ -143,8 +145,10 @@ void ScriptWindowList::requestSent(const std::shared_ptr<ScriptWindow>& page)
 
 void ScriptWindowList::requestEnded(const std::shared_ptr<ScriptWindow>& page)
 {
+    // A request sent before the page started navigating again may end after: it was not counted,
+    // and the page is never more than all loaded.
     Progress& progress = m_progress[page->windowId()];
-    ++progress.ended;
+    progress.ended = std::min(progress.ended + 1, progress.requested);
     page->progressChange(progress.ended, progress.requested);
 }
 

@@ -166,11 +166,25 @@ api.runtime.onConnect.addListener((port) => {
   const frameId = sender.frameId || 0;
   const context = ensureContext(tabId, frameId, sender.url);
   const doc = { port, realm, context, tabId, frameId, index: Number(index), calls: new Map() };
-  documents.set(realm, doc);
-  contexts.get(context).realm = realm;
-  emit('script.realmCreated', { realm, context, sandbox: Channel, type: 'window', origin: '' });
+  const shown = () => {
+    documents.set(realm, doc);
+    contexts.get(context).realm = realm;
+    emit('script.realmCreated', { realm, context, sandbox: Channel, type: 'window', origin: '' });
+  };
+  const gone = () => {
+    for (const pending of doc.calls.values()) pending.reject(noSuchFrame());
+    doc.calls.clear();
+    if (!documents.delete(realm)) return;
+    const known = contexts.get(context);
+    if (known && known.realm === realm) known.realm = null;
+    emit('script.realmDestroyed', { realm });
+  };
+  shown();
   port.onMessage.addListener((message) => {
-    if (typeof message.dialog === 'boolean') {
+    if (typeof message.shown === 'boolean') {
+      if (message.shown) shown();
+      else gone();
+    } else if (typeof message.dialog === 'boolean') {
       // Calls into the tab's documents wait for none of them while the dialog is up.
       const realms = [...documents.values()].filter((d) => d.tabId === tabId).map((d) => d.realm);
       emit(message.dialog ? 'browsingContext.userPromptOpened' : 'browsingContext.userPromptClosed', { context: String(tabId), realms });
@@ -183,13 +197,7 @@ api.runtime.onConnect.addListener((port) => {
       else pending.resolve(message.value);
     }
   });
-  port.onDisconnect.addListener(() => {
-    for (const pending of doc.calls.values()) pending.reject(noSuchFrame());
-    documents.delete(realm);
-    const known = contexts.get(context);
-    if (known && known.realm === realm) known.realm = null;
-    emit('script.realmDestroyed', { realm });
-  });
+  port.onDisconnect.addListener(gone);
 });
 
 api.tabs.onCreated.addListener((tab) => ensureContext(tab.id, 0, tab.pendingUrl || tab.url || 'about:blank'));

@@ -5,7 +5,8 @@
   const api = globalThis.browser || globalThis.chrome;
   // This document's realm, as the bar names it; a frame's place among its parent's frames, by
   // which the bar finds the frames of a frameset.
-  const realm = crypto.randomUUID();
+  // (randomUUID is for secure pages only; contest pages are often plain http.)
+  const realm = Array.from(crypto.getRandomValues(new Uint32Array(4)), (n) => n.toString(16)).join('-');
   const frameIndex = () => {
     try {
       const parent = window.parent;
@@ -57,4 +58,8 @@
   // this document up).
   addEventListener('tolvane-dialog-open', () => post({ dialog: true }), true);
   addEventListener('tolvane-dialog-closed', () => post({ dialog: false }), true);
+  // A document the browser keeps for going back answers nothing meanwhile: it has gone until it
+  // is shown again.
+  addEventListener('pagehide', () => post({ shown: false }), true);
+  addEventListener('pageshow', (e) => { if (e.persisted) post({ shown: true }); }, true);
 })();

@@ -38,7 +38,10 @@ protected:
             GTEST_SKIP() << "the browser is not installed";
         startBar();
     }
-    bool onFirefox() const { return GetParam() == TestBrowser::Firefox; }
+    bool onFirefox() const
+    {
+        return GetParam() == TestBrowser::Firefox || GetParam() == TestBrowser::FirefoxExtension;
+    }
     // What Firefox does not do yet (or does otherwise), said in the test's output.
 #define skipOnFirefox(why)                                                                         \
     do {                                                                                           \
@@ -202,10 +205,11 @@ protected:
     std::unique_ptr<HttpServer> server;
 };
 
-// Every test of a suite on both browsers, and on Chromium through Tolvane's extension, named by
-// the browser.
+// Every test of a suite on both browsers, and on both through Tolvane's extension, named by the
+// browser.
 #define ON_EVERY_BROWSER(Suite)                                                                    \
     INSTANTIATE_TEST_SUITE_P(                                                                      \
         Browsers, Suite,                                                                           \
-        ::testing::Values(TestBrowser::Chromium, TestBrowser::Firefox, TestBrowser::Extension),    \
+        ::testing::Values(TestBrowser::Chromium, TestBrowser::Firefox, TestBrowser::Extension,     \
+                          TestBrowser::FirefoxExtension),                                          \
         [](const ::testing::TestParamInfo<TestBrowser>& info) { return nameOf(info.param); })

@@ -1,9 +1,12 @@
-// The test's hands in a Chromium that Tolvane follows through its extension: the browser is the
-// user's own, started by the test with the extension loaded from the build tree and the host's
-// manifest in its profile; the bar only listens. The test types and reads over DevTools, finding
-// a tab's target by the address it shows.
+// The test's hands in a browser that Tolvane follows through its extension: the browser is the
+// user's own, started by the test with the extension (loaded from the build tree in Chromium,
+// installed as a temporary add-on in Firefox) and the host's manifest where that browser looks
+// for it; the bar only listens. The test types and reads over the browser's own protocol,
+// finding a tab there by the address it shows.
 #include "ChromiumDriver.h"
+#include "ExtensionInstall.h"
 #include "ExtensionWindowList.h"
+#include "FirefoxDriver.h"
 
 #include <QDir>
 #include <QFile>
@@ -11,44 +14,43 @@
 #include <QTemporaryDir>
 
 namespace {
-class ExtensionDriver : public ChromiumDriver
+void writeFile(const QString& path, const QByteArray& content)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(path));
+}
+
+template <class Hands> class ThroughExtension : public Hands
 {
 public:
-    ExtensionDriver(const QString& executable, const QString& profile)
-        : ChromiumDriver(executable, profile,
-                         {u"--load-extension=" TOLVANE_EXTENSION_DIR ""_s,
-                          u"--disable-extensions-except=" TOLVANE_EXTENSION_DIR ""_s}),
-          m_extension([this](const QString& address) { m_shell.OpenAddress(address); })
+    template <class... Arguments>
+    explicit ThroughExtension(const QString& hostManifest, Arguments&&... arguments)
+        : Hands(std::forward<Arguments>(arguments)...),
+          m_extension([this](const QString& address) { this->m_shell.OpenAddress(address); })
     {
-        // The bar's socket, and the host the browser starts, in a runtime folder of the test's.
+        // The bar's socket and the host's runtime folder, and the home Firefox looks for the
+        // host's manifest in, the test's own.
         qputenv("XDG_RUNTIME_DIR", m_runtime.path().toLocal8Bit());
-        writeHostManifest(profile);
-        m_shell.items(); // the browser starts now, as the user's would before the bar
+        qputenv("HOME", m_runtime.path().toLocal8Bit());
+        writeFile(QString(hostManifest).replace(u"~"_s, m_runtime.path()),
+                  ExtensionInstall::hostManifest(std::is_same_v<Hands, FirefoxDriver>,
+                                                 QStringLiteral(TOLVANE_HOST_EXE)));
+        this->m_shell.items(); // the browser starts now, as the user's would before the bar
     }
+    ~ThroughExtension() override { qputenv("HOME", m_home); }
     ShellWindowList& shell() override { return m_extension; }
     void openAddress(const QString& url) override { m_extension.OpenAddress(url); }
     bool isConnected() const override { return m_extension.isConnected(); }
     QJsonValue evaluate(const ScriptWindow& page, const QString& expression) override
     {
-        return evaluateIn(target(page), expression);
+        return this->evaluateIn(target(page), expression);
     }
 
 private:
-    static void writeHostManifest(const QString& profile)
-    {
-        QDir(profile).mkpath(u"NativeMessagingHosts"_s);
-        QFile manifest(profile + u"/NativeMessagingHosts/org.tolvane.bar.json"_s);
-        manifest.open(QIODevice::WriteOnly);
-        manifest.write(QJsonDocument(QJsonObject{{"name", "org.tolvane.bar"},
-                                                 {"description", "Tolvane"},
-                                                 {"path", TOLVANE_HOST_EXE},
-                                                 {"type", "stdio"},
-                                                 {"allowed_origins",
-                                                  QJsonArray{"chrome-extension://"
-                                                             "gbjejihkkndoeenjbnhbopeabdjohche/"}}})
-                           .toJson());
-    }
-    // The page target showing the tab's address: the n-th of them when n tabs before it show it.
+    // The tab showing the page's address in the browser's own protocol: the n-th of them when n
+    // tabs before it show it.
     QString target(const ScriptWindow& page) override
     {
         const QString url = page.LocationURL();
@@ -59,7 +61,7 @@ private:
             before += tab->LocationURL() == url ? 1 : 0;
         }
         QStringList showing;
-        for (const BrowserPtr& tab : m_shell.items()) {
+        for (const BrowserPtr& tab : this->m_shell.items()) {
             if (tab->LocationURL() == url)
                 showing.append(std::static_pointer_cast<ScriptWindow>(tab)->windowId());
         }
@@ -68,15 +70,30 @@ private:
         return showing.value(before, showing.last());
     }
 
+    QByteArray m_home = qgetenv("HOME");
     QTemporaryDir m_runtime;
     ExtensionWindowList m_extension;
 };
 } // namespace
 
-std::unique_ptr<PageDriver> makeExtensionDriver(const QString& profileFolder)
+std::unique_ptr<PageDriver> makeExtensionDriver(bool firefox, const QString& profile)
 {
-    const QString chromium = QStandardPaths::findExecutable(u"chromium"_s);
-    if (chromium.isEmpty())
+    const QString executable =
+        QStandardPaths::findExecutable(firefox ? u"firefox-esr"_s : u"chromium"_s);
+    if (executable.isEmpty())
         return nullptr;
-    return std::make_unique<ExtensionDriver>(chromium, profileFolder);
+    if (firefox)
+        return std::make_unique<ThroughExtension<FirefoxDriver>>(
+            u"~/.mozilla/native-messaging-hosts/org.tolvane.bar.json"_s, executable, profile,
+            [](FirefoxProcess& browser) {
+                // A temporary add-on, as Firefox runs unsigned extensions; again at each start.
+                browser.connection().call(
+                    u"webExtension.install"_s,
+                    {{"extensionData",
+                      QJsonObject{{"type", "path"}, {"path", TOLVANE_EXTENSION_DIR "/firefox"}}}});
+            });
+    return std::make_unique<ThroughExtension<ChromiumDriver>>(
+        profile + u"/NativeMessagingHosts/org.tolvane.bar.json"_s, executable, profile,
+        QStringList{u"--load-extension=" TOLVANE_EXTENSION_DIR "/chromium"_s,
+                    u"--disable-extensions-except=" TOLVANE_EXTENSION_DIR "/chromium"_s});
 }

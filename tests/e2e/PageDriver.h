@@ -140,13 +140,22 @@ enum class TestBrowser
 {
     Chromium,
     Firefox,
-    Extension // Chromium followed through Tolvane's extension
+    Extension,       // Chromium followed through Tolvane's extension
+    FirefoxExtension // Firefox followed through it
 };
 inline const char* nameOf(TestBrowser browser)
 {
-    return browser == TestBrowser::Chromium  ? "Chromium"
-           : browser == TestBrowser::Firefox ? "Firefox"
-                                             : "Extension";
+    switch (browser) {
+    case TestBrowser::Chromium:
+        return "Chromium";
+    case TestBrowser::Firefox:
+        return "Firefox";
+    case TestBrowser::Extension:
+        return "Extension";
+    case TestBrowser::FirefoxExtension:
+        break;
+    }
+    return "FirefoxExtension";
 }
 inline void PrintTo(TestBrowser browser, std::ostream* out)
 {

@@ -68,11 +68,10 @@ ChromiumProcess::~ChromiumProcess()
 
 QStringList ChromiumProcess::baseArguments(const QString& profileFolder)
 {
-    QStringList arguments = {QStringLiteral("--user-data-dir=") + profileFolder,
-                             QStringLiteral("--no-first-run"),
-                             QStringLiteral("--no-default-browser-check"),
-                             QStringLiteral("--disable-breakpad"),
-                             QStringLiteral("--disable-back-forward-cache")};
+    QStringList arguments = {
+        QStringLiteral("--user-data-dir=") + profileFolder, QStringLiteral("--no-first-run"),
+        QStringLiteral("--no-default-browser-check"), QStringLiteral("--disable-breakpad"),
+        QStringLiteral("--disable-back-forward-cache")};
     // Chromium refuses to run as root without it.
     if (::geteuid() == 0)
         arguments << QStringLiteral("--no-sandbox");

@@ -7,6 +7,7 @@
 #include "ExtensionInstall.h"
 #include "ExtensionWindowList.h"
 #include "FirefoxDriver.h"
+#include "PumpUntil.h"
 
 #include <QDir>
 #include <QFile>
@@ -22,12 +23,25 @@ void writeFile(const QString& path, const QByteArray& content)
         qFatal("cannot write %s", qPrintable(path));
 }
 
+// Whether a running process has the text on its command line.
+bool anyProcessNames(const QString& text)
+{
+    for (const QString& pid : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
+        QFile commandLine(u"/proc/"_s + pid + u"/cmdline"_s);
+        if (pid.front().isDigit() && commandLine.open(QIODevice::ReadOnly) &&
+            commandLine.readAll().contains(text.toLocal8Bit()))
+            return true;
+    }
+    return false;
+}
+
 template <class Hands> class ThroughExtension : public Hands
 {
 public:
     template <class... Arguments>
-    explicit ThroughExtension(const QString& hostManifest, Arguments&&... arguments)
-        : Hands(std::forward<Arguments>(arguments)...),
+    explicit ThroughExtension(const QString& hostManifest, const QString& profile,
+                              Arguments&&... arguments)
+        : Hands(std::forward<Arguments>(arguments)...), m_profile(profile),
           m_extension([this](const QString& address) { this->m_shell.OpenAddress(address); })
     {
         // The bar's socket and the host's runtime folder, and the home Firefox looks for the
@@ -40,6 +54,24 @@ public:
         this->m_shell.items(); // the browser starts now, as the user's would before the bar
     }
     ~ThroughExtension() override { qputenv("HOME", m_home); }
+    void killBrowser() override
+    {
+        // Chromium writes down the events that wake the extension a while after it starts; one
+        // killed before that has nothing to wake it at its next start. A user's browser has long
+        // written them down.
+        if constexpr (std::is_same_v<Hands, ChromiumDriver>) {
+            pumpUntil(
+                [&] {
+                    QFile preferences(m_profile + u"/Default/Preferences"_s);
+                    return preferences.open(QIODevice::ReadOnly) &&
+                           preferences.readAll().contains("runtime.onStartup");
+                },
+                15000);
+        }
+        Hands::killBrowser();
+        // Its other processes end soon after; a browser started meanwhile would meet them.
+        pumpUntil([&] { return !anyProcessNames(m_profile); }, 15000);
+    }
     ShellWindowList& shell() override { return m_extension; }
     void openAddress(const QString& url) override { m_extension.OpenAddress(url); }
     bool isConnected() const override { return m_extension.isConnected(); }
@@ -70,6 +102,7 @@ private:
         return showing.value(before, showing.last());
     }
 
+    QString m_profile;
     QByteArray m_home = qgetenv("HOME");
     QTemporaryDir m_runtime;
     ExtensionWindowList m_extension;
@@ -84,8 +117,8 @@ std::unique_ptr<PageDriver> makeExtensionDriver(bool firefox, const QString& pro
         return nullptr;
     if (firefox)
         return std::make_unique<ThroughExtension<FirefoxDriver>>(
-            u"~/.mozilla/native-messaging-hosts/org.tolvane.bar.json"_s, executable, profile,
-            [](FirefoxProcess& browser) {
+            u"~/.mozilla/native-messaging-hosts/org.tolvane.bar.json"_s, profile, executable,
+            profile, [](FirefoxProcess& browser) {
                 // A temporary add-on, as Firefox runs unsigned extensions; again at each start.
                 browser.connection().call(
                     u"webExtension.install"_s,
@@ -93,7 +126,7 @@ std::unique_ptr<PageDriver> makeExtensionDriver(bool firefox, const QString& pro
                       QJsonObject{{"type", "path"}, {"path", TOLVANE_EXTENSION_DIR "/firefox"}}}});
             });
     return std::make_unique<ThroughExtension<ChromiumDriver>>(
-        profile + u"/NativeMessagingHosts/org.tolvane.bar.json"_s, executable, profile,
+        profile + u"/NativeMessagingHosts/org.tolvane.bar.json"_s, profile, executable, profile,
         QStringList{u"--load-extension=" TOLVANE_EXTENSION_DIR "/chromium"_s,
                     u"--disable-extensions-except=" TOLVANE_EXTENSION_DIR "/chromium"_s});
 }

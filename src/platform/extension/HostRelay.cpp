@@ -44,6 +44,12 @@ HostRelay::HostRelay(int fromBrowser, int toBrowser, QString socketPath)
     tryBar();
 }
 
+HostRelay::~HostRelay()
+{
+    // The socket closing as the host ends is no bar lost.
+    m_bar.disconnect(this);
+}
+
 void HostRelay::tryBar()
 {
     if (m_bar.state() == QLocalSocket::ConnectedState)

@@ -18,6 +18,7 @@ class HostRelay : public QObject
     Q_OBJECT
 public:
     HostRelay(int fromBrowser, int toBrowser, QString socketPath);
+    ~HostRelay() override;
 
 Q_SIGNALS:
     // The browser closed its end: the host has nothing more to do.

@@ -1,131 +1,115 @@
 #include "ExtensionWindowList.h"
 
 #include "AppError.h"
-#include "BidiRealmNames.h"
-#include "LocalTransport.h"
 
-#include <QJsonArray>
-#include <unistd.h>
-
-namespace {
-const QString ShowsDialog = QStringLiteral("The page is showing a dialog.");
-const QString DialogOpened = QStringLiteral("browsingContext.userPromptOpened");
-const QString DialogClosed = QStringLiteral("browsingContext.userPromptClosed");
-
-// The scopes of calls into the realms a dialog event names.
-QStringList realmScopes(const RemoteConnection::Event& event)
-{
-    QStringList scopes;
-    for (const QJsonValue& realm : event.params.value(QLatin1String("realms")).toArray())
-        scopes.append(QLatin1Char('\n') + realm.toString());
-    return scopes;
-}
-} // namespace
-
-ExtensionLink::ExtensionLink(int descriptor)
-    : m_connection(std::make_unique<RemoteConnection>(
-          [descriptor] { return new LocalTransport(descriptor); }))
-{
-}
+#include <algorithm>
+#include <iterator>
+#include <optional>
 
 ExtensionWindowList::ExtensionWindowList(DesktopOpener openWithDesktop)
-    : FollowedBrowser([this] {
-          const int descriptor = m_waiting.front();
-          m_waiting.pop_front();
-          return std::make_unique<ExtensionLink>(descriptor);
-      }),
-      m_openWithDesktop(std::move(openWithDesktop))
+    : m_openWithDesktop(std::move(openWithDesktop))
 {
     QObject::connect(&m_socket, &BarSocket::connected, &m_socket,
                      [this](int descriptor) { browserArrived(descriptor); });
 }
 
-ExtensionWindowList::~ExtensionWindowList()
-{
-    releaseBrowser();
-    for (const int descriptor : m_waiting)
-        ::close(descriptor);
-}
+ExtensionWindowList::~ExtensionWindowList() = default;
 
-void ExtensionWindowList::openConnection()
+void ExtensionWindowList::listen()
 {
-    // No browser yet is no failure: the window list is empty until one connects.
-    m_socket.listen();
-    if (m_waiting.empty())
-        return;
-    m_browser = m_connector();
-    RemoteConnection& connection = m_browser->connection();
-    // A call waiting on a document behind a dialog must fail at once, not when the user-interface
-    // thread (the one waiting) gets round to it.
-    connection.setIoHook([&connection](const RemoteConnection::Event& event) {
-        if (event.method == DialogOpened)
-            connection.blockSessions(realmScopes(event), ShowsDialog);
-        else if (event.method == DialogClosed)
-            connection.unblockSessions(realmScopes(event));
-    });
-    connection.setEventHandler([this](const RemoteConnection::Event& event) {
-        // TOLVANE_EXTENSION_TRACE=1 lists the extension's events on standard error.
-        if (takeEvent("TOLVANE_EXTENSION_TRACE", "extension", event)) {
-            if (event.method == DialogClosed)
-                dialogClosedIn(event.params.value(QLatin1String("context")).toString());
-            else
-                onEvent(event);
-        } else if (!m_waiting.empty()) {
-            // The browser went: one that waited is followed now.
-            QMetaObject::invokeMethod(
-                &m_socket, [this] { browserArrived(-1); }, Qt::QueuedConnection);
-        }
-    });
-    follow();
-    takeUpOpenContexts();
+    // No browser yet is no failure: the list is empty until one connects.
+    if (!std::exchange(m_listening, true))
+        m_socket.listen();
 }
 
 void ExtensionWindowList::browserArrived(int descriptor)
 {
-    if (descriptor >= 0)
-        m_waiting.push_back(descriptor);
-    if (isConnected() || m_waiting.empty())
-        return;
+    // The place of a browser that went is taken again: the shell may still hold its windows.
+    auto free = std::find_if(m_browsers.begin(), m_browsers.end(),
+                             [](const Followed& f) { return !f.browser->isConnected(); });
+    if (free == m_browsers.end()) {
+        m_browsers.push_back({std::make_unique<ExtensionBrowser>(m_handles), 0});
+        free = std::prev(m_browsers.end());
+        for (const auto& sink : m_sinks.snapshot())
+            free->browser->subscribe(sink);
+    }
+    free->arrival = ++m_arrivals;
     try {
-        reconnect();
+        free->browser->takeUp(descriptor); // its windows are taken up and announced now
     } catch (const AppError& error) {
         qWarning("Tolvane: cannot follow the browser that connected: %s",
                  qPrintable(error.description()));
     }
 }
 
-void ExtensionWindowList::dropConnection()
+std::vector<ExtensionBrowser*> ExtensionWindowList::connected() const
 {
-    releaseBrowser();
-    forgetAll();
+    std::vector<const Followed*> followed;
+    for (const Followed& f : m_browsers) {
+        if (f.browser->isConnected())
+            followed.push_back(&f);
+    }
+    std::sort(followed.begin(), followed.end(),
+              [](const Followed* a, const Followed* b) { return a->arrival < b->arrival; });
+    std::vector<ExtensionBrowser*> browsers;
+    for (const Followed* f : followed)
+        browsers.push_back(f->browser.get());
+    return browsers;
 }
 
-RemoteConnection& ExtensionWindowList::browserConnection()
+QList<BrowserPtr> ExtensionWindowList::items()
 {
-    if (!m_browser)
-        throw AppError(ErrorNumber::BrowserCall,
-                       QStringLiteral("No browser with Tolvane's extension is connected."));
-    return m_browser->connection();
+    listen();
+    QList<BrowserPtr> windows;
+    for (ExtensionBrowser* browser : connected())
+        windows += browser->items();
+    return windows;
+}
+
+void ExtensionWindowList::subscribe(const std::shared_ptr<ShellWindowEvents>& sink)
+{
+    listen();
+    m_sinks.add(sink);
+    for (const Followed& f : m_browsers)
+        f.browser->subscribe(sink);
+}
+
+void ExtensionWindowList::unsubscribe(const ShellWindowEvents* sink)
+{
+    m_sinks.remove(sink);
+    for (const Followed& f : m_browsers)
+        f.browser->unsubscribe(sink);
+}
+
+void ExtensionWindowList::AppActivate(const QString& title)
+{
+    std::optional<AppError> missing; // as the first browser says it
+    for (ExtensionBrowser* browser : connected()) {
+        try {
+            browser->AppActivate(title);
+            return;
+        } catch (const AppError& error) {
+            if (!missing)
+                missing.emplace(error);
+        }
+    }
+    if (missing)
+        throw *missing;
+    throw AppError(ErrorNumber::BrowserCall,
+                   QStringLiteral("No browser with Tolvane's extension is connected."));
+}
+
+bool ExtensionWindowList::isConnected() const
+{
+    return !connected().empty();
 }
 
 void ExtensionWindowList::OpenAddress(const QString& address)
 {
-    if (isConnected())
-        openInNewTab(address);
-    else
+    listen();
+    const std::vector<ExtensionBrowser*> browsers = connected();
+    if (browsers.empty())
         m_openWithDesktop(address);
-}
-
-QJsonObject ExtensionWindowList::evaluateParams(const QString& realm, const PageCall& call,
-                                                bool /*answered*/) const
-{
-    return {{"call", call.message()},
-            {"target", QJsonObject{{"realm", BidiRealmNames::realmIdOf(realm)}}}};
-}
-
-PageScriptHost::Failure ExtensionWindowList::failureOf(const AppError& error) const
-{
-    if (error.number() == ErrorNumber::BrowserCall && error.description() == ShowsDialog)
-        return Failure::Refused;
-    return BidiContexts::failureOf(error);
+    else
+        browsers.front()->OpenAddress(address);
 }

@@ -1,31 +1,18 @@
 #pragma once
 
 #include "BarSocket.h"
-#include "BidiContexts.h"
-#include "FollowedBrowser.h"
-#include "RemoteConnection.h"
+#include "ExtensionBrowser.h"
+#include "ShellWindowList.h"
+#include "Subscribers.h"
 
-#include <deque>
 #include <functional>
 #include <memory>
+#include <vector>
 
-// A browser that reached the bar through Tolvane's extension and host: its connection.
-class ExtensionLink
-{
-public:
-    // Takes ownership of the connected socket's descriptor.
-    explicit ExtensionLink(int descriptor);
-    RemoteConnection& connection() { return *m_connection; }
-
-private:
-    std::unique_ptr<RemoteConnection> m_connection;
-};
-
-// The shell's window list over the user's own browser, through Tolvane's extension: the bar
-// listens on its socket, and follows the browser whose host connects (a second one waits until
-// the first goes). The extension's background speaks the part of WebDriver BiDi the window list
-// uses; calls into a document go as data, since an extension runs no script text.
-class ExtensionWindowList : public FollowedBrowser<ExtensionLink, BidiContexts>
+// The shell's window list over the user's own browsers, through Tolvane's extension: the bar
+// listens on its socket from first use, and follows every browser whose host connects (Chromium
+// and Firefox at once, say) as one list, their windows in the order the browsers came.
+class ExtensionWindowList : public ShellWindowList
 {
 public:
     // How an address opens when no browser is connected: the desktop's default browser.
@@ -33,20 +20,34 @@ public:
     explicit ExtensionWindowList(DesktopOpener openWithDesktop);
     ~ExtensionWindowList() override;
 
-    // Opens the address in a new tab of the followed browser's front window, or with the
-    // desktop's default browser when none is connected. Throws AppError.
+    QList<BrowserPtr> items() override;
+    void subscribe(const std::shared_ptr<ShellWindowEvents>& sink) override;
+    void unsubscribe(const ShellWindowEvents* sink) override;
+    // The first window of that title in any followed browser; throws AppError when none has one.
+    void AppActivate(const QString& title) override;
+
+    bool isConnected() const;
+    // Opens the address in a new tab of the front window of the browser that connected first, or
+    // with the desktop's default browser when none is connected. Throws AppError.
     void OpenAddress(const QString& address);
 
 private:
-    void openConnection() override;
-    void dropConnection() override;
-    RemoteConnection& browserConnection() override;
-    QJsonObject evaluateParams(const QString& realm, const PageCall& call,
-                               bool answered) const override;
-    Failure failureOf(const AppError& error) const override;
+    void listen();
     void browserArrived(int descriptor);
+    // The browsers followed now, in the order they came.
+    std::vector<ExtensionBrowser*> connected() const;
+
+    struct Followed
+    {
+        std::unique_ptr<ExtensionBrowser> browser;
+        quint64 arrival; // when its browser connected, in the order of connections
+    };
 
     DesktopOpener m_openWithDesktop;
     BarSocket m_socket;
-    std::deque<int> m_waiting; // connected hosts not yet followed
+    bool m_listening = false;
+    Subscribers<ShellWindowEvents> m_sinks;
+    std::shared_ptr<qint64> m_handles = std::make_shared<qint64>(1);
+    std::vector<Followed> m_browsers; // kept when their browser goes, for the next to come
+    quint64 m_arrivals = 0;
 };

@@ -77,7 +77,7 @@ void ScriptWindowList::addWindow(const QString& windowId)
         known.open = true;
         return;
     }
-    known.window = std::make_shared<ScriptWindow>(*this, windowId, m_nextHandle++);
+    known.window = std::make_shared<ScriptWindow>(*this, windowId, (*m_nextHandle)++);
     m_order.append(windowId);
     for (const auto& sink : m_sinks.snapshot())
         sink->SW_WindowRegistered(static_cast<int>(known.window->HWND()));

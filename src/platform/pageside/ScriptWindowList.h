@@ -35,6 +35,8 @@ protected:
     void connect();
     // Throws AppError when there is no browser to call.
     void requireConnection();
+    // Window handles drawn from a counter shared with other lists the shell sees as one.
+    void shareHandles(std::shared_ptr<qint64> counter) { m_nextHandle = std::move(counter); }
     // Drops the browser that went and connects anew; throws AppError when that fails.
     void reconnect();
 
@@ -93,7 +95,7 @@ private:
     QHash<QString, Window> m_windows;
     QStringList m_order;
     QHash<QString, Progress> m_progress; // by window
-    qint64 m_nextHandle = 1;
+    std::shared_ptr<qint64> m_nextHandle = std::make_shared<qint64>(1);
     Connection m_connection = Connection::None;
     QString m_connectFailure;
 };

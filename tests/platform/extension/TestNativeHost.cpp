@@ -1,11 +1,13 @@
 // Tolvane's native-messaging host between a browser (the test, on the host's standard input and
-// output) and the bar's socket; the bar's reading of what the host relays; and the socket closed
-// to other users.
+// output) and the bar's socket; the bar's reading of what the host relays; the socket closed to
+// other users; and several browsers followed at once.
 #include "BarSocket.h"
+#include "ExtensionWindowList.h"
 #include "LocalTransport.h"
 #include "NativeFrames.h"
 #include "PumpUntil.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocalSocket>
@@ -13,9 +15,11 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <mutex>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -161,5 +165,132 @@ TEST_F(NativeHost, AnotherUsersProcessCannotConnectEvenWhereTheFileWouldLetIt)
     QFile::setPermissions(path, QFileDevice::Permissions(0x7777));
     EXPECT_TRUE(connectsAs(nobody, path));
     EXPECT_TRUE(arrived.isEmpty()) << "the bar took a connection of another user";
+}
+} // namespace
+
+namespace {
+// A browser's extension as the bar meets it, on a thread of its own (the bar's calls wait for
+// their answers): one tab showing `url`, every call answered, the methods it was called with
+// kept.
+class ScriptedBrowser
+{
+public:
+    ScriptedBrowser(const QString& path, QString url) : m_url(std::move(url))
+    {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        ::strncpy(address.sun_path, path.toLocal8Bit().constData(), sizeof address.sun_path - 1);
+        m_fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        if (::connect(m_fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0)
+            m_thread = std::thread([this] { serve(); });
+    }
+    ~ScriptedBrowser() { close(); }
+    // The browser goes: its end of the connection closes.
+    void close()
+    {
+        if (m_fd < 0)
+            return;
+        ::shutdown(m_fd, SHUT_RDWR);
+        if (m_thread.joinable())
+            m_thread.join();
+        ::close(std::exchange(m_fd, -1));
+    }
+    QStringList methods() const
+    {
+        std::lock_guard lock(m_mutex);
+        return m_methods;
+    }
+
+private:
+    void serve()
+    {
+        NativeFrames::Reader reader;
+        char buffer[4096];
+        for (qsizetype got; (got = ::read(m_fd, buffer, sizeof buffer)) > 0;) {
+            for (const QByteArray& message : reader.take(QByteArray(buffer, got))) {
+                const QJsonObject call = QJsonDocument::fromJson(message).object();
+                const QString method = call.value("method").toString();
+                {
+                    std::lock_guard lock(m_mutex);
+                    m_methods.append(method);
+                }
+                QJsonObject result;
+                if (method == QLatin1String("browsingContext.getTree"))
+                    result = {{"contexts", QJsonArray{QJsonObject{{"context", "tab"},
+                                                                  {"url", m_url},
+                                                                  {"children", QJsonArray{}}}}}};
+                else if (method == QLatin1String("browsingContext.create"))
+                    result = {{"context", "new"}};
+                const QByteArray reply =
+                    NativeFrames::frame(json({{"id", call.value("id")}, {"result", result}}));
+                if (::write(m_fd, reply.constData(), size_t(reply.size())) != reply.size())
+                    return;
+            }
+        }
+    }
+
+    QString m_url;
+    int m_fd = -1;
+    std::thread m_thread;
+    mutable std::mutex m_mutex;
+    QStringList m_methods;
+};
+
+class Registrations : public ShellWindowEvents
+{
+public:
+    void SW_WindowRegistered(int handle) override { registered.append(handle); }
+    void SW_WindowRevoked(int handle) override { revoked.append(handle); }
+    QList<int> registered;
+    QList<int> revoked;
+};
+
+TEST_F(NativeHost, BrowsersConnectedAtOnceAreFollowedAsOneList)
+{
+    QStringList openedOnTheDesktop;
+    ExtensionWindowList list([&](const QString& address) { openedOnTheDesktop.append(address); });
+    auto events = std::make_shared<Registrations>();
+    list.subscribe(events);
+    const auto urls = [&] {
+        QStringList shown;
+        for (const BrowserPtr& window : list.items())
+            shown.append(window->LocationURL());
+        return shown;
+    };
+    EXPECT_TRUE(urls().isEmpty());
+    list.OpenAddress(u"http://first.example/"_s);
+    EXPECT_EQ(openedOnTheDesktop, QStringList{u"http://first.example/"_s});
+
+    ScriptedBrowser chromium(BarSocket::path(), u"http://a.example/"_s);
+    ASSERT_TRUE(pumpUntil([&] { return urls().size() == 1; }, 5000));
+    ScriptedBrowser firefox(BarSocket::path(), u"http://b.example/"_s);
+    ASSERT_TRUE(pumpUntil([&] { return urls().size() == 2; }, 5000));
+    EXPECT_EQ(urls(), (QStringList{u"http://a.example/"_s, u"http://b.example/"_s}));
+    ASSERT_EQ(events->registered.size(), 2);
+    EXPECT_NE(events->registered[0], events->registered[1]) << "two windows share a handle";
+
+    // An address goes to the browser that came first.
+    list.OpenAddress(u"http://second.example/"_s);
+    EXPECT_TRUE(chromium.methods().contains(u"browsingContext.navigate"_s));
+    EXPECT_FALSE(firefox.methods().contains(u"browsingContext.navigate"_s));
+
+    // One goes: only its window closes, and the other takes the addresses.
+    chromium.close();
+    // The shell is told a window went, and finds which by walking the list.
+    ASSERT_TRUE(pumpUntil([&] { return !events->revoked.isEmpty(); }, 5000));
+    EXPECT_EQ(urls(), QStringList{u"http://b.example/"_s});
+    list.OpenAddress(u"http://third.example/"_s);
+    EXPECT_TRUE(firefox.methods().contains(u"browsingContext.navigate"_s));
+    // The next takes the place of the one that went, with handles of its own.
+    ScriptedBrowser again(BarSocket::path(), u"http://c.example/"_s);
+    ASSERT_TRUE(pumpUntil([&] { return urls().size() == 2; }, 5000));
+    EXPECT_EQ(urls(), (QStringList{u"http://b.example/"_s, u"http://c.example/"_s}));
+    EXPECT_EQ(events->registered.size(), 3);
+    EXPECT_EQ(QSet<int>(events->registered.begin(), events->registered.end()).size(), 3);
+    again.close();
+    firefox.close();
+    ASSERT_TRUE(pumpUntil([&] { return !list.isConnected(); }, 5000));
+    list.OpenAddress(u"http://fourth.example/"_s);
+    EXPECT_EQ(openedOnTheDesktop.size(), 2);
 }
 } // namespace

@@ -34,8 +34,6 @@ protected:
     void SetUp() override
     {
         server = std::make_unique<HttpServer>(pages(), QStringLiteral(TOLVANE_E2E_PAGES));
-        if (!makeDriver(GetParam(), profile.path()))
-            GTEST_SKIP() << "the browser is not installed";
         startBar();
     }
     bool onFirefox() const
@@ -52,6 +50,8 @@ protected:
     void startBar()
     {
         driver = makeDriver(GetParam(), profile.path());
+        if (!driver)
+            GTEST_SKIP() << "the browser is not installed";
         form = std::make_unique<frmMain>(frmMain::Services{f.shell, f.settings, f.boxes, clock,
                                                            f.ini, driver->shell(), pump, f.metrics,
                                                            f.editor, f.profilesEditor, f.docking});

@@ -18,7 +18,10 @@ id=org.tolvane.Tolvane
 for file in bin/tolvane share/tolvane/Tolvane.hlp "share/applications/$id.desktop" "share/metainfo/$id.metainfo.xml" \
             "share/icons/hicolor/scalable/apps/$id.svg" "share/icons/hicolor/16x16/apps/$id.png" \
             "share/icons/hicolor/48x48/apps/$id.png" "share/icons/hicolor/256x256/apps/$id.png" \
-            share/man/man1/tolvane.1.gz share/doc/tolvane/copyright share/doc/tolvane/changelog.gz; do
+            share/man/man1/tolvane.1.gz share/doc/tolvane/copyright share/doc/tolvane/changelog.gz \
+            libexec/tolvane/tolvane-host share/chromium/extensions/tolvane/manifest.json \
+            etc/chromium/native-messaging-hosts/org.tolvane.bar.json \
+            lib/mozilla/native-messaging-hosts/org.tolvane.bar.json; do
   [ -f "$prefix/$file" ] || { echo "FAIL: $file was not installed"; exit 1; }
 done
 [ -x "$prefix/bin/tolvane" ] || { echo "FAIL: the program is not executable"; exit 1; }

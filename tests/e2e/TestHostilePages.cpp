@@ -179,5 +179,5 @@ TEST_P(TestHostilePages, HeavyLabelsAndNamesInAnyScriptAreReadWithinBounds)
     }
     expectNoErrorBox();
 }
-ON_EVERY_BROWSER(TestHostilePages);
+ON_BROWSERS(TestHostilePages, TestBrowser::Chromium, TestBrowser::Firefox, TestBrowser::Extension);
 } // namespace

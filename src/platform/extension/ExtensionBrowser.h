@@ -31,8 +31,6 @@ public:
     // Follows the browser whose host connected on that socket (its descriptor taken over), in
     // place of the one that went. Throws AppError when it cannot be followed.
     void takeUp(int descriptor);
-    // Opens the address in a new tab of this browser's front window. Throws AppError.
-    void OpenAddress(const QString& address) { openInNewTab(address); }
 
 private:
     void openConnection() override;

@@ -106,10 +106,7 @@ bool ExtensionWindowList::isConnected() const
 
 void ExtensionWindowList::OpenAddress(const QString& address)
 {
-    listen();
-    const std::vector<ExtensionBrowser*> browsers = connected();
-    if (browsers.empty())
-        m_openWithDesktop(address);
-    else
-        browsers.front()->OpenAddress(address);
+    // The browser the user chose opens it, as links from other programs open: in a new tab of
+    // its front window when it runs, started when it does not.
+    m_openWithDesktop(address);
 }

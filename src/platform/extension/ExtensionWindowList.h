@@ -15,7 +15,7 @@
 class ExtensionWindowList : public ShellWindowList
 {
 public:
-    // How an address opens when no browser is connected: the desktop's default browser.
+    // How an address opens: with the desktop's default browser.
     using DesktopOpener = std::function<void(const QString& address)>;
     explicit ExtensionWindowList(DesktopOpener openWithDesktop);
     ~ExtensionWindowList() override;
@@ -27,8 +27,7 @@ public:
     void AppActivate(const QString& title) override;
 
     bool isConnected() const;
-    // Opens the address in a new tab of the front window of the browser that connected first, or
-    // with the desktop's default browser when none is connected. Throws AppError.
+    // Opens the address with the desktop's default browser, whichever browsers are connected.
     void OpenAddress(const QString& address);
 
 private:

@@ -57,8 +57,18 @@ protected:
                                                            f.editor, f.profilesEditor, f.docking});
         form->Form_Load();
         form->window.setVisible(true);
-        // A browser followed through the extension connects once the bar listens.
-        ASSERT_TRUE(waitFor([&] { return driver->isConnected(); }));
+        // A browser followed through the extension connects once the bar listens; a browser
+        // starting on a busy machine may take most of a minute.
+        ASSERT_TRUE(waitFor([&] { return driver->isConnected(); }, 60000)) << connectFailure();
+    }
+    std::string connectFailure()
+    {
+        try {
+            driver->shell().items();
+            return {};
+        } catch (const AppError& error) {
+            return error.description().toStdString();
+        }
     }
     // Exit: the bar unloads, then its browser is closed.
     void stopBar()

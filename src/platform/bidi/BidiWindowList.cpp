@@ -17,6 +17,7 @@ void BidiWindowList::openConnection()
     // Opened with the page script in place, so that they are followed from their first document.
     m_browser->reopenTabsOfLastClose();
     takeUpOpenContexts();
+    m_browser->connection().setTimeout(RemoteConnection::CallTimeoutMs);
 }
 
 void BidiWindowList::OpenAddress(const QString& address)

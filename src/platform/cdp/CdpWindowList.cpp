@@ -79,6 +79,7 @@ void CdpWindowList::openConnection()
     connection.call(QStringLiteral("Target.setDiscoverTargets"), {{"discover", true}});
     connection.call(QStringLiteral("Target.setAutoAttach"),
                     {{"autoAttach", true}, {"waitForDebuggerOnStart", true}, {"flatten", true}});
+    connection.setTimeout(RemoteConnection::CallTimeoutMs);
 }
 
 void CdpWindowList::AppActivate(const QString& title)

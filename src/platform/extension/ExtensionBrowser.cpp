@@ -78,6 +78,7 @@ void ExtensionBrowser::openConnection()
     });
     follow();
     takeUpOpenContexts();
+    connection.setTimeout(RemoteConnection::CallTimeoutMs);
 }
 
 void ExtensionBrowser::dropConnection()

@@ -37,7 +37,13 @@ public:
     // Makes the transport on the connection's own thread; may throw AppError.
     using TransportFactory = std::function<RemoteTransport*()>;
 
-    explicit RemoteConnection(const TransportFactory& makeTransport, int timeoutMs = 10000);
+    // How long a call waits for its answer; a browser that has just started, busy opening its
+    // first window, is given longer until it is followed.
+    static constexpr int CallTimeoutMs = 10000;
+    static constexpr int StartTimeoutMs = 45000;
+
+    explicit RemoteConnection(const TransportFactory& makeTransport,
+                              int timeoutMs = StartTimeoutMs);
     ~RemoteConnection() override;
 
     // Throws AppError (browser call) with the browser's message, on a time-out or once closed.

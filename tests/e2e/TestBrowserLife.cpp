@@ -63,6 +63,10 @@ protected:
 
     DesktopShell desktop;
 };
+// A browser the bar starts or attaches to itself: the two adapters that do.
+class TestBrowserStart : public TestBrowserLife
+{
+};
 
 TEST_P(TestBrowserLife, AShortcutOpenedAfterTheBrowserDiedStartsItAgainAndItIsFollowed)
 {
@@ -127,7 +131,7 @@ TEST_P(TestBrowserLife, ExitClosesTheBrowserCleanlyAndTheNextStartHasTheTabsBack
     expectNoErrorBox();
 }
 
-TEST_P(TestBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn)
+TEST_P(TestBrowserStart, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn)
 {
     QTemporaryDir bin;
     const QString endsAtOnce = scriptThatExits(bin.path(), u"ends-at-once"_s, 3);
@@ -195,4 +199,5 @@ TEST_P(TestBrowserLife, ABrowserThatCannotRunIsSaidOncePerAttemptAndTheBarGoesOn
     }
 }
 ON_EVERY_BROWSER(TestBrowserLife);
+ON_BROWSERS(TestBrowserStart, TestBrowser::Chromium, TestBrowser::Firefox);
 } // namespace

@@ -46,8 +46,13 @@ protected:
         return evaluate(page, "document.visibilityState").toString();
     }
 };
+// What Firefox through the extension does no differently from Chromium through it (the same
+// background and page script) and from Firefox over BiDi (the same browser).
+class TestTodaysForms : public TestTodaysPages
+{
+};
 
-TEST_P(TestTodaysPages, EmailPhoneAndOtherHtml5FieldsAreRememberedAndFilled)
+TEST_P(TestTodaysForms, EmailPhoneAndOtherHtml5FieldsAreRememberedAndFilled)
 {
     const QString site = server->url("/todays/sign-up.html");
     auto page = open(site);
@@ -102,7 +107,7 @@ TEST_P(TestTodaysPages, AnAdFrameLoadingLateLeavesTheMainFormFollowed)
     expectNoErrorBox();
 }
 
-TEST_P(TestTodaysPages, ARouteChangeOfASinglePageAppIsFilledUnderItsNewAddress)
+TEST_P(TestTodaysForms, ARouteChangeOfASinglePageAppIsFilledUnderItsNewAddress)
 {
     form->valueStore().SetValue(server->url("/elsewhere"), "fname", "Ann");
     form->valueStore().SetValue(server->url("/elsewhere"), "phone", "555 0100");
@@ -186,7 +191,7 @@ TEST_P(TestTodaysPages, ADialogNeitherFreezesTheBarNorLosesTheFill)
     expectNoErrorBox();
 }
 
-TEST_P(TestTodaysPages, AFormReplacingItsInputsWhileFilledEndsUpFilled)
+TEST_P(TestTodaysForms, AFormReplacingItsInputsWhileFilledEndsUpFilled)
 {
     form->valueStore().SetValue(server->url("/elsewhere"), "fname", "Ann");
     form->valueStore().SetValue(server->url("/elsewhere"), "email", "ann@example.org");
@@ -200,7 +205,7 @@ TEST_P(TestTodaysPages, AFormReplacingItsInputsWhileFilledEndsUpFilled)
     expectNoErrorBox();
 }
 
-TEST_P(TestTodaysPages, ABackgroundTabFinishingItsLoadDoesNotSwitchTabs)
+TEST_P(TestTodaysForms, ABackgroundTabFinishingItsLoadDoesNotSwitchTabs)
 {
     // Every tab in the browser's first window, beside the blank tab it started with.
     const auto tabIn = [&](const char* path, bool background) {
@@ -228,4 +233,5 @@ TEST_P(TestTodaysPages, ABackgroundTabFinishingItsLoadDoesNotSwitchTabs)
     expectNoErrorBox();
 }
 ON_EVERY_BROWSER(TestTodaysPages);
+ON_BROWSERS(TestTodaysForms, TestBrowser::Chromium, TestBrowser::Firefox, TestBrowser::Extension);
 } // namespace

@@ -97,6 +97,7 @@ public:
     Profiles& profiles() { return *m_profiles; }
     BrowserTracking& tracking() { return *m_tracking; }
     const Ini& ini() const { return m_ini; }
+    SettingsStore& settings() { return m_settings; }
     SiteFiles& siteFiles() { return m_siteFiles; }
     ValueStore& valueStore() { return m_valueStore; }
     QString HelpFile() const { return m_helpFile; }

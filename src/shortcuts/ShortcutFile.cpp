@@ -59,3 +59,12 @@ int ShortcutFile::LowestFreeNumber(const Ini& ini, const QString& file)
     }
     return candidate;
 }
+
+int ShortcutFile::NumberTitled(const Ini& ini, const QString& file, const QString& title)
+{
+    for (int number : NumberedSections(ini, file, ReadMax(ini, file))) {
+        if (SameText(Title(ini, file, number), TrimSpaces(title)))
+            return number;
+    }
+    return 0;
+}

@@ -31,5 +31,7 @@ QList<int> NumberedSections(const Ini& ini, const QString& file, int max);
 // The lowest number from 1 up whose title, trimmed, is empty.
 int LowestFreeNumber(const Ini& ini, const QString& file);
 QString Title(const Ini& ini, const QString& file, int number);
+// The number of the shortcut of that title (letter case aside, blanks trimmed), or 0.
+int NumberTitled(const Ini& ini, const QString& file, const QString& title);
 
 } // namespace ShortcutFile

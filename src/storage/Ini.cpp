@@ -8,17 +8,22 @@
 namespace {
 // The profile read buffer held 256 characters including its terminator.
 constexpr qsizetype MaxValueLength = 255;
-} // namespace
 
-QString Ini::ReadINI(const QString& section, const QString& key, const QString& defaultValue,
-                     const QString& file) const
+// What a read gives of the text stored: at most 255 characters, trimmed.
+QString asRead(const QString& value)
 {
-    const QString value = m_backend.readEntry(file, section, key).value_or(defaultValue);
     qsizetype length = std::min(value.size(), MaxValueLength);
     // A character outside the basic plane is not cut in half.
     if (length < value.size() && length > 0 && value.at(length - 1).isHighSurrogate())
         --length;
     return TrimSpaces(value.left(length));
+}
+} // namespace
+
+QString Ini::ReadINI(const QString& section, const QString& key, const QString& defaultValue,
+                     const QString& file) const
+{
+    return asRead(m_backend.readEntry(file, section, key).value_or(defaultValue));
 }
 
 int Ini::WriteINI(const QString& section, const QString& key, const QString& value,
@@ -30,4 +35,23 @@ int Ini::WriteINI(const QString& section, const QString& key, const QString& val
 QStringList Ini::SectionNames(const QString& file) const
 {
     return m_backend.sectionNames(file);
+}
+
+QList<std::pair<QString, QString>> Ini::Entries(const QString& section, const QString& file) const
+{
+    auto entries = m_backend.entries(file, section);
+    for (auto& entry : entries)
+        entry.second = asRead(entry.second);
+    return entries;
+}
+
+QList<std::pair<QString, QString>> Ini::StoredEntries(const QString& section,
+                                                      const QString& file) const
+{
+    return m_backend.entries(file, section);
+}
+
+bool Ini::RemoveINI(const QString& section, const QString& key, const QString& file) const
+{
+    return m_backend.removeEntry(file, section, key);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 class IniBackend;
@@ -20,6 +21,14 @@ public:
                  const QString& file) const;
     // The sections the file holds, as stored (escaped characters stay escaped).
     QStringList SectionNames(const QString& file) const;
+    // The section's entries as ReadINI reads them (cut and trimmed), keys as stored, in file
+    // order.
+    QList<std::pair<QString, QString>> Entries(const QString& section, const QString& file) const;
+    // The same with values whole, as stored, for copying them elsewhere.
+    QList<std::pair<QString, QString>> StoredEntries(const QString& section,
+                                                     const QString& file) const;
+    // Removes the entry ReadINI would read; the success flag.
+    bool RemoveINI(const QString& section, const QString& key, const QString& file) const;
 
 private:
     IniBackend& m_backend;

@@ -8,6 +8,9 @@
 #include "Ini.h"
 #include "VbText.h"
 
+#include <QDir>
+
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -16,7 +19,6 @@ const QString AllowedCharacters =
     QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789^&'@{}[],$=!-#()%.+~_");
 constexpr qsizetype MaxNameLength = 40;
 constexpr int Overflow = 6;
-const QString UrlSection = QStringLiteral("URL");
 const QString LastVisitKey = QStringLiteral("LastVisit");
 const QString VisitsKey = QStringLiteral("Visits");
 } // namespace
@@ -79,14 +81,14 @@ void SiteFiles::SetLastVisit(const QString& address)
         const QDateTime now = m_clock.now();
         const QString yesterday = DateText::fromDate(now.date().addDays(-1));
         const QDateTime previous =
-            SafeDate(m_ini.ReadINI(UrlSection, LastVisitKey, yesterday, file));
-        m_ini.WriteINI(UrlSection, LastVisitKey, DateText::fromDateTime(now), file);
+            SafeDate(m_ini.ReadINI(VisitSection, LastVisitKey, yesterday, file));
+        m_ini.WriteINI(VisitSection, LastVisitKey, DateText::fromDateTime(now), file);
         if (previous.date() != now.date()) {
             const int visits =
-                WholeNumber(m_ini.ReadINI(UrlSection, VisitsKey, QStringLiteral("0"), file));
+                WholeNumber(m_ini.ReadINI(VisitSection, VisitsKey, QStringLiteral("0"), file));
             if (visits == std::numeric_limits<int>::max())
                 throw AppError(Overflow, QStringLiteral("Overflow"));
-            m_ini.WriteINI(UrlSection, VisitsKey, QString::number(visits + 1), file);
+            m_ini.WriteINI(VisitSection, VisitsKey, QString::number(visits + 1), file);
         }
     } catch (const AppError& error) {
         m_errors.ReportError(error, QStringLiteral("SetLastVisit"));
@@ -97,8 +99,8 @@ QString SiteFiles::GetLastVisit(const QString& address)
 {
     QString text;
     try {
-        text =
-            m_ini.ReadINI(UrlSection, LastVisitKey, QStringLiteral("never"), SiteFilePath(address));
+        text = m_ini.ReadINI(VisitSection, LastVisitKey, QStringLiteral("never"),
+                             SiteFilePath(address));
         if (const auto visit = DateText::toDateTime(text))
             return DateText::display(*visit);
         return text;
@@ -112,7 +114,7 @@ std::optional<QDateTime> SiteFiles::LastVisitDate(const QString& address)
 {
     try {
         return DateText::toDateTime(
-            m_ini.ReadINI(UrlSection, LastVisitKey, QString(), SiteFilePath(address)));
+            m_ini.ReadINI(VisitSection, LastVisitKey, QString(), SiteFilePath(address)));
     } catch (const AppError& error) {
         m_errors.ReportError(error, QStringLiteral("GetLastVisit"));
         return std::nullopt;
@@ -123,7 +125,7 @@ int SiteFiles::GetTotalVisits(const QString& address)
 {
     try {
         return WholeNumber(
-            m_ini.ReadINI(UrlSection, VisitsKey, QStringLiteral("0"), SiteFilePath(address)));
+            m_ini.ReadINI(VisitSection, VisitsKey, QStringLiteral("0"), SiteFilePath(address)));
     } catch (const AppError& error) {
         m_errors.ReportError(error, QStringLiteral("GetTotalVisits"));
         return 0;
@@ -133,4 +135,52 @@ int SiteFiles::GetTotalVisits(const QString& address)
 QDateTime SiteFiles::SafeDate(const QString& value) const
 {
     return DateText::toDateTime(value).value_or(m_clock.now().date().startOfDay());
+}
+
+bool SiteFiles::IsSiteFileName(const QString& name) const
+{
+    return IsSiteFileName(name, m_location.GetProfilePrefix(-1));
+}
+
+QStringList SiteFiles::SiteFileNames() const
+{
+    return SiteFileNames(m_location.DataFolder(), m_location.GetProfilePrefix(-1));
+}
+
+bool SiteFiles::IsSiteFileName(const QString& name, const QString& prefix)
+{
+    if (!name.startsWith(prefix) || !name.endsWith(QLatin1String(".ini")) ||
+        name.size() > MaxNameLength + 4)
+        return false;
+    const QStringView proper = QStringView(name).sliced(prefix.size()).chopped(4);
+    return std::all_of(proper.begin(), proper.end(),
+                       [](QChar c) { return AllowedCharacters.contains(c); });
+}
+
+QStringList SiteFiles::SiteFileNames(const QString& folder, const QString& prefix)
+{
+    QStringList names;
+    const QStringList files =
+        QDir(folder).entryList({prefix + QStringLiteral("*.ini")}, QDir::Files, QDir::Name);
+    for (const QString& name : files) {
+        if (IsSiteFileName(name, prefix))
+            names.append(name);
+    }
+    return names;
+}
+
+SiteFiles::VisitRecord SiteFiles::VisitsOfFile(const QString& name) const
+{
+    const QString file = DataFilePath(m_location, name);
+    VisitRecord record;
+    record.lastVisit = m_ini.ReadINI(VisitSection, LastVisitKey, QStringLiteral("never"), file);
+    if (const auto visit = DateText::toDateTime(record.lastVisit))
+        record.lastVisit = DateText::display(*visit);
+    try {
+        record.days =
+            WholeNumber(m_ini.ReadINI(VisitSection, VisitsKey, QStringLiteral("0"), file));
+    } catch (const AppError&) {
+        record.days = 0; // beyond any count: no number the user can use
+    }
+    return record;
 }

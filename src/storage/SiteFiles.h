@@ -36,6 +36,22 @@ public:
     // The value as a date and time when it reads as one; today at midnight otherwise.
     QDateTime SafeDate(const QString& value) const;
 
+    // The current profile's site files (names without folder, as URL2INIFile gives them), in
+    // name order.
+    QStringList SiteFileNames() const;
+    bool IsSiteFileName(const QString& name) const;
+    // The same for any profile's prefix and folder.
+    static QStringList SiteFileNames(const QString& folder, const QString& prefix);
+    static bool IsSiteFileName(const QString& name, const QString& prefix);
+    // The visit record of a site file, by its name: the last visit as GetLastVisit shows it, and
+    // the days visited.
+    struct VisitRecord
+    {
+        QString lastVisit;
+        int days = 0;
+    };
+    VisitRecord VisitsOfFile(const QString& name) const;
+
 private:
     const Ini& m_ini;
     const DataLocation& m_location;
@@ -50,6 +66,9 @@ private:
     };
     mutable LastPath m_lastPath;
 };
+
+// The section of a site file that holds its visit record; every other section holds values.
+inline const QString VisitSection = QStringLiteral("URL");
 
 // The leading number of a text rounded to a whole number, as the data files count; throws
 // AppError (overflow) beyond the 32-bit range.

@@ -8,11 +8,6 @@
 #include "VbText.h"
 
 namespace {
-const QString AnySection = QStringLiteral("Any");
-// Page-chosen names are keys of [Any]; this section's keys are the program's own.
-const QString MeaningSection = QStringLiteral("Meaning");
-// The meaning of the field each [Any] entry was typed in, by the entry's name.
-const QString FieldMeaningSection = QStringLiteral("Field Meanings");
 const QString CrEscape = QStringLiteral("<VBCR>");
 const QString LfEscape = QStringLiteral("<VBLF>");
 } // namespace

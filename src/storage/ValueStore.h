@@ -60,6 +60,13 @@ private:
     const SiteFiles& m_sites;
 };
 
+// The sections of Any.ini.
+inline const QString AnySection = QStringLiteral("Any");
+// Page-chosen names are keys of [Any]; this section's keys are the program's own.
+inline const QString MeaningSection = QStringLiteral("Meaning");
+// The meaning of the field each [Any] entry was typed in, by the entry's name.
+inline const QString FieldMeaningSection = QStringLiteral("Field Meanings");
+
 QString EscapeLineBreaks(QString value);
 // The meaning key an entry for any site records for a field of no meaning.
 inline const char* const NoMeaningKey = "none";

@@ -239,6 +239,36 @@ bool IniDocument::setValue(const QString& section, const QString& key, const QSt
     return true;
 }
 
+bool IniDocument::removeValue(const QString& section, const QString& key)
+{
+    const auto storedSection = sectionAsStored(section);
+    const auto storedKey = keyAsStored(key);
+    const auto entry =
+        storedSection && storedKey ? findEntry(*storedSection, *storedKey) : std::nullopt;
+    if (!entry)
+        return false;
+    m_lines.erase(m_lines.begin() + static_cast<std::ptrdiff_t>(*entry));
+    m_index.reset();
+    return true;
+}
+
+QList<std::pair<QString, QString>> IniDocument::entries(const QString& section) const
+{
+    QList<std::pair<QString, QString>> found;
+    const auto stored = sectionAsStored(section);
+    const auto headers = stored ? sectionHeaders(*stored) : std::vector<size_t>();
+    if (headers.empty())
+        return found;
+    for (size_t i = headers.front() + 1; i < m_lines.size() && m_lines[i].kind != Kind::Section;
+         ++i) {
+        const Line& line = m_lines[i];
+        // Only the line a read of its name finds: a repeated name is hidden behind the first.
+        if (line.kind == Kind::Entry && findEntry(*stored, line.name) == i)
+            found.append({line.name, readValue(QStringView(line.content).mid(line.valueAt))});
+    }
+    return found;
+}
+
 QStringList IniDocument::sectionNames() const
 {
     QStringList names;

@@ -18,8 +18,14 @@ public:
     // False, and nothing changed, for names or values holding a line break or NUL.
     bool setValue(const QString& section, const QString& key, const QString& value);
 
+    // Removes the entry value() reads; false, and nothing changed, when there is none.
+    bool removeValue(const QString& section, const QString& key);
+
     QString text() const;
     QStringList sectionNames() const;
+    // The entries of the section as reads see them: keys as stored, in file order, the first of
+    // each name, values as value() gives them.
+    QList<std::pair<QString, QString>> entries(const QString& section) const;
 
     // The value as value() reads it, found in one pass over the text without keeping it: for
     // files too large to hold parsed.

@@ -148,8 +148,27 @@ QStringList IniFileStore::sectionNames(const QString& file)
     return parsed ? parsed->document.sectionNames() : QStringList();
 }
 
+QList<std::pair<QString, QString>> IniFileStore::entries(const QString& file,
+                                                         const QString& section)
+{
+    const auto parsed = load(file);
+    return parsed ? parsed->document.entries(section) : QList<std::pair<QString, QString>>();
+}
+
 bool IniFileStore::writeEntry(const QString& file, const QString& section, const QString& key,
                               const QString& value)
+{
+    return rewrite(file,
+                   [&](IniDocument& document) { return document.setValue(section, key, value); });
+}
+
+bool IniFileStore::removeEntry(const QString& file, const QString& section, const QString& key)
+{
+    return QFileInfo::exists(file) &&
+           rewrite(file, [&](IniDocument& document) { return document.removeValue(section, key); });
+}
+
+bool IniFileStore::rewrite(const QString& file, const std::function<bool(IniDocument&)>& change)
 {
     const auto current = load(file);
     // A file we cannot read could not be rewritten without losing its other entries.
@@ -167,7 +186,7 @@ bool IniFileStore::writeEntry(const QString& file, const QString& section, const
         return false;
 
     auto updated = std::make_shared<Parsed>(*current);
-    if (!updated->document.setValue(section, key, value))
+    if (!change(updated->document))
         return false;
     // The file stays in Windows' code page while it can hold every character, so a file of the
     // Windows release keeps its bytes; one that cannot becomes UTF-8, whole and at once.

@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QString>
+#include <functional>
 #include <memory>
 
 class IniDocument;
@@ -20,8 +21,11 @@ public:
     std::optional<QString> readEntry(const QString& file, const QString& section,
                                      const QString& key) override;
     QStringList sectionNames(const QString& file) override;
+    QList<std::pair<QString, QString>> entries(const QString& file,
+                                               const QString& section) override;
     bool writeEntry(const QString& file, const QString& section, const QString& key,
                     const QString& value) override;
+    bool removeEntry(const QString& file, const QString& section, const QString& key) override;
 
 private:
     struct Parsed;
@@ -29,6 +33,9 @@ private:
     std::shared_ptr<const Parsed> load(const QString& file);
     // The file's text without its byte-order mark; nullopt when it cannot be read.
     static std::optional<QString> textOf(const QString& file, bool* utf8 = nullptr);
+    // Applies the change to the file's document and replaces the file with the result; false,
+    // and the file as it was, when the change or the write fails.
+    bool rewrite(const QString& file, const std::function<bool(IniDocument&)>& change);
     void remember(const QString& file, std::shared_ptr<const Parsed> parsed);
     void forget(const QString& file);
 

@@ -11,7 +11,7 @@ HelpWindow::HelpWindow(QWidget* parent) : QTextBrowser(parent)
     resize(520, 640);
 }
 
-void HelpWindow::showFile(const QString& helpFile)
+void HelpWindow::showFile(const QString& helpFile, const QString& section)
 {
     QFile file(helpFile);
     if (file.open(QIODevice::ReadOnly)) {
@@ -23,6 +23,8 @@ void HelpWindow::showFile(const QString& helpFile)
         setWindowTitle(QStringLiteral("Tolvane Help - file not found"));
     }
     show();
+    if (!section.isEmpty())
+        scrollToAnchor(section);
     raise();
     activateWindow();
 }

@@ -3,6 +3,7 @@
 #include "ControlBinding.h"
 #include "FittingFont.h"
 #include "HelpWindow.h"
+#include "RememberedValuesWindow.h"
 #include "Twips.h"
 #include "frmMain.h"
 
@@ -25,6 +26,10 @@ namespace {
 constexpr int BarWidth = 175;
 // Controls end 60 twips before the client area's right edge.
 constexpr int RightMargin = 4;
+// The link to "Remembered values": in the bottom panel's free space right of the visits, which
+// hold at most five digits.
+constexpr int RememberedLinkLeft = 1410;
+constexpr int RememberedLinkTop = 240;
 // Below this the captions would no longer be readable; they are cut off instead.
 constexpr double SmallestFontPoints = 6.5;
 
@@ -92,7 +97,10 @@ MainWindow::MainWindow(frmMain& form, QWidget* parent) : QWidget(parent), m_form
 
     auto* helpKey = new QShortcut(QKeySequence(Qt::Key_F1), this);
     helpKey->setContext(Qt::ApplicationShortcut);
-    connect(helpKey, &QShortcut::activated, this, &MainWindow::openHelp);
+    connect(helpKey, &QShortcut::activated, this, [this] { openHelp(); });
+    auto* rememberedKey = new QShortcut(QKeySequence(Qt::Key_F2), this);
+    rememberedKey->setContext(Qt::ApplicationShortcut);
+    connect(rememberedKey, &QShortcut::activated, this, &MainWindow::openRememberedValues);
     connect(&form, &frmMain::unloadRequested, this, &QWidget::close);
 }
 
@@ -121,6 +129,14 @@ void MainWindow::buildBottomPanel()
         bind(*control, child<QLabel>(m_bottom));
     for (Control* value : {&m_form.lblLastEntry, &m_form.lblEntries})
         connect(value, &Control::changed, this, &MainWindow::stretchValues);
+    auto* remembered =
+        new QLabel(QStringLiteral("<a href=\"remembered\">Remembered...</a>"), m_bottom);
+    remembered->setObjectName(QStringLiteral("lblRemembered"));
+    remembered->setToolTip(QStringLiteral("See and correct what Tolvane remembers (F2)"));
+    remembered->setTextInteractionFlags(Qt::LinksAccessibleByMouse);
+    remembered->move(RememberedLinkLeft / TwipsPerPixel, RememberedLinkTop / TwipsPerPixel);
+    remembered->adjustSize();
+    connect(remembered, &QLabel::linkActivated, this, &MainWindow::openRememberedValues);
     separator(2, m_bottom);
     bindCheckBox(m_form.chkAutoJump, child<QCheckBox>(m_bottom));
     bind(m_form.cmdPause, child<QPushButton>(m_bottom));
@@ -145,16 +161,32 @@ void MainWindow::stretchValues()
     // their right, so they reach to its margin.
     for (const char* name : {"lblLastEntry", "lblEntries"}) {
         auto* value = m_bottom->findChild<QLabel*>(QLatin1String(name));
-        value->resize(std::max(value->width(), m_bottom->width() - value->x() - RightMargin),
-                      value->height());
+        // The visits end where the link to the remembered values begins.
+        const int end = QLatin1String(name) == QLatin1String("lblEntries")
+                            ? RememberedLinkLeft / TwipsPerPixel - 2
+                            : m_bottom->width() - RightMargin;
+        value->resize(std::max(value->width(), end - value->x()), value->height());
     }
 }
 
-void MainWindow::openHelp()
+void MainWindow::openHelp(const QString& section)
 {
     if (!m_help)
         m_help = new HelpWindow(this);
-    m_help->showFile(m_form.HelpFile());
+    m_help->showFile(m_form.HelpFile(), section);
+}
+
+void MainWindow::openRememberedValues()
+{
+    if (!m_remembered) {
+        m_remembered = new RememberedValuesWindow(m_form, this);
+        m_remembered->setWindowFlag(Qt::Window);
+        connect(m_remembered, &RememberedValuesWindow::helpRequested, this,
+                [this](const QString& section) { openHelp(section); });
+    }
+    m_remembered->show();
+    m_remembered->raise();
+    m_remembered->activateWindow();
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event)
@@ -162,6 +194,10 @@ void MainWindow::keyPressEvent(QKeyEvent* event)
     // Keys the program sends itself arrive here rather than through the shortcut.
     if (event->key() == Qt::Key_F1) {
         openHelp();
+        return;
+    }
+    if (event->key() == Qt::Key_F2) {
+        openRememberedValues();
         return;
     }
     QWidget::keyPressEvent(event);

@@ -4,6 +4,7 @@
 
 class frmMain;
 class HelpWindow;
+class RememberedValuesWindow;
 
 // The bar on screen: a real widget for every control of frmMain, placed where the form says.
 class MainWindow : public QWidget
@@ -12,8 +13,11 @@ class MainWindow : public QWidget
 public:
     explicit MainWindow(frmMain& form, QWidget* parent = nullptr);
 
-    void openHelp();
+    void openHelp(const QString& section = {});
     HelpWindow* helpWindow() const { return m_help; }
+    // "Remembered values", beside the bar (F2, or the link in the bottom panel).
+    void openRememberedValues();
+    RememberedValuesWindow* rememberedValues() const { return m_remembered; }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -33,6 +37,7 @@ private:
 
     frmMain& m_form;
     HelpWindow* m_help = nullptr;
+    RememberedValuesWindow* m_remembered = nullptr;
     QWidget* m_bottom = nullptr;
     bool m_unloaded = false;
 };

@@ -205,7 +205,8 @@ void ProfileTransfer::mergeFile(const File& file, const QString& path, Merge& me
 }
 
 void ProfileTransfer::mergeSection(const QString& from, const QString& section, const QString& to,
-                                   const QString& toSection, Merge& merge) const
+                                   const QString& toSection, Merge& merge,
+                                   const QString& sameBy) const
 {
     QHash<QString, QString> current;
     for (const auto& [key, value] : m_ini.StoredEntries(toSection, to))
@@ -213,6 +214,8 @@ void ProfileTransfer::mergeSection(const QString& from, const QString& section, 
     const bool visits = section.compare(VisitSection, Qt::CaseInsensitive) == 0;
     for (const auto& [key, value] : m_ini.StoredEntries(section, from)) {
         const auto mine = current.constFind(key.toCaseFolded());
+        if (!sameBy.isEmpty() && key.compare(sameBy, Qt::CaseInsensitive) == 0)
+            continue;
         if (mine == current.constEnd()) {
             ++merge.plan.added;
             write(toSection, key, value, to, merge);
@@ -243,7 +246,7 @@ void ProfileTransfer::mergeShortcuts(const QString& from, const QString& to, Mer
                 continue;
             // A shortcut of the same title is the same contest: its keys are merged.
             if (const int same = NumberTitled(m_ini, to, title)) {
-                mergeSection(from, section, to, Section(same), merge);
+                mergeSection(from, section, to, Section(same), merge, TitleKey);
                 continue;
             }
             ++merge.plan.added;

@@ -76,8 +76,9 @@ private:
     static Document read(const QByteArray& bytes);
     void apply(const Document& document, const Profile& target, Merge& merge) const;
     void mergeFile(const File& file, const QString& path, Merge& merge) const;
+    // `sameBy`: the key that made the two sections the same (a shortcut's title), left as it is.
     void mergeSection(const QString& from, const QString& section, const QString& to,
-                      const QString& toSection, Merge& merge) const;
+                      const QString& toSection, Merge& merge, const QString& sameBy = {}) const;
     void mergeShortcuts(const QString& from, const QString& to, Merge& merge) const;
     void write(const QString& section, const QString& key, const QString& value,
                const QString& file, Merge& merge) const;

@@ -1,6 +1,11 @@
 // Form memory end to end: what the user types is remembered and filled again, frames and
 // profiles included.
 #include "BarFixture.h"
+#include "MainWindow.h"
+#include "RememberedValuesHands.h"
+#include "RememberedValuesWindow.h"
+
+#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -251,4 +256,32 @@ TEST_P(TestFormMemory, TheBrowserKilledDuringAFillIsReportedAndTheBarGoesOn)
     form->tracking().ResetIEs();
 }
 ON_EVERY_BROWSER(TestFormMemory);
+
+// What the user corrects in "Remembered values" is what the fill gives the next page: the same
+// in every browser, so shown in the two the bar follows by itself.
+class TestMemoryCorrections : public TestFormMemory
+{
+};
+
+TEST_P(TestMemoryCorrections, AValueCorrectedInTheWindowIsWhatTheNextPageGets)
+{
+    auto first = open(server->url("/a.html"));
+    click(first, "[name=fname]");
+    type(first, "Anaa");
+    tab(first);
+    ASSERT_TRUE(
+        waitFor([&] { return stored("zAny.ini", "Any", "fname") == QLatin1String("Anaa"); }));
+
+    MainWindow bar(*form);
+    QTest::keyClick(&bar, Qt::Key_F2);
+    auto* values = bar.rememberedValues()->findChild<QTableWidget*>("tblAnySite");
+    ASSERT_TRUE(RememberedValuesHands::pick(values, 1, u"fname"_s));
+    RememberedValuesHands::answer(u"Anna"_s);
+    QTest::keyClick(values, Qt::Key_Return);
+
+    auto next = open(server->url("/b.html", true));
+    EXPECT_EQ(fieldValue(next, "fname"), u"Anna"_s);
+    expectNoErrorBox();
+}
+ON_BROWSERS(TestMemoryCorrections, TestBrowser::Chromium, TestBrowser::Firefox);
 } // namespace

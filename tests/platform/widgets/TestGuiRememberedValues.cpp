@@ -3,19 +3,12 @@
 // forgotten whole; the filter finds text in any script; the profile selector switches it.
 #include "FormFixture.h"
 #include "MainWindow.h"
+#include "RememberedValuesHands.h"
 #include "RememberedValuesWindow.h"
 
-#include <QApplication>
-#include <QInputDialog>
 #include <QLineEdit>
-#include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QPushButton>
 #include <QTabWidget>
-#include <QTableWidget>
 #include <QTest>
-#include <QTimer>
-#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 
@@ -41,33 +34,11 @@ protected:
         window = bar.rememberedValues();
     }
     QTableWidget* table(const char* name) { return window->findChild<QTableWidget*>(name); }
-    // The row showing that text in that column, selected and focused as the user's click does.
     void pick(const char* name, int column, const QString& text)
     {
-        QTableWidget* shown = table(name);
-        for (int row = 0; row < shown->rowCount(); ++row) {
-            if (shown->item(row, column)->text() == text) {
-                shown->setFocus();
-                shown->selectRow(row);
-                return;
-            }
-        }
-        FAIL() << "no row shows " << text.toStdString();
+        EXPECT_TRUE(RememberedValuesHands::pick(table(name), column, text)) << text.toStdString();
     }
-    // Answers the dialog the next key brings up: types the text, or says Yes.
-    void answer(const QString& typed = {})
-    {
-        QTimer::singleShot(0, [typed] {
-            QWidget* dialog = QApplication::activeModalWidget();
-            ASSERT_NE(dialog, nullptr);
-            if (auto* input = dialog->findChild<QPlainTextEdit*>()) {
-                input->setPlainText(typed);
-                qobject_cast<QInputDialog*>(dialog)->accept();
-            } else {
-                qobject_cast<QMessageBox*>(dialog)->button(QMessageBox::Yes)->click();
-            }
-        });
-    }
+    static void answer(const QString& typed = {}) { RememberedValuesHands::answer(typed); }
     QStringList shownIn(const char* name, int column)
     {
         QStringList texts;

@@ -154,8 +154,8 @@ TEST_F(TestProfileTransfer, DamagedForeignOrHostileFilesChangeNothing)
     }
 
     const QString key100k(100 * 1024, u'k');
-    const QByteArray hostile =
-        "[http://a.example/x%5Dy]\r\nuser[email]=a\r\n%5BAny]=b\r\n" + key100k.toLatin1() + "=c\r\n";
+    const QByteArray hostile = "[http://a.example/x%5Dy]\r\nuser[email]=a\r\n%5BAny]=b\r\n" +
+                               key100k.toLatin1() + "=c\r\n";
     write(to.path() + u"/zA.EXAMPLE!.ini"_s, "[http://a.example/x%5Dy]\r\nold=1\r\n");
     ASSERT_EQ(
         transfer.importProfile(with(site(u"A.EXAMPLE!.ini"_s, hostile)), profile(to, "z", 1), true),

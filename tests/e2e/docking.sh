@@ -1,18 +1,25 @@
 #!/usr/bin/env bash
 # End to end on a real X server with a window manager that honours struts (openbox): the bar
 # takes a strip at the right edge, a maximized window stays out of it, and after the bar ends
-# the work area is whole again. Leaves a screenshot in the artifacts folder.
+# the work area is whole again; the link by the visits opens "Remembered values". Leaves
+# screenshots in the artifacts folder.
 # Usage: docking.sh TOLVANE_EXECUTABLE ARTIFACTS_FOLDER
 set -euo pipefail
 exe=$1
 artifacts=$2
 mkdir -p "$artifacts"
-for tool in Xvfb openbox xprop xwininfo xterm import; do
+for tool in Xvfb openbox xprop xwininfo xterm import xdotool; do
   command -v "$tool" >/dev/null || { echo "missing $tool"; exit 1; }
 done
 
 source "$(dirname "$0")/../support/x-session.sh"
 read -r _ _ fullWidth fullHeight <<< "$(workarea)"
+# Something remembered, for the window to show.
+data="$work/data/Tolvane Data"
+mkdir -p "$data"
+printf '\xef\xbb\xbf[Any]\r\nfname=Zoë\r\ncity=Kraków\r\n[Meaning]\r\ngiven-name=Zoë\r\n' > "$data/zAny.ini"
+printf '[http://prizes.example/enter.html]\r\nfname=Zoe\r\n[URL]\r\nLastVisit=2026-11-24 15:14:00\r\nVisits=4\r\n' \
+  > "$data/zPRIZES.EXAMPLE!ENTER.HTML.ini"
 
 env "${bar_environment[@]}" "$exe" > "$work/tolvane.log" 2>&1 &
 bar=$!
@@ -39,6 +46,15 @@ if [ -n "$width" ] && [ $((maximized + width)) -gt "$expected" ]; then
 fi
 import -window root "$artifacts/docked-bar.png"
 echo "screenshot: $artifacts/docked-bar.png"
+
+# The link sits in the bottom panel (88 px above the 20 px status line), 94 px in, 16 px down.
+xdotool mousemove $((expected + 110)) $((fullHeight - 20 - 88 + 22)) click 1
+if ! wait_for 'xwininfo -root -tree | grep "Remembered values - " >/dev/null'; then
+  echo "FAIL: the link did not open Remembered values"; exit 1
+fi
+sleep 1
+import -window root "$artifacts/remembered-values.png"
+echo "screenshot: $artifacts/remembered-values.png"
 
 # Ending the bar gives the strip back and saves its settings.
 kill -TERM "$bar"

@@ -2,6 +2,7 @@
 // site change exactly the entry in the files; Delete forgets after a confirmation; a site is
 // forgotten whole; the filter finds text in any script; the profile selector switches it.
 #include "FormFixture.h"
+#include "HelpWindow.h"
 #include "MainWindow.h"
 #include "RememberedValuesHands.h"
 #include "RememberedValuesWindow.h"
@@ -93,7 +94,7 @@ TEST_F(TestGuiRememberedValues, CorrectionsChangeExactlyTheirEntry)
     EXPECT_TRUE(f.boxes.shown.empty());
 }
 
-TEST_F(TestGuiRememberedValues, TheFilterFindsAnyScriptAndTheProfileSwitchesTheWindow)
+TEST_F(TestGuiRememberedValues, TheFilterFindsAnyScriptTheProfileSwitchesItAndKeysWork)
 {
     auto* filter = window->findChild<QLineEdit*>("txtFilter");
     filter->insert(u"łódź"_s); // as an input method types it
@@ -110,5 +111,19 @@ TEST_F(TestGuiRememberedValues, TheFilterFindsAnyScriptAndTheProfileSwitchesTheW
     EXPECT_TRUE(shownIn("tblSites", 0).isEmpty());
     f.form.cboProfiles.setListIndex(0);
     EXPECT_EQ(shownIn("tblSites", 0).size(), 2);
+
+    // F1 opens the help at the window's section; Escape closes it, and its size is kept.
+    QFile help(f.shell.programFolder + u"/Tolvane.hlp"_s);
+    ASSERT_TRUE(help.open(QIODevice::WriteOnly));
+    help.write("<p>Bar</p><h3><a name='remembered-values'></a>Remembered values</h3>");
+    help.close();
+    QTest::keyClick(window, Qt::Key_F1);
+    ASSERT_NE(bar.helpWindow(), nullptr);
+    EXPECT_TRUE(bar.helpWindow()->isVisible());
+    window->resize(640, 420);
+    QTest::keyClick(window, Qt::Key_Escape);
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(f.settings.values.value(u"Remembered values/Width"_s), u"640"_s);
+    EXPECT_EQ(f.settings.values.value(u"Remembered values/Height"_s), u"420"_s);
 }
 } // namespace

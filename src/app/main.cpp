@@ -7,6 +7,7 @@
 #include "Clock.h"
 #include "DefaultApplication.h"
 #include "DesktopShell.h"
+#include "DisplayPlatform.h"
 #include "ExtensionInstall.h"
 #include "ExtensionWindowList.h"
 #include "FirefoxProcess.h"
@@ -32,6 +33,7 @@
 
 int main(int argc, char* argv[])
 {
+    DisplayPlatform::chooseBeforeApplication();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tolvane"));
     QApplication::setOrganizationName(QStringLiteral("Tolvane"));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
 
 // A rectangle in screen pixels, as the shell gives it.
 struct PixelRect
@@ -52,6 +52,9 @@ public:
     virtual int innerHeightTwips() = 0;
     virtual void setWindowVisible(bool visible) = 0;
     virtual void DoEvents() = 0;
+    // What the user should know when the desktop keeps no strip free for the bar (empty when it
+    // does), known once the bar is placed.
+    virtual QString dockingNote() { return {}; }
 };
 
 // Registers and places the main bar as an application bar at the right edge of the screen.

@@ -172,6 +172,7 @@ private:
     bool m_inResize = false;
     bool m_docked = false;
     bool m_paused = false;
+    QString m_dockingNoteShown;
     QString m_helpFile;
     QString m_dataFolder;
     QString m_profilesFile;

@@ -45,6 +45,12 @@ void frmMain::Form_Resize()
             m_docking.setWindowVisible(false);
             Docking::DockForm(AppBar::ABE_RIGHT, m_docking, m_appBarData);
             m_docking.setWindowVisible(true);
+            // Said once: the next restore would only say it again.
+            const QString note = m_docking.dockingNote();
+            if (!note.isEmpty() && note != m_dockingNoteShown) {
+                m_dockingNoteShown = note;
+                ShowStatus(note);
+            }
         }
     } catch (const AppError& error) {
         ReportError(error, QStringLiteral("frmMain.Form_Resize"));

@@ -75,12 +75,20 @@ TEST_F(TestDocking, AFailedDockIsReportedAndNotRetried)
     EXPECT_TRUE(dock.calls.isEmpty());
 }
 
-TEST_F(TestDocking, ADesktopThatNeverReservesStillGetsTheBarPlaced)
+TEST_F(TestDocking, ADesktopThatNeverReservesStillGetsTheBarPlacedAndSaysSoOnce)
 {
     dock.reserves = false;
+    dock.note = u"no strip"_s;
     f.form.Form_Resize();
     EXPECT_TRUE(dock.calls.contains("SetWindowPos 1105,0 175x800"));
     EXPECT_EQ(dock.calls.last(), u"show"_s);
+    EXPECT_EQ(f.form.StatusBar.text(), u" no strip"_s);
+    f.form.ShowStatus({});
+    dock.minimized = true;
+    f.form.Form_Resize();
+    dock.minimized = false;
+    f.form.Form_Resize();
+    EXPECT_EQ(f.form.StatusBar.text(), u" "_s);
 }
 
 // Resize events that arrive while docking lets events run return at once.

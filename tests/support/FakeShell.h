@@ -157,6 +157,8 @@ public:
         visible = show;
         calls << (show ? QStringLiteral("show") : QStringLiteral("hide"));
     }
+    QString note; // what a desktop that keeps no strip says
+    QString dockingNote() override { return note; }
     // What arrives while docking lets events run.
     std::function<void()> onDoEvents;
     void DoEvents() override

@@ -28,6 +28,8 @@ void WidgetDocking::setWindow(QWidget* window)
 
 void WidgetDocking::SHAppBarMessage(int message, AppBarData& data)
 {
+    if (message == AppBar::ABM_SETPOS)
+        m_areaBeforeReserving = m_shell->workArea();
     m_shell->message(message, data);
 }
 
@@ -40,6 +42,9 @@ void WidgetDocking::SetWindowPosTopmost(const PixelRect& rect)
 {
     // The window was made topmost when it was created; changing flags now would re-create it.
     m_window->setGeometry(rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top);
+    if (m_shell->workArea().right >= m_areaBeforeReserving.right)
+        m_note = QStringLiteral("This desktop keeps no strip free for the bar: other windows may "
+                                "cover it.");
     m_window->show();
     m_window->raise();
 }

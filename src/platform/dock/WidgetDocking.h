@@ -32,8 +32,13 @@ public:
     int innerHeightTwips() override;
     void setWindowVisible(bool visible) override;
     void DoEvents() override;
+    QString dockingNote() override { return m_note; }
 
 private:
     QWidget* m_window = nullptr;
     std::unique_ptr<AppBarShell> m_shell;
+    // The work area as it was before the strip was asked for: unchanged after it, nothing was
+    // reserved.
+    PixelRect m_areaBeforeReserving;
+    QString m_note;
 };

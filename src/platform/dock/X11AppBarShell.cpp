@@ -1,6 +1,7 @@
 #include "X11AppBarShell.h"
 
 #include <QWidget>
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <xcb/xcb.h>
@@ -41,6 +42,9 @@ void X11AppBarShell::message(int message, AppBarData& data)
         break;
     }
     case AppBar::ABM_SETPOS: {
+        // Below what other panels keep (GNOME's top bar), as the Windows shell corrects a bar's
+        // rectangle for the bars already there.
+        data.rc.top = std::max(data.rc.top, workArea().top);
         // Right strut: from the screen's right edge to the bar's left, over the bar's height.
         const uint32_t width = static_cast<uint32_t>(std::max(0, m_screenWidth - data.rc.left));
         const uint32_t partial[12] = {

@@ -36,9 +36,12 @@ void X11AppBarShell::message(int message, AppBarData& data)
     const auto window = static_cast<xcb_window_t>(m_window->winId());
     switch (message) {
     case AppBar::ABM_NEW: {
-        const uint32_t dock = atom("_NET_WM_WINDOW_TYPE_DOCK");
+        // A window manager takes the first type it knows. One that knows no docks (sway) still
+        // floats a utility window where it is placed, rather than tiling it over the screen.
+        const uint32_t types[] = {atom("_NET_WM_WINDOW_TYPE_DOCK"),
+                                  atom("_NET_WM_WINDOW_TYPE_UTILITY")};
         xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, window,
-                            atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &dock);
+                            atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 2, types);
         break;
     }
     case AppBar::ABM_SETPOS: {

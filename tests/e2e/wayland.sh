@@ -87,6 +87,15 @@ gnome() {
   kill -TERM "$bar"
   wait_for '! kill -0 '"$bar"' 2>/dev/null' || { fail $name "the bar did not end"; return; }
   wait_for '[ "$(area)" = 1280 ]' || { fail $name "the strip stayed taken: $(area)"; return; }
+  # A crash gives it back too: the window goes with the process, and its strut with it.
+  env -u QT_QPA_PLATFORM $(bar_environment "$home") WAYLAND_DISPLAY=wayland-tolvane "$exe" \
+    > "$work/gnome-bar.log" 2>&1 &
+  bar=$!
+  pids+=($bar)
+  wait_for '[ "$(area)" = 1105 ]' || { fail $name "no strip at the second start: $(area)"; return; }
+  kill -KILL "$bar"
+  wait "$bar" 2>/dev/null
+  wait_for '[ "$(area)" = 1280 ]' || { fail $name "a killed bar kept the strip: $(area)"; return; }
   echo "PASS $name: docked through Xwayland, a maximized window kept out, the strip given back"
   passed=$((passed + 1))
 }
@@ -112,11 +121,9 @@ sway_session() {
   wait_for 'socket=$(ls "$home"/run/sway-ipc.*.sock 2>/dev/null | head -1); [ -n "$socket" ]' ||
     { skip $name "sway did not start headless: $(tail -3 "$work/sway.log" | tr '\n' ' ')"; return; }
   wayland=$(cd "$home/run" && ls wayland-* | grep -v lock | head -1)
-  local display
-  display=:$(ls -l /tmp/.X11-unix/ | awk -v u="$(id -un 65534 2>/dev/null || echo nobody)" '$3 == u {print $NF}' | sed 's/^X//' | tail -1)
-  "${as[@]}" env -u QT_QPA_PLATFORM $(bar_environment "$home") PATH=/usr/bin:/bin \
-    WAYLAND_DISPLAY="$wayland" DISPLAY="$display" "$exe" > "$work/sway-bar.log" 2>&1 &
-  pids+=($!)
+  # Started by sway, as a user's session starts it: with sway's own WAYLAND_DISPLAY and DISPLAY.
+  "${as[@]}" "${session[@]}" SWAYSOCK="$socket" swaymsg exec \
+    "env -u QT_QPA_PLATFORM $(bar_environment "$home") $exe > $home/tmp/bar.log 2>&1" >/dev/null
   local tree=""
   shown() { # the bar's window in sway's tree: kind, width, height
     "${as[@]}" "${session[@]}" SWAYSOCK="$socket" swaymsg -t get_tree | python3 -c '
@@ -128,7 +135,7 @@ def walk(node):
         walk(child)
 walk(json.load(sys.stdin))'
   }
-  wait_for 'tree=$(shown); [ -n "$tree" ]' || { fail $name "the bar never showed: $(cat "$work/sway-bar.log")"; return; }
+  wait_for 'tree=$(shown); [ -n "$tree" ]' || { fail $name "the bar never showed: $(cat "$home/tmp/bar.log")"; return; }
   sleep 1
   tree=$(shown)
   read -r kind shell width height <<< "$tree"
@@ -141,6 +148,7 @@ walk(json.load(sys.stdin))'
     "${as[@]}" "${session[@]}" WAYLAND_DISPLAY="$wayland" grim "$home/tmp/sway.png" &&
       cp "$home/tmp/sway.png" "$artifacts/sway.png" && echo "screenshot: $artifacts/sway.png"
   fi
+  "${as[@]}" pkill -f "$exe" || true
   echo "PASS $name: no strip kept; the bar floats, $width x $height"
   passed=$((passed + 1))
 }

@@ -15,19 +15,8 @@ mkdir -p "$artifacts"
 passed=0
 failed=0
 skipped=0
-pids=()
-work=$(mktemp -d)
-chmod 755 "$work"
-cleanup() {
-  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
-  for pid in "${pids[@]}"; do wait "$pid" 2>/dev/null || true; done
-  rm -rf "$work" || true
-}
-trap cleanup EXIT
-wait_for() { # wait_for CONDITION-COMMAND: up to 30 s
-  for _ in $(seq 300); do eval "$1" && return 0; sleep 0.1; done
-  return 1
-}
+source "$(dirname "$0")/../support/scratch.sh"
+chmod 755 "$work" # the sway session's user reads the test's files in it
 skip() { echo "SKIP $1: $2"; skipped=$((skipped + 1)); }
 fail() { echo "FAIL $1: $2"; failed=$((failed + 1)); }
 

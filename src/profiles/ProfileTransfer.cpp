@@ -211,7 +211,7 @@ void ProfileTransfer::mergeSection(const QString& from, const QString& section, 
     QHash<QString, QString> current;
     for (const auto& [key, value] : m_ini.StoredEntries(toSection, to))
         current.insert(key.toCaseFolded(), value);
-    const bool visits = section.compare(VisitSection, Qt::CaseInsensitive) == 0;
+    const bool visits = IsVisitSection(section);
     for (const auto& [key, value] : m_ini.StoredEntries(section, from)) {
         const auto mine = current.constFind(key.toCaseFolded());
         if (!sameBy.isEmpty() && key.compare(sameBy, Qt::CaseInsensitive) == 0)

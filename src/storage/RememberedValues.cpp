@@ -9,11 +9,6 @@
 #include <QFile>
 
 namespace {
-bool isVisitSection(const QString& section)
-{
-    return section.compare(VisitSection, Qt::CaseInsensitive) == 0;
-}
-
 bool isBlank(const QString& value)
 {
     return TrimSpaces(EscapeLineBreaks(value)).isEmpty();
@@ -52,7 +47,7 @@ QList<RememberedValues::Site> RememberedValues::sites() const
         const QString path = sitePath(file);
         Site site{file, QString(), QString(), 0, 0};
         for (const QString& section : m_ini.SectionNames(path)) {
-            if (isVisitSection(section))
+            if (IsVisitSection(section))
                 continue;
             if (site.address.isEmpty())
                 site.address = section;
@@ -76,7 +71,7 @@ QList<RememberedValues::SiteValue> RememberedValues::siteValues(const QString& f
     if (path.isEmpty())
         return values;
     for (const QString& section : m_ini.SectionNames(path)) {
-        if (isVisitSection(section))
+        if (IsVisitSection(section))
             continue;
         for (const auto& [key, value] : m_ini.Entries(section, path))
             values.append({section, key, UnescapeLineBreaks(value)});
@@ -108,14 +103,14 @@ bool RememberedValues::change(const QString& file, const SiteValue& entry,
                               const QString& value) const
 {
     const QString path = sitePath(file);
-    return !path.isEmpty() && !isBlank(value) && !isVisitSection(entry.address) &&
+    return !path.isEmpty() && !isBlank(value) && !IsVisitSection(entry.address) &&
            m_ini.WriteINI(entry.address, entry.key, EscapeLineBreaks(value), path) != 0;
 }
 
 bool RememberedValues::remove(const QString& file, const SiteValue& entry) const
 {
     const QString path = sitePath(file);
-    return !path.isEmpty() && !isVisitSection(entry.address) &&
+    return !path.isEmpty() && !IsVisitSection(entry.address) &&
            m_ini.RemoveINI(entry.address, entry.key, path);
 }
 

@@ -69,6 +69,10 @@ private:
 
 // The section of a site file that holds its visit record; every other section holds values.
 inline const QString VisitSection = QStringLiteral("URL");
+inline bool IsVisitSection(const QString& section)
+{
+    return section.compare(VisitSection, Qt::CaseInsensitive) == 0;
+}
 
 // The leading number of a text rounded to a whole number, as the data files count; throws
 // AppError (overflow) beyond the 32-bit range.

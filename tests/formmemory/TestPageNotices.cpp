@@ -62,13 +62,6 @@ TEST_F(TestPageNotices, FocusMovingBetweenFramesFollowsEachFrame)
     EXPECT_TRUE(f.boxes.shown.empty());
 }
 
-TEST_F(TestPageNotices, BrowserStatusTextsReachTheStatusLine)
-{
-    statuses.clear();
-    window->progress(50, 200);
-    window->statusText(u"http://a/next"_s);
-    EXPECT_EQ(statuses, (QStringList{" loading ... 25%", " http://a/next"}));
-}
 // The active page outlives its window: the bar keeps its title and address, so that a page the
 // user has just closed can still be added as a shortcut.
 TEST_F(TestPageNotices, TheActivePageStaysShownWhenItsWindowCloses)

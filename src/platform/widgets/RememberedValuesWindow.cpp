@@ -2,7 +2,6 @@
 
 #include "AppError.h"
 #include "DataLocation.h"
-#include "ProfileTransfer.h"
 #include "Profiles.h"
 #include "SettingsStore.h"
 #include "frmMain.h"
@@ -179,8 +178,7 @@ void RememberedValuesWindow::reload()
     const RememberedValues remembered = values();
     m_entries = remembered.general();
     m_siteList = remembered.sites();
-    setWindowTitle(Caption + QStringLiteral(" - ") +
-                   m_form.cboProfiles.items().value(m_form.cboProfiles.listIndex()));
+    setWindowTitle(Caption + QStringLiteral(" - ") + profileName());
 
     m_general->setSortingEnabled(false);
     m_general->setRowCount(static_cast<int>(m_entries.size()));
@@ -346,16 +344,25 @@ void RememberedValuesWindow::forgetSelectedSite()
     reload();
 }
 
+ProfileTransfer::Profile RememberedValuesWindow::profile() const
+{
+    return {m_form.DataFolder(), m_form.GetProfilePrefix(), m_form.ProfilesFile(),
+            m_form.cboProfiles.listIndex() + 1};
+}
+
+QString RememberedValuesWindow::profileName() const
+{
+    return m_form.cboProfiles.items().value(m_form.cboProfiles.listIndex());
+}
+
 bool RememberedValuesWindow::exportTo(const QString& path)
 {
-    const int index = m_form.cboProfiles.listIndex();
-    const ProfileTransfer::Profile profile{m_form.DataFolder(), m_form.GetProfilePrefix(),
-                                           m_form.ProfilesFile(), index + 1};
-    const QString name = m_form.cboProfiles.items().value(index);
+    const QString name = profileName();
     QSaveFile out(path);
     const bool written =
         out.open(QIODevice::WriteOnly) &&
-        out.write(ProfileTransfer(m_form.ini()).exportProfile(profile, name)) >= 0 && out.commit();
+        out.write(ProfileTransfer(m_form.ini()).exportProfile(profile(), name)) >= 0 &&
+        out.commit();
     say(written ? QStringLiteral("The profile %1 was exported to %2.").arg(name, path)
                 : QStringLiteral("The profile could not be exported to %1: %2")
                       .arg(path, out.errorString()));
@@ -370,9 +377,7 @@ bool RememberedValuesWindow::importFrom(const QString& path)
         return false;
     }
     const QByteArray document = in.readAll();
-    const int index = m_form.cboProfiles.listIndex();
-    const ProfileTransfer::Profile target{m_form.DataFolder(), m_form.GetProfilePrefix(),
-                                          m_form.ProfilesFile(), index + 1};
+    const ProfileTransfer::Profile target = profile();
     const ProfileTransfer transfer(m_form.ini());
     const ProfileTransfer::Plan plan = transfer.examine(document, target);
     if (!plan.refusal.isEmpty()) {
@@ -404,9 +409,9 @@ bool RememberedValuesWindow::importFrom(const QString& path)
 
 void RememberedValuesWindow::chooseExport()
 {
-    const QString name = m_form.cboProfiles.items().value(m_form.cboProfiles.listIndex());
     const QString path = QFileDialog::getSaveFileName(
-        this, QStringLiteral("Export profile"), name + QStringLiteral(".tolvane-profile.json"),
+        this, QStringLiteral("Export profile"),
+        profileName() + QStringLiteral(".tolvane-profile.json"),
         QStringLiteral("Tolvane profiles (*.tolvane-profile.json);;All files (*)"));
     if (!path.isEmpty())
         exportTo(path);

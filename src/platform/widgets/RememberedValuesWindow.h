@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ProfileTransfer.h"
 #include "RememberedValues.h"
 
 #include <QDialog>
@@ -49,6 +50,9 @@ private:
     static int indexOf(const QTableWidget* table, int row);
     int selectedIndex(const QTableWidget* table) const;
     RememberedValues values() const;
+    // The profile the bar has selected, where its files are, and its name.
+    ProfileTransfer::Profile profile() const;
+    QString profileName() const;
     bool confirm(const QString& question);
 
     frmMain& m_form;
